@@ -21,7 +21,7 @@ endif()
 execute_process(COMMAND ${PYTHON2_EXECUTABLE} -c "
 import sys, sysconfig as s
 v = s.get_config_var
-print ';'.join(['%d.%d' % sys.version_info[:2], s.get_path('include'), v('LIBDIR') or '', v('MULTIARCH') or '',
+print ';'.join(['%d.%d' % sys.version_info[:2], v('INCLUDEPY'), v('LIBDIR') or '', v('MULTIARCH') or '',
                 v('LDLIBRARY') or '', str(int(bool(v('Py_DEBUG'))))])"
     OUTPUT_VARIABLE answer OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE failed ERROR_VARIABLE error)
 if(failed OR NOT answer MATCHES "^2\\.7;")
