@@ -1,0 +1,72 @@
+// Everything that Qt 4.8 and Qt 5 spell differently and that we use stands here, and nowhere else.
+#ifndef FUNDO_QT_VERSION_H
+#define FUNDO_QT_VERSION_H
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QMetaMethod>
+#include <QMetaObject>
+#include <QMetaType>
+#include <QObject>
+#include <QString>
+#include <new>
+
+namespace Fundo {
+namespace qt {
+
+#if QT_VERSION >= 0x050000
+
+// What QObject::connectNotify and disconnectNotify are told about: the signal itself.
+typedef const QMetaMethod& NotifiedSignal;
+
+// The signal as SIGNAL() writes it, such as "2changed(int)"; empty for a disconnection of everything.
+inline QByteArray signalText(const QMetaMethod& signal)
+{
+    return signal.isValid() ? "2" + signal.methodSignature() : QByteArray();
+}
+
+inline QByteArray methodSignature(const QMetaMethod& method) { return method.methodSignature(); }
+
+#else
+
+typedef const char* NotifiedSignal;
+
+inline QByteArray signalText(const char* signal) { return QByteArray(signal); }
+
+inline QByteArray methodSignature(const QMetaMethod& method) { return QByteArray(method.signature()); }
+
+#endif
+
+namespace detail {
+
+#if QT_VERSION >= 0x050000
+inline void destroyInteger(void*) {}
+inline void* makeInteger(void* storage, const void* source)
+{
+    return new (storage) int(source ? *static_cast<const int*>(source) : 0);
+}
+#else
+inline void destroyInteger(void* value) { delete static_cast<int*>(value); }
+inline void* makeInteger(const void* source) { return new int(source ? *static_cast<const int*>(source) : 0); }
+#endif
+
+} // namespace detail
+
+// Registers `name` with Qt's meta-type system as a type of 32-bit integers and returns its id. A name that is
+// registered already keeps its id: the registration is made once in a process, whoever comes first.
+inline int registerIntegerMetaType(const char* name)
+{
+    if (const int known = QMetaType::type(name))
+        return known;
+#if QT_VERSION >= 0x050000
+    return QMetaType::registerNormalizedType(name, detail::destroyInteger, detail::makeInteger, sizeof(int),
+                                             QMetaType::MovableType, nullptr);
+#else
+    return QMetaType::registerType(name, detail::destroyInteger, detail::makeInteger);
+#endif
+}
+
+} // namespace qt
+} // namespace Fundo
+
+#endif

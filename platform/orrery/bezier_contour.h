@@ -1,0 +1,48 @@
+// A handle on one closed Bezier spline of a layer.
+#ifndef ORRERY_BEZIER_CONTOUR_H
+#define ORRERY_BEZIER_CONTOUR_H
+
+#include <QList>
+#include <QVector>
+#include <orrery/bezier_control_point.h>
+
+// Errors of every operation but isNull(), == and qHash: STRM_BadState for a null handle, STRM_BadArgument for a time or
+// coordinate that is not a finite number, STRM_OutOfRange for a view that the project does not have.
+class BezierContour : public PyHandle<Stratum::Contour>
+{
+public:
+    BezierContour();
+    BezierContour(const BezierContour& other);
+    BezierContour(boost::shared_ptr<Stratum::Contour> contour, boost::weak_ptr<STRM_ProjectManager> manager);
+    BezierContour& operator=(const BezierContour& other);
+    virtual bool isNull() const;
+    virtual ~BezierContour();
+
+    // The point at that place in the contour's order; a null handle past the end.
+    BezierControlPoint control_point(unsigned int index);
+
+    // In the order of the outline.
+    QVector<BezierControlPoint> get_control_points();
+
+    // The smallest upright rectangle around the curve itself: {left, top, right, bottom} in pixels; empty for a contour
+    // without active points.
+    QList<float> get_bounding_rect(float time, View view);
+
+    // Puts a point before the one at `index`; 4294967295 (UINT_MAX) or any index past the end appends. The other points
+    // and their keyframes stay as they are. Fields that `data` leaves unset are chosen on the curve, so that its shape
+    // stays as it was there; on an empty contour they take their initial values.
+    BezierControlPoint insert_point(float time, const BezierControlPointData& data, unsigned int index, View view);
+
+    // The contour's own settings, and one set per point, named by its id.
+    Parameter parameter(const QStringList& name_components);
+    ParameterSet parameter_set(const QStringList& name_components);
+
+    // Takes the contour out of its layer.
+    void remove();
+
+    bool operator==(const BezierContour& other) const;
+};
+
+unsigned int qHash(const BezierContour& contour);
+
+#endif

@@ -1,0 +1,46 @@
+// A handle on one vertex of a Bezier contour.
+#ifndef ORRERY_BEZIER_CONTROL_POINT_H
+#define ORRERY_BEZIER_CONTROL_POINT_H
+
+#include <orrery/bezier_control_point_data.h>
+#include <orrery/parameter.h>
+#include <orrery/py_handle.h>
+#include <orrery/view.h>
+
+// Times are frames of the project; not-a-number and infinite times and coordinates throw STRM_BadArgument. Errors of
+// every operation but isNull() and ==: STRM_BadState for a null handle.
+class BezierControlPoint : public PyHandle<Stratum::ControlPoint>
+{
+public:
+    BezierControlPoint();
+    BezierControlPoint(const BezierControlPoint& other);
+    BezierControlPoint(boost::shared_ptr<Stratum::ControlPoint> point, boost::weak_ptr<STRM_ProjectManager> manager);
+    BezierControlPoint& operator=(const BezierControlPoint& other);
+    virtual bool isNull() const;
+    virtual ~BezierControlPoint();
+
+    boost::weak_ptr<STRM_ProjectManager> projectManager() const;
+
+    // The point's state, every field set: interpolated between keyframes, and moved with its master point if it has
+    // one.
+    BezierControlPointData get_point_data(float time, View view);
+
+    // Makes the record the point's whole state at the time: a field that is unset takes its initial value (active, no
+    // corner, position 0, edge width 0, ratio 0, no tangents).
+    void set_point_data(float time, BezierControlPointData data, View view);
+
+    // Changes only the fields that the record sets; keyframes of the others stay as they are.
+    void update_point_data(float time, BezierControlPointData data, View view);
+
+    // "active", "corner", "x", "y", "edge_width", "edge_angle_ratio", "handle_offset_backward",
+    // "handle_offset_forward".
+    Parameter parameter(const QStringList& name_components);
+    ParameterSet parameter_set(const QStringList& name_components);
+
+    // Takes the point out of its contour; points that followed it keep their position and have no master any more.
+    void remove();
+
+    bool operator==(const BezierControlPoint& other) const;
+};
+
+#endif

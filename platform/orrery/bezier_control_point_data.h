@@ -1,0 +1,65 @@
+// The state of one control point of a Bezier contour at one time, in one view.
+#ifndef ORRERY_BEZIER_CONTROL_POINT_DATA_H
+#define ORRERY_BEZIER_CONTROL_POINT_DATA_H
+
+#include <QPointF>
+#include <boost/optional.hpp>
+
+// Every field may be unset. Positions and offsets are in pixels from the top left corner of the frame, y downwards.
+// A record has no link to the point that it was read from.
+class BezierControlPointData
+{
+public:
+    explicit BezierControlPointData(boost::optional<bool> active = boost::none,
+                                    boost::optional<bool> corner = boost::none, boost::optional<float> x = boost::none,
+                                    boost::optional<float> y = boost::none,
+                                    boost::optional<float> edge_width = boost::none,
+                                    boost::optional<float> edge_angle_ratio = boost::none,
+                                    boost::optional<QPointF> handle_offset_backward = boost::none,
+                                    boost::optional<QPointF> handle_offset_forward = boost::none);
+    BezierControlPointData(const BezierControlPointData& other);
+    BezierControlPointData& operator=(const BezierControlPointData& other);
+    virtual ~BezierControlPointData();
+
+    // Whether the point takes part in the contour.
+    boost::optional<bool> get_active() const;
+    void set_active(boost::optional<bool> active);
+
+    // Whether the two tangents are independent; else a change of one turns the other to stay in line.
+    boost::optional<bool> get_corner() const;
+    void set_corner(boost::optional<bool> corner);
+
+    boost::optional<float> get_x() const;
+    void set_x(boost::optional<float> x);
+    boost::optional<float> get_y() const;
+    void set_y(boost::optional<float> y);
+
+    // The width in pixels, outwards from the outline, over which the matte falls off; 0 for a hard edge.
+    boost::optional<float> get_edge_width() const;
+    void set_edge_width(boost::optional<float> edge_width);
+
+    // Where the edge's direction lies between the outline's normal (0) and the bisector of the tangents (1).
+    boost::optional<float> get_edge_angle_ratio() const;
+    void set_edge_angle_ratio(boost::optional<float> edge_angle_ratio);
+
+    // From the point to the ends of its tangents, towards the previous and the next point.
+    boost::optional<QPointF> get_handle_offset_backward() const;
+    void set_handle_offset_backward(boost::optional<QPointF> offset);
+    boost::optional<QPointF> get_handle_offset_forward() const;
+    void set_handle_offset_forward(boost::optional<QPointF> offset);
+
+    // Equal when the same fields are set, to equal values.
+    bool operator==(const BezierControlPointData& other) const;
+
+private:
+    boost::optional<bool> m_active;
+    boost::optional<bool> m_corner;
+    boost::optional<float> m_x;
+    boost::optional<float> m_y;
+    boost::optional<float> m_edge_width;
+    boost::optional<float> m_edge_angle_ratio;
+    boost::optional<QPointF> m_handle_offset_backward;
+    boost::optional<QPointF> m_handle_offset_forward;
+};
+
+#endif

@@ -1,0 +1,35 @@
+// An undo transaction of a project.
+#ifndef ORRERY_UNDO_GROUP_H
+#define ORRERY_UNDO_GROUP_H
+
+#include <boost/shared_ptr.hpp>
+
+struct UndoGroupData;
+
+// The changes made between begin() and commit() become one step of the project's undo history; rollback() takes them
+// back. A copy refers to the same transaction. Groups nest: an inner group becomes part of the outer one's step.
+//
+// Errors: STRM_BadState when the project is gone, for begin() of a group that is open, for commit() or rollback() of
+// one that is not, and for undo() or redo() of one that is open, never committed, or not the step that is next.
+class UndoGroup
+{
+public:
+    UndoGroup();
+    UndoGroup(const UndoGroup& other);
+    explicit UndoGroup(boost::shared_ptr<UndoGroupData> data);
+    UndoGroup& operator=(const UndoGroup& other);
+    virtual ~UndoGroup();
+
+    void begin();
+    void commit();
+    // Restores exactly what was there at begin(). Changes that other threads made to the project meanwhile are part of
+    // the group and go with it.
+    void rollback();
+    void undo();
+    void redo();
+
+private:
+    boost::shared_ptr<UndoGroupData> m_data;
+};
+
+#endif
