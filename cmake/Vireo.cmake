@@ -1,4 +1,14 @@
-# What every target of ours shares: warnings as errors, hidden nothing, and where it is installed.
+# What every target of ours shares: warnings as errors, sanitizers, where it lies and how it is tested.
+
+option(VIREO_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
+if(VIREO_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
+# Where Python finds the packages, in the build tree and below the prefix.
+set(VIREO_INSTALL_SITE ${CMAKE_INSTALL_LIBDIR}/python2.7/site-packages
+    CACHE STRING "The folder below the prefix that is to be on the Python path")
 
 # Ours is warned about, and a warning is an error.
 function(vireo_warnings target)
@@ -13,14 +23,13 @@ function(vireo_library target output)
     install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endfunction()
 
-# An extension module: FOLDER/NAME.so below the Python path, which finds the libraries in ../lib.
+# An extension module: FOLDER/NAME.so below the Python path, which finds the libraries in the prefix's own folder.
 function(vireo_extension target folder name)
+    file(RELATIVE_PATH up /${VIREO_INSTALL_SITE}/${folder} /${CMAKE_INSTALL_LIBDIR})
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${name} SUFFIX ".so"
-        LIBRARY_OUTPUT_DIRECTORY ${VIREO_SITE}/${folder})
-    file(RELATIVE_PATH up ${CMAKE_INSTALL_FULL_LIBDIR}/python2.7/site-packages/${folder} ${CMAKE_INSTALL_FULL_LIBDIR})
-    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${up}")
+        LIBRARY_OUTPUT_DIRECTORY ${VIREO_SITE}/${folder} INSTALL_RPATH "$ORIGIN/${up}")
     vireo_warnings(${target})
-    install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/python2.7/site-packages/${folder})
+    install(TARGETS ${target} LIBRARY DESTINATION ${VIREO_INSTALL_SITE}/${folder})
 endfunction()
 
 # Python sources of a package, copied into the build tree's Python path and installed beside the modules.
@@ -28,5 +37,18 @@ function(vireo_python_sources folder)
     foreach(source IN LISTS ARGN)
         configure_file(${source} ${VIREO_SITE}/${folder}/ COPYONLY)
     endforeach()
-    install(FILES ${ARGN} DESTINATION ${CMAKE_INSTALL_LIBDIR}/python2.7/site-packages/${folder})
+    install(FILES ${ARGN} DESTINATION ${VIREO_INSTALL_SITE}/${folder})
+endfunction()
+
+# vireo_python_test(NAME SCRIPT [LABELS ...] [TIMEOUT seconds] [ARGUMENTS ...] [ENVIRONMENT NAME=value ...]): a unittest
+# file that the build's interpreter runs, with the build tree on its path.
+function(vireo_python_test name script)
+    cmake_parse_arguments(PARSE_ARGV 2 test "" "TIMEOUT" "LABELS;ARGUMENTS;ENVIRONMENT")
+    if(NOT test_TIMEOUT)
+        set(test_TIMEOUT ${VIREO_TEST_TIMEOUT})
+    endif()
+    get_filename_component(script ${script} ABSOLUTE)
+    add_test(NAME ${name} COMMAND ${PYTHON2_EXECUTABLE} -B ${script} ${test_ARGUMENTS})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${test_TIMEOUT} LABELS "python;${test_LABELS}"
+        ENVIRONMENT "PYTHONPATH=${VIREO_SITE};${test_ENVIRONMENT}")
 endfunction()
