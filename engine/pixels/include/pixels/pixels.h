@@ -238,7 +238,7 @@ public:
 
     // Aligns the next frame of the run. `excluded` is empty, or a mask of the frame's size of what hides the region in
     // this frame. A frame that cannot be aligned leaves the tracker as it was: the run may end there or go on.
-    virtual TrackResult advance(const TrackingFrame& frame, const Image& excluded = {}) = 0;
+    virtual TrackResult advance(const SharedTrackingFrame& frame, const Image& excluded = {}) = 0;
 };
 
 // ---- The library ----------------------------------------------------------------------------------------------------

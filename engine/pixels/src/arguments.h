@@ -1,0 +1,14 @@
+// Refuses arguments that cannot mean anything, in one place and with one wording.
+#pragma once
+
+#include <pixels/pixels.h>
+
+namespace pixels {
+
+// All throw std::invalid_argument, naming the argument as `name` says.
+void checkImage(const Image& image, const char* name);
+void checkMask(const Image& mask, Size size, const char* name);
+void checkTransform(const Matrix& transform, const char* name);
+void checkSize(Size size, const char* name);
+
+} // namespace pixels

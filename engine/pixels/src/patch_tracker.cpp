@@ -1,0 +1,201 @@
+// What the visible pixels leave open, because most of the patch is hidden or has left the view, is held by what the
+// frames before let expect; where they say enough the expectation weighs nothing.
+
+#include "patch_tracker.h"
+
+#include "arguments.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pixels {
+namespace {
+
+constexpr double leastVisible = 0.04;
+constexpr double leastCorrelation = 0.5;
+constexpr double leastRegular = 0.3;
+constexpr double poorGuess = 0.8;    // a correlation on the coarsest level that calls for a search
+constexpr int searchReach = 5;       // pixels of that level
+constexpr double largestChange = 3;  // of the patch's size between two frames
+constexpr double coarseTolerance = 0.05, fineTolerance = 0.002; // pixels of a level
+constexpr int mostCoarseSteps = 20, mostFineSteps = 15;
+
+// How far a frame may be from what the one before let expect, in pixels.
+constexpr double steadiness = 1.0;
+constexpr double shareOfMotion = 0.25;
+constexpr double perspectiveSteadiness = 0.3; // the perspective changes less than the place
+
+int parametersFor(std::size_t pixels, int wanted)
+{
+    constexpr std::size_t enoughForAffine = 40, enoughForPerspective = 160;
+    return std::min(wanted, pixels < enoughForAffine ? 2 : pixels < enoughForPerspective ? 6 : mostParameters);
+}
+
+// Of areas, by a transform from the patch's plane, at the plane's origin.
+double areaScale(const Matrix& m)
+{
+    const double w = m(2, 2);
+    const Point at = m.map({0, 0});
+    const double a = (m(0, 0) - at.x * m(2, 0)) / w, b = (m(0, 1) - at.x * m(2, 1)) / w;
+    const double c = (m(1, 0) - at.y * m(2, 0)) / w, d = (m(1, 1) - at.y * m(2, 1)) / w;
+    return a * d - b * c;
+}
+
+bool sound(const Matrix& toFrame, const std::array<Point, 4>& corners)
+{
+    return std::all_of(corners.begin(), corners.end(), [&](Point corner) {
+        const double w = toFrame(2, 0) * corner.x + toFrame(2, 1) * corner.y + toFrame(2, 2);
+        return w > 0.05 * toFrame(2, 2) && toFrame(2, 2) > 0;
+    });
+}
+
+Matrix normalised(Matrix matrix)
+{
+    const double scale = 1 / matrix(2, 2);
+    for (double& value : matrix.values)
+        value *= scale;
+    return matrix;
+}
+
+} // namespace
+
+const cv::Mat& PatchTracker::Scene::excludedAt(int level) const
+{
+    static const cv::Mat none;
+    return excluded.empty() ? none : excluded[std::size_t(level)];
+}
+
+PatchTracker::PatchTracker(std::shared_ptr<const FramePyramid> reference, const Image& region, MotionModel model)
+    : m_reference(std::move(reference)), m_patch(*m_reference, region), m_parameters(parameterCount(model)),
+      m_last(m_patch.toReference())
+{
+}
+
+Expectation PatchTracker::expected() const
+{
+    Expectation expectation;
+    expectation.toFrame = m_motion ? normalised(m_last * *m_motion) : m_last;
+    if (!sound(expectation.toFrame, m_patch.corners()))
+        expectation.toFrame = m_last;
+    double moved = m_motion ? 0 : m_patch.extent();
+    for (const Point corner : m_patch.corners()) {
+        const Point from = m_last.map(corner), to = expectation.toFrame.map(corner);
+        moved = std::max(moved, std::hypot(to.x - from.x, to.y - from.y));
+    }
+    const double extent = std::sqrt(std::abs(areaScale(m_last)));
+    const double deviation = (steadiness + shareOfMotion * moved) / extent;
+    expectation.deviation.fill(deviation);
+    expectation.deviation[6] = expectation.deviation[7] = perspectiveSteadiness * deviation;
+    return expectation;
+}
+
+std::vector<PatchTracker::Pair> PatchTracker::pairs(const FramePyramid& frame) const
+{
+    const double scale = std::sqrt(std::abs(areaScale(m_last))) / m_patch.extent();
+    const int finer = int(std::lround(std::log2(std::max(scale, 1e-3))));
+    std::vector<Pair> pairs;
+    for (std::size_t i = 0; i < frame.levels.size(); ++i) {
+        const std::size_t patchLevel = i + std::size_t(std::max(0, -finer));
+        const std::size_t frameLevel = i + std::size_t(std::max(0, finer));
+        if (patchLevel < m_patch.levels().size() && frameLevel < frame.levels.size())
+            pairs.push_back({&m_patch.levels()[patchLevel], int(frameLevel)});
+    }
+    if (pairs.empty())
+        pairs.push_back({&m_patch.levels().back(), std::clamp(finer, 0, int(frame.levels.size()) - 1)});
+    return pairs;
+}
+
+// The best of a grid of places around a transform.
+Matrix PatchTracker::searched(LevelAlignment& alignment, const Matrix& around, double step) const
+{
+    Matrix best = around;
+    double correlation = -1;
+    for (int y = -searchReach; y <= searchReach; ++y)
+        for (int x = -searchReach; x <= searchReach; ++x) {
+            const Matrix tried = Matrix::translation(x * step, y * step) * around;
+            const Fit fit = alignment.evaluate(tried);
+            if (fit.visible > leastVisible && fit.correlation * fit.visible > correlation) {
+                correlation = fit.correlation * fit.visible;
+                best = tried;
+            }
+        }
+    return best;
+}
+
+Matrix PatchTracker::firstGuess(const Scene& scene, const Pair& coarsest, const Matrix& predicted) const
+{
+    LevelAlignment alignment(*coarsest.patch, scene.frame.levels[std::size_t(coarsest.frameLevel)], coarsest.frameLevel,
+                             scene.excludedAt(coarsest.frameLevel));
+    const double there = alignment.evaluate(predicted).correlation, before = alignment.evaluate(m_last).correlation;
+    const Matrix& guess = there >= before ? predicted : m_last;
+    if (std::max(there, before) >= poorGuess)
+        return guess;
+    return searched(alignment, guess, double(1 << coarsest.frameLevel));
+}
+
+Fit PatchTracker::align(const Scene& scene, const Matrix& start, const Expectation& expectation) const
+{
+    Fit fit;
+    fit.toFrame = start;
+    const std::vector<Pair> pairs = this->pairs(scene.frame);
+    for (std::size_t i = pairs.size(); i-- > 0;) {
+        const int level = pairs[i].frameLevel;
+        LevelAlignment alignment(*pairs[i].patch, scene.frame.levels[std::size_t(level)], level,
+                                 scene.excludedAt(level));
+        const int parameters = parametersFor(pairs[i].patch->size(), m_parameters);
+        const bool finest = i == 0;
+        if (i + 1 == pairs.size() && parameters > 2)
+            fit = alignment.refine(fit.toFrame, 2, &expectation, m_patch.corners(), coarseTolerance, mostCoarseSteps);
+        const Fit refined =
+            alignment.refine(fit.toFrame, finest ? m_parameters : parameters, &expectation, m_patch.corners(),
+                             finest ? fineTolerance : coarseTolerance, finest ? mostFineSteps : mostCoarseSteps);
+        if (finest || refined.correlation >= fit.correlation || sound(refined.toFrame, m_patch.corners()))
+            fit = refined;
+    }
+    fit.toFrame = normalised(fit.toFrame);
+    return fit;
+}
+
+std::string PatchTracker::problemOf(const Fit& fit) const
+{
+    if (fit.visible < leastVisible)
+        return "the region has left the view or is hidden";
+    if (fit.correlation < leastCorrelation || fit.regular < leastRegular)
+        return "the region does not look like it does in the reference frame";
+    const double change = areaScale(fit.toFrame) / areaScale(m_last);
+    if (!sound(fit.toFrame, m_patch.corners()) || !(change < largestChange && change > 1 / largestChange))
+        return "the region changes its form too much from one frame to the next";
+    return {};
+}
+
+TrackResult PatchTracker::advance(const SharedTrackingFrame& frame, const Image& excluded)
+{
+    const auto* pyramid = dynamic_cast<const FramePyramid*>(frame.get());
+    if (!pyramid)
+        throw std::invalid_argument("a frame to track in was not made by this library");
+    if (pyramid->size != m_reference->size)
+        throw std::invalid_argument("a frame to track in has not the size of the reference frame");
+    Scene scene{*pyramid, {}};
+    if (!excluded.empty()) {
+        checkMask(excluded, pyramid->size, "the mask of what hides the region");
+        scene.excluded = maskPyramid(excluded, pyramid->levels.size());
+    }
+
+    const Expectation expectation = expected();
+    const Matrix start = firstGuess(scene, pairs(*pyramid).back(), expectation.toFrame);
+    const Fit fit = align(scene, start, expectation);
+
+    TrackResult result;
+    result.problem = problemOf(fit);
+    result.aligned = result.problem.empty();
+    result.quality = std::clamp(fit.correlation, 0.0, 1.0);
+    result.visible = fit.visible;
+    if (result.aligned) {
+        m_motion = normalised(m_last.inverse() * fit.toFrame);
+        m_last = fit.toFrame;
+    }
+    result.transform = normalised(m_last * m_patch.toReference().inverse());
+    return result;
+}
+
+} // namespace pixels
