@@ -65,6 +65,23 @@ endif()
 
 add_library(Python2::Module INTERFACE IMPORTED)
 target_include_directories(Python2::Module SYSTEM INTERFACE ${PYTHON2_INCLUDE_DIR})
+# Debian's debug headers are links into the release build's folder. GCC would follow them, and find the release build's
+# pyconfig.h beside what they lead to.
+target_compile_options(Python2::Module INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fno-canonical-system-headers>)
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/CMakeFiles/python2.cpp CONTENT [[
+#include <Python.h>
+#if defined(Py_DEBUG) != @PYTHON2_DEBUG@
+#error "these are the headers of another build of Python"
+#endif
+int main() { return 0; }
+]] @ONLY)
+try_compile(PYTHON2_HEADERS_FIT ${CMAKE_BINARY_DIR}/CMakeFiles/python2 ${CMAKE_BINARY_DIR}/CMakeFiles/python2.cpp
+    LINK_LIBRARIES Python2::Module OUTPUT_VARIABLE output)
+if(NOT PYTHON2_HEADERS_FIT)
+    message(FATAL_ERROR "The headers in ${PYTHON2_INCLUDE_DIR} do not fit ${PYTHON2_EXECUTABLE}: ${output}")
+endif()
+unset(PYTHON2_HEADERS_FIT CACHE)
+
 add_library(Python2::Python INTERFACE IMPORTED)
 target_link_libraries(Python2::Python INTERFACE Python2::Module ${PYTHON2_LIBRARY})
 if(PYTHON2_LIBRARY MATCHES "\\.a$")
