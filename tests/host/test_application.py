@@ -1,0 +1,152 @@
+"""The command line, exit codes and endings of the application; Python itself says what is right for a script."""
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from running import environment, program, run, vireo
+
+
+class Folder(unittest.TestCase):
+    def setUp(self):
+        self.folder = os.path.realpath(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def write(self, name, text):
+        path = os.path.join(self.folder, name)
+        with open(path, "w") as file:
+            file.write(text)
+        return path
+
+
+class AsPython(Folder):
+    """The same arguments give the same exit code, output and traceback as with the interpreter."""
+
+    def assertAsPython(self, *arguments, **options):
+        code, printed, complaints = run((sys.executable,) + arguments, **options)
+        self.assertEqual(vireo(*arguments, **options), (code, printed, complaints.replace(sys.executable, program)))
+
+    def test_exit_codes(self):
+        for ending in ("pass", "sys.exit()", "sys.exit(0)", "sys.exit(7)", "sys.exit('said at the end')",
+                       "sys.exit(None)", "raise SystemExit", "raise SystemExit((1, 2))", "1 / 0",
+                       "raise KeyboardInterrupt", "os._exit(3)", "syntax error", ""):
+            self.assertAsPython("-c", "import os, sys; " + ending)
+
+    def test_traceback_names_file_and_line(self):
+        script = self.write("fails.py", "def inner():\n    raise ValueError(u'b\\xe4d')\n\ninner()\n")
+        self.assertAsPython(script)
+
+    def test_arguments_belong_to_the_script(self):
+        script = self.write("says.py", "import sys\nprint sys.argv, __name__, __file__, sys.path[0]\n")
+        self.assertAsPython(script, "a", "-c", "--project", "x", "--", "--help", "")
+        self.assertAsPython("-c", "import sys; print sys.argv, sys.path[0] == ''", "-x", "--version", "-c")
+        self.assertAsPython("-", "a", stdin="import sys; print sys.argv, __name__")
+        self.assertAsPython(stdin="print 1\n1 / 0\n")
+        self.write("-odd.py", "import sys\nprint sys.argv")
+        self.assertAsPython("--", "-odd.py", "a", cwd=self.folder)
+
+    def test_folder_or_archive_as_script(self):
+        self.assertAsPython(self.folder)
+        self.write("__main__.py", "import sys\nprint sys.argv[1:]")
+        self.assertAsPython(self.folder, "a")
+
+    def test_environment_of_python(self):
+        self.write("chosen.py", "print 'from PYTHONPATH'")
+        self.assertAsPython("-c", "import chosen", PYTHONPATH=self.folder)
+        self.assertAsPython("-c", "import warnings; warnings.warn('seen')", PYTHONWARNINGS="error")
+        self.assertAsPython("-c", "print hash('seed')", PYTHONHASHSEED="5")
+
+    def test_threads_and_exit_functions_are_waited_for(self):
+        self.assertAsPython("-c", "import atexit, sys, threading, time\n"
+                                  "def late():\n    time.sleep(0.2)\n    print 'thread'\n"
+                                  "def last():\n    print 'last'\n"
+                                  "atexit.register(last)\nthreading.Thread(target=late).start()\nsys.exit(5)")
+
+
+class CommandLine(Folder):
+    def assertRefused(self, arguments, *named):
+        code, printed, complaints = vireo(*arguments)
+        self.assertEqual((code, printed, complaints.count("\n")), (2, "", 1), complaints)
+        for name in ("vireo: ",) + named:
+            self.assertIn(name, complaints)
+
+    def test_refusals_are_one_line(self):
+        missing = os.path.join(self.folder, "missing.py")
+        self.assertRefused([missing], missing, "No such file")
+        self.assertRefused(["-c"], "-c")
+        self.assertRefused(["--project"], "--project")
+        self.assertRefused(["--project=", "-c", ""], "--project")
+        self.assertRefused(["--projects", "x"], "--projects")
+
+    def test_no_project(self):
+        foreign = self.write("foreign.txt", "{\n\"this\": \"is none\",\n")
+        for file in (foreign, self.write("empty", ""), self.folder, os.path.join(self.folder, "missing")):
+            self.assertRefused(["--project", file, "-c", "print 'never'"], file)
+            self.assertRefused(["--project=" + file], file)
+
+    def test_script_is_looked_for_before_a_project_is_opened(self):
+        self.assertRefused(["--project", self.folder, "missing.py"], "missing.py")
+
+    def test_help_and_version(self):
+        code, printed, complaints = vireo("--help")
+        self.assertEqual((code, complaints), (0, ""))
+        for option in ("--project", "-c", "--version"):
+            self.assertIn(option, printed)
+        code, printed, complaints = vireo("--version")
+        self.assertEqual((code, complaints), (0, ""))
+        self.assertTrue(printed.startswith("vireo %s (Python 2.7." % os.environ["VIREO_VERSION"]), printed)
+
+    def test_python_that_cannot_start(self):
+        code, printed, complaints = vireo("-c", "print 'never'", PYTHONHOME=self.folder)
+        self.assertEqual((code, printed, complaints.count("\n")), (1, "", 1), complaints)
+        self.assertIn(self.folder, complaints)
+
+
+class Surroundings(Folder):
+    version = "import vireo, sys; print vireo.__version__, sys.executable"
+
+    def test_finds_its_packages_from_anywhere(self):
+        expected = "%s %s\n" % (os.environ["VIREO_VERSION"], program)
+        self.assertEqual(vireo("-c", self.version, cwd="/"), (0, expected, ""))
+        link = os.path.join(self.folder, "linked")
+        os.symlink(program, link)
+        self.assertEqual(run([link, "-c", self.version])[0], 0)
+        by_path = os.path.dirname(program) + os.pathsep + os.environ["PATH"]
+        self.assertEqual(run(["vireo", "-c", self.version], PATH=by_path), (0, expected, ""))
+
+    def test_python_path_may_replace_the_packages(self):
+        os.mkdir(os.path.join(self.folder, "vireo"))
+        self.write("vireo/__init__.py", "__version__ = 'mine'")
+        self.assertIn("mine", vireo("-c", self.version, PYTHONPATH=self.folder)[1])
+
+    def test_numbers_are_written_the_c_way(self):
+        script = "import ctypes; strtod = ctypes.CDLL(None).strtod; strtod.restype = ctypes.c_double; print strtod(b'1.5', None)"
+        self.assertEqual(vireo("-c", script, LC_ALL="de_DE.UTF-8", LC_NUMERIC="de_DE.UTF-8")[1], "1.5\n")
+
+
+class Interrupt(unittest.TestCase):
+    def interrupted(self, code):
+        ready = "import sys, time\ndef ready():\n    print 'ready'\n    sys.stdout.flush()\n"
+        process = subprocess.Popen([program, "-c", ready + code],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment())
+        self.assertEqual(process.stdout.readline(), "ready\n")
+        process.send_signal(signal.SIGINT)
+        printed, complaints = process.communicate()
+        return process.returncode, printed, complaints
+
+    def test_stops_a_script(self):
+        for waiting in ("ready()\nwhile True: pass", "ready(); time.sleep(60)"):
+            code, printed, complaints = self.interrupted(waiting)
+            self.assertEqual((code, printed), (1, ""))
+            self.assertTrue(complaints.endswith("KeyboardInterrupt\n"), complaints)
+
+    def test_is_an_exception_that_a_script_may_catch(self):
+        code = "try: ready(); time.sleep(60)\nexcept KeyboardInterrupt: print 'caught'; sys.exit(9)"
+        self.assertEqual(self.interrupted(code), (9, "caught\n", ""))
+
+
+if __name__ == "__main__":
+    unittest.main()
