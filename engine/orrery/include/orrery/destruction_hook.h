@@ -1,0 +1,15 @@
+// How a scripting language learns that an object of the library is going: the destructors of Project, Clip,
+// ColorParameters, ProgressWatcher and of the render operations tell one function of the process.
+#pragma once
+
+namespace orrery {
+
+using DestructionHook = void (*)(void* object);
+
+// Null for none. The hook is called with the address of the object as its own class, from whichever thread destroys it.
+void setDestructionHook(DestructionHook hook);
+
+// To be called first of all by the destructors, with no lock of the library held: the hook may wait for an interpreter.
+void tellDestruction(void* object) noexcept;
+
+} // namespace orrery

@@ -1,0 +1,53 @@
+// What is behind a Project: the manager of its model, and the objects that scripts can see and the project owns.
+#pragma once
+
+#include <QString>
+#include <atomic>
+#include <boost/shared_ptr.hpp>
+#include <memory>
+#include <mutex>
+#include <orrery/project.h>
+#include <stratum/manager.h>
+#include <vector>
+
+struct Project::Data : Stratum::Listener
+{
+    Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager);
+    ~Data();
+
+    void announce(const Stratum::Notices& notices) override;
+
+    Project& project;
+    const boost::shared_ptr<STRM_ProjectManager> manager;
+
+    // Guarded by the model lock.
+    QString file;
+    // Every clip that the project ever had: the undo history may bring it back. Those that it has now are
+    // manager->clips. Destroyed with the project, without a lock.
+    std::vector<std::unique_ptr<Clip>> allClips;
+
+    std::mutex saving;                // one save at a time; whoever holds it waits for nobody's interpreter
+    std::atomic<bool> busy{false};    // tracking, rendering or an export runs
+    ProgressWatcher* progressWatcher; // a child object of the project
+};
+
+namespace orrery {
+
+// Makes the clip one of the project's, as part of an edit: in the list, with undo. The project owns it from then on,
+// also when the edit is taken back. The name is made unlike the others' by a number.
+Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
+QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted); // lock held
+
+// The project's clip with that id (Clip::get_id), or null. The lock is held.
+Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id);
+
+// The document of the project. Takes the lock.
+std::string writeProject(Project::Data& project);
+// Fills a project that nobody else knows yet. Throws STRM_BadFile that names the file.
+void readProject(Project::Data& project, const QString& file);
+
+// Replaces a file as a whole: what stands under its name is always the old or the new one. Throws STRM_BadFile.
+void replaceFile(const QString& file, const std::string& content);
+std::string readFile(const QString& file, std::size_t limit);
+
+} // namespace orrery

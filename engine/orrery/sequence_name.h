@@ -1,0 +1,70 @@
+// The names of image sequences: taking the ways to write one apart ("plate.####.png", "plate.%04d.png", one of the
+// files, a folder), and putting the name of a frame together. Looks at the disk only where a text alone leaves it open.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+#include <orrery/stream_info.h>
+
+namespace orrery {
+
+// A frame number that is not known, or stands for the last.
+constexpr unsigned int unknownFrame = 4294967295U;
+
+// What a sequence's file names have in common. A width of 0: not known.
+struct SequenceName
+{
+    QString folder;
+    QString prefix;
+    QString suffix;
+    unsigned int indexWidth = 0;
+
+    QString fileName(unsigned int frame) const;
+    QString path(unsigned int frame) const;
+    // "/shots/a/plate.####.png", for people.
+    QString pattern() const;
+};
+
+SequenceName nameOf(const StreamInfo& info);
+
+// The description with these frame numbers, its folder absolute and clean.
+StreamInfo describe(const SequenceName& name, unsigned int start, unsigned int end);
+
+// Takes the name of one file of a sequence apart: the number is the last run of digits before the extension that stands
+// free ("plate_v2.0012.exr", "0012_v2.exr"), else the last run of all ("shot12.exr"). False where there is none.
+struct NumberedFile
+{
+    QString prefix;
+    QString digits;
+    QString suffix;
+};
+bool splitFileName(const QString& fileName, NumberedFile& parts);
+
+// Whether the location tells by itself how its files are called: # or %d in its last component.
+bool isPattern(const QString& location);
+
+// Takes a location apart. STRM_BadArgument for an empty one; STRM_BadFile for a file without a frame number and, with
+// `required`, for a location that is not there and for a folder that holds no sequence or several. Without it such a
+// location is taken for the folder of a sequence whose name is not known yet.
+SequenceName parseLocation(const QString& location, bool required);
+
+// ---- On disk --------------------------------------------------------------------------------------------------------
+
+// The sequences of a folder, by name. A name without a number is none.
+QVector<SequenceName> sequencesIn(const QString& folder);
+
+// The frame numbers that are on disk, ascending; empty as well when there is no such folder. A width of 0 in `name`
+// takes files of any width and is set to theirs.
+QVector<unsigned int> framesOnDisk(SequenceName& name);
+
+// The description with unknown frame numbers and an unknown width as they are on disk; what is not there stays unknown.
+StreamInfo foundOnDisk(const StreamInfo& info);
+
+// Throws STRM_BadFile naming the first frame's file that is missing between the first and the last, and how many are.
+void requireFrames(const StreamInfo& info);
+
+// "3, 7-9".
+QString frameList(const QVector<unsigned int>& frames);
+
+} // namespace orrery

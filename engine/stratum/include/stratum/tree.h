@@ -1,0 +1,194 @@
+// The engine's layers and groups behind the platform's base classes. Everything but ids, addresses and presence is read
+// and written with the manager's lock held; writes go through an Edit.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <boost/shared_ptr.hpp>
+#include <fundo/colour.h>
+#include <fundo/lum_matrix33.h>
+#include <knob/parameter_tree.h>
+#include <memory>
+#include <stratum/layer_base.h>
+#include <stratum/manager.h>
+#include <stratum/ordered_items.h>
+#include <vector>
+
+namespace Stratum {
+
+class ContourModel;
+class LayerModel;
+
+// What layers and groups have in common.
+class TreeItem : public OrderedItem, public Knob::Branch
+{
+public:
+    TreeItem(STRM_ProjectManager& manager, unsigned int id, std::uint32_t weight);
+
+    STRM_ProjectManager& manager() const { return m_manager; }
+    unsigned int id() const { return m_id; } // never used again in its project
+    void requirePresent() const;             // STRM_BadState "Invalid object"
+
+    QString name;
+    bool visible = true;
+    bool locked = false;
+    Fundo::Colour3<float> matteColor{1, 1, 1};
+    Fundo::Colour3<float> strokeColor{1, 1, 1};
+
+private:
+    STRM_ProjectManager& m_manager;
+    const unsigned int m_id;
+};
+
+// What can be animated of a layer; made when it is first asked for.
+struct LayerAnimations;
+
+// The parameters of LayerAnimations::values.
+enum LayerValue { LayerOpacity, LayerBlendMode, LayerMotionModel };
+
+// Where the track has carried the surface: top left, top right, bottom right, bottom left.
+using Corners = std::array<Knob::Value, 4>;
+
+// One frame of a track.
+struct TrackKey
+{
+    double time;
+    Corners corners;
+};
+
+class LayerModel : public STRM_Layer, public TreeItem
+{
+public:
+    LayerModel(STRM_ProjectManager& manager, unsigned int id);
+    ~LayerModel() override;
+
+    bool present() const override { return parentGroup() != nullptr; }
+    void setParentGroup(LayerGroup* group) { m_parentGroup.store(group, std::memory_order_release); }
+
+    // STRM_BadState when the layer, or the group that holds it, is locked.
+    void requireWritable() const override;
+    // Itself and the group that holds it.
+    bool shown() const;
+
+    bool selected = false;
+    unsigned int clip = 0;    // the id (Clip::get_id) of the clip it is tracked on; 0 for none
+    int inView = 0;           // the view in which the in point was given
+    unsigned int inFrame = 0; // as given; the project's length may have become less
+    unsigned int inPoint() const;
+    unsigned int outPoint() const;
+
+    // The layer whose track this one follows; those that follow this one.
+    LayerModel* trackedWith = nullptr;
+    std::vector<LayerModel*> followers;
+    // The end of the chain of links: whose track counts.
+    LayerModel& trackSource();
+
+    // In the order in which they were added. Removed ones are in allContours only.
+    std::vector<ContourModel*> contours;
+    std::vector<boost::shared_ptr<ContourModel>> allContours;
+
+    // Null as long as nobody asked for it: then everything has its initial value.
+    const LayerAnimations* animationsIfAny() const { return m_animations.get(); }
+    LayerAnimations& animations();
+
+    Knob::Value value(LayerValue value, double time, int view) const;
+    bool tracked(int view) const; // by keyframes of its own
+    Corners corners(double time, int view) const;
+
+    // From the in point to the time, through the layer's own track or the one it is linked to.
+    Lum_Matrix33 transform(double time, int view);
+    // The rectangle around the contours at the in point.
+    Corners surface(int view);
+
+    QString displayName() const override { return name; }
+    std::vector<Knob::Member> members() override;
+    Knob::Member member(const QString& path) override;
+
+private:
+    std::unique_ptr<LayerAnimations> m_animations;
+};
+
+class GroupModel : public LayerGroup, public TreeItem
+{
+public:
+    GroupModel(STRM_ProjectManager& manager, unsigned int id);
+    ~GroupModel() override;
+
+    bool present() const override { return parentGroup() != nullptr; }
+    void setParentGroup(LayerGroup* group) { m_parentGroup.store(group, std::memory_order_release); }
+
+    // Layers only, from the bottom of the drawing order to its top.
+    OrderedItems layers;
+
+    Knob::Value opacity(double time, int view) const;
+
+    QString displayName() const override { return name; }
+    std::vector<Knob::Member> members() override;
+
+private:
+    std::unique_ptr<Knob::Animation> m_opacity;
+};
+
+// Layers and groups at the top, from the bottom of the drawing order to its top. A group weighs what it holds.
+class RootModel : public LayerRoot
+{
+public:
+    RootModel();
+    ~RootModel() override;
+
+    OrderedItems items;
+};
+
+// What can be animated of the project itself, and the branches for all that it contains.
+class ProjectParameters : public Knob::Branch
+{
+public:
+    explicit ProjectParameters(STRM_ProjectManager& manager);
+    ~ProjectParameters() override;
+
+    bool present() const override;
+    QString displayName() const override;
+    std::vector<Knob::Member> members() override;
+
+    // A further branch, for what the project holds beside layers (its clips). Once, when the project is made.
+    void addBranch(const QString& name, Knob::Branch* branch);
+
+    // "render": of Project::render.
+    enum RenderValue { InsertOpacity, FillAlgorithm, RemoveSource, Illumination, Luminance };
+    Knob::Value render(RenderValue value, double time, int view) const;
+
+private:
+    struct Branches;
+    const std::unique_ptr<Branches> m_branches;
+};
+
+// ---- The model's objects behind the platform's; the casts cannot fail ----
+
+inline LayerModel& model(STRM_Layer& layer) { return static_cast<LayerModel&>(layer); }
+inline GroupModel& model(LayerGroup& group) { return static_cast<GroupModel&>(group); }
+
+// ---- Reading the tree ----
+
+// All layers, bottom first, whatever group they are in.
+std::vector<LayerModel*> allLayers(STRM_ProjectManager& manager);
+std::vector<GroupModel*> allGroups(STRM_ProjectManager& manager);
+LayerModel* layerAt(STRM_ProjectManager& manager, std::size_t index); // null past the end
+
+// ---- Changing it ----
+
+// Puts a layer that has no place yet at the top.
+void addLayer(Edit& edit, LayerModel& layer);
+void addGroup(Edit& edit, GroupModel& group);
+// Null: to the top of the project. Past the end: at the end.
+void moveLayer(Edit& edit, LayerModel& layer, GroupModel* group, std::size_t index);
+void reorder(Edit& edit, TreeItem& item, int place);
+// Clears the links to the layer; points elsewhere that follow its points keep their position.
+void removeLayer(Edit& edit, LayerModel& layer);
+// STRM_BadArgument for a circle.
+void linkToTrack(Edit& edit, LayerModel& layer, LayerModel* followed);
+
+// Writes a track: replaces the keyframes of the layer's corners in the view between the first and the last of the keys'
+// times (the whole track with `replaceAll`). One change, in whichever edit it is made.
+void writeTrack(Edit& edit, LayerModel& layer, int view, const std::vector<TrackKey>& keys, bool replaceAll);
+
+} // namespace Stratum
