@@ -1,0 +1,286 @@
+// The call protocol: every Python call of a method or constructor goes through the functions here.
+#include "call_protocol.h"
+
+#include "operation.h"
+
+#include <string>
+#include <vector>
+
+namespace binding {
+
+namespace {
+
+// The arguments of one call, counted.
+struct Given
+{
+    PyObject* const* items = nullptr;
+    Py_ssize_t positional = 0;
+    PyObject* keywords = nullptr; // null when there are none
+    Py_ssize_t keywordCount = 0;
+};
+
+std::string qualifiedName(const Operation& operation)
+{
+    return operation.name ? std::string(operation.className) + "." + operation.name : operation.className;
+}
+
+const char* bareName(const Operation& operation)
+{
+    if (operation.name)
+        return operation.name;
+    const char* lastPoint = operation.className;
+    for (const char* c = operation.className; *c; ++c)
+        if (*c == '.')
+            lastPoint = c + 1;
+    return lastPoint;
+}
+
+std::string signatureText(const Signature& signature)
+{
+    std::string text;
+    for (int i = 0; i < signature.count; ++i) {
+        const FormalParameter& parameter = signature.parameters[i];
+        text += (i ? ", " : "") + std::string(parameter.text());
+        if (parameter.defaultText)
+            text += std::string(" = ") + parameter.defaultText;
+    }
+    return text;
+}
+
+void raiseWrongArguments(const Operation& operation, PyObject* arguments)
+{
+    std::vector<std::string> texts;
+    for (int i = 0; i < operation.signatureCount; ++i)
+        texts.push_back(signatureText(operation.signatures[i]));
+    std::vector<const char*> list;
+    for (const std::string& text : texts)
+        list.push_back(text.c_str());
+    list.push_back(nullptr);
+    Shiboken::setErrorAboutWrongArguments(arguments, qualifiedName(operation).c_str(), list.data());
+}
+
+bool raiseCount(const Operation& operation, Py_ssize_t given)
+{
+    PyErr_Format(PyExc_TypeError, "%s(): takes at least %d arguments (%d given)", qualifiedName(operation).c_str(),
+                 operation.least, static_cast<int>(given));
+    return false;
+}
+
+bool raiseDuplicate(const Operation& operation, const char* keyword)
+{
+    PyErr_Format(PyExc_TypeError, "%s(): got multiple values for keyword argument '%s'.",
+                 qualifiedName(operation).c_str(), keyword);
+    return false;
+}
+
+Given readArguments(const Operation& operation, PyObject* const& arguments, PyObject* keywords)
+{
+    Given given;
+    if (operation.form == Form::Ignored)
+        return given;
+    if (operation.form == Form::One) {
+        given.items = &arguments;
+        given.positional = 1;
+    } else if (arguments) {
+        given.items = &PyTuple_GET_ITEM(arguments, 0);
+        given.positional = PyTuple_GET_SIZE(arguments);
+    }
+    if (keywords && PyDict_Size(keywords) > 0) {
+        given.keywords = keywords;
+        given.keywordCount = PyDict_Size(keywords);
+    }
+    return given;
+}
+
+// The interpreter's tuple functions are called only for the message of the count that they refuse.
+bool unpackedByInterpreter(const Operation& operation, PyObject* arguments, const Given& given)
+{
+    if (given.positional >= operation.least && given.positional <= operation.most)
+        return true;
+    PyObject* unused[maximumParameters];
+    return PyArg_UnpackTuple(arguments, bareName(operation), operation.least, operation.most, &unused[0], &unused[1],
+                             &unused[2], &unused[3]);
+}
+
+bool parsedByInterpreter(const Operation& operation, PyObject* arguments, const Given& given)
+{
+    if (given.positional <= operation.most)
+        return true;
+    const std::string format = "|" + std::string(operation.most, 'O') + ":" + bareName(operation);
+    PyObject* u[maximumParameters];
+    return PyArg_ParseTuple(arguments, format.c_str(), &u[0], &u[1], &u[2], &u[3], &u[4], &u[5], &u[6], &u[7], &u[8],
+                            &u[9], &u[10]);
+}
+
+bool countAccepted(const Operation& operation, PyObject* arguments, const Given& given)
+{
+    const Py_ssize_t total = given.positional + given.keywordCount;
+    switch (operation.form) {
+    case Form::NoArguments:
+    case Form::One:
+    case Form::Ignored:
+        return true;
+    case Form::Positional:
+    case Form::CopyOnly:
+        return unpackedByInterpreter(operation, arguments, given);
+    case Form::Keywords:
+        if (total > operation.most)
+            return raiseCount(operation, total);
+        return given.positional >= operation.least || raiseCount(operation, given.positional);
+    case Form::AtMost:
+        return total <= operation.most || raiseCount(operation, total);
+    case Form::AtLeast:
+        if (given.positional < operation.least)
+            return raiseCount(operation, given.positional);
+        return parsedByInterpreter(operation, arguments, given);
+    case Form::Uncounted:
+        return parsedByInterpreter(operation, arguments, given);
+    }
+    return false;
+}
+
+bool takesCount(const Signature& signature, const Given& given)
+{
+    return given.positional >= signature.required && given.positional <= signature.count;
+}
+
+bool acceptsArgument(const Signature& signature, const Given& given, Py_ssize_t place, Argument* arguments)
+{
+    arguments[place].object = given.items[place];
+    arguments[place].convert = signature.parameters[place].accepts(given.items[place]);
+    return arguments[place].convert != nullptr;
+}
+
+// Several signatures are told apart by how many positional arguments they take and by the first of these: the first
+// signature that accepts it is the one, whatever becomes of the further arguments.
+const Signature* selectSignature(const Operation& operation, const Given& given, Argument* arguments)
+{
+    if (operation.signatureCount == 1)
+        return operation.signatures;
+    for (const bool first : {true, false})
+        for (int i = 0; i < operation.signatureCount; ++i) {
+            const Signature& signature = operation.signatures[i];
+            if (signature.testedFirst == first && takesCount(signature, given) &&
+                (given.positional == 0 || acceptsArgument(signature, given, 0, arguments)))
+                return &signature;
+        }
+    return nullptr;
+}
+
+const Signature* chooseSignature(const Operation& operation, const Given& given, Argument* arguments)
+{
+    const Signature* const signature = selectSignature(operation, given, arguments);
+    if (!signature || given.positional > signature->count)
+        return nullptr;
+    for (Py_ssize_t i = 0; i < given.positional; ++i)
+        if (!acceptsArgument(*signature, given, i, arguments))
+            return nullptr;
+    return signature;
+}
+
+enum class Keywords { Accepted, Refused, Duplicate };
+
+Keywords readKeywords(const Operation& operation, const Signature& signature, const Given& given, Argument* arguments)
+{
+    for (int i = signature.required; i < signature.count; ++i) {
+        PyObject* const value = PyDict_GetItem(given.keywords, signature.keywordNames[i]);
+        if (!value)
+            continue;
+        if (arguments[i].object) {
+            raiseDuplicate(operation, signature.parameters[i].keyword);
+            return Keywords::Duplicate;
+        }
+        arguments[i].object = value;
+        arguments[i].convert = signature.parameters[i].accepts(value);
+        if (!arguments[i].convert)
+            return Keywords::Refused;
+    }
+    return Keywords::Accepted;
+}
+
+// The protocol from counting to calling, which methods and constructors share.
+void* run(const Operation& operation, PyObject* self, void* object, PyObject* arguments, PyObject* keywords)
+{
+    const Given given = readArguments(operation, arguments, keywords);
+    if (!countAccepted(operation, arguments, given))
+        return nullptr;
+
+    Argument converted[maximumParameters];
+    const Signature* const signature = chooseSignature(operation, given, converted);
+    if (!signature) {
+        raiseWrongArguments(operation, arguments);
+        return nullptr;
+    }
+    if (given.keywords && operation.form != Form::CopyOnly) {
+        const Keywords outcome = readKeywords(operation, *signature, given, converted);
+        if (outcome == Keywords::Refused)
+            raiseWrongArguments(operation, arguments);
+        if (outcome != Keywords::Accepted)
+            return nullptr;
+    }
+    // Converts, calls unlocked, translates what is thrown, converts the result.
+    return signature->invoke(self, object, converted);
+}
+
+} // namespace
+
+void* libraryObject(PyObject* self, PyTypeObject* type)
+{
+    if (!Shiboken::Object::isValid(self))
+        return nullptr;
+    void* const object = Shiboken::Conversions::cppPointer(type, reinterpret_cast<SbkObject*>(self));
+    // Of several wrapped bases, the one that this is may not have been initialised.
+    if (!object)
+        PyErr_Format(PyExc_RuntimeError, "'__init__' method of object's base class (%s) not called.",
+                     Py_TYPE(self)->tp_name);
+    return object;
+}
+
+PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
+{
+    void* const object = libraryObject(self, operation.type());
+    if (!object)
+        return nullptr;
+    return unlessError(static_cast<PyObject*>(run(operation, self, object, arguments, keywords)));
+}
+
+int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords,
+              ObjectDestructor destroy)
+{
+    PyTypeObject* const type = operation.type();
+    if (Shiboken::Object::isUserType(self) && !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type))
+        return -1;
+    void* const object = run(operation, self, nullptr, arguments, keywords);
+    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
+    if (PyErr_Occurred() || !Shiboken::Object::setCppPointer(wrapper, type, object)) {
+        if (object) {
+            const Unlocked unlocked;
+            destroy(object);
+        }
+        return -1;
+    }
+    Shiboken::Object::setValidCpp(wrapper, true);
+    Shiboken::Object::setHasCppWrapper(wrapper, true);
+    Shiboken::BindingManager::instance().registerWrapper(wrapper, object);
+    return 1;
+}
+
+bool convertArgument(const Argument& argument, bool mayBeWrapper, void* value)
+{
+    if (PyErr_Occurred() || (mayBeWrapper && !Shiboken::Object::isValid(argument.object)))
+        return false;
+    argument.convert(argument.object, value);
+    return true;
+}
+
+bool prepare(const Operation& operation)
+{
+    for (int s = 0; s < operation.signatureCount; ++s)
+        for (int i = 0; i < operation.signatures[s].count; ++i)
+            if (const char* keyword = operation.signatures[s].parameters[i].keyword)
+                if (!(operation.signatures[s].keywordNames[i] = PyString_InternFromString(keyword)))
+                    return false;
+    return true;
+}
+
+} // namespace binding

@@ -1,0 +1,91 @@
+// How a Python call reaches the library and comes back: the descriptors of operations, and the one function that runs
+// them.
+#ifndef BINDING_CALL_PROTOCOL_H
+#define BINDING_CALL_PROTOCOL_H
+
+#include "interpreter.h"
+
+#include <cstddef>
+
+namespace binding {
+
+typedef void (*FromPython)(PyObject* object, void* value);
+
+// A parameter of one signature.
+struct FormalParameter
+{
+    const char* keyword;     // null for a required parameter, which has no keyword name
+    const char* defaultText; // as signatures show it; null for a required parameter
+    FromPython (*accepts)(PyObject*);
+    const char* (*text)(); // the type's name in signatures
+};
+
+// What a call gave for one parameter.
+struct Argument
+{
+    PyObject* object = nullptr; // borrowed; null: take the default
+    FromPython convert = nullptr;
+};
+
+// Converts the arguments and calls the library. Gives the result as a new reference (a PyObject*, or for a constructor
+// the new library object), or null with an error pending.
+typedef void* (*Invoke)(PyObject* self, void* object, const Argument* arguments);
+
+struct Signature
+{
+    const FormalParameter* parameters;
+    int count;
+    int required;
+    Invoke invoke;
+    bool testedFirst;        // among several: its test comes before those of the ones listed above it
+    PyObject** keywordNames; // interned names of the parameters, null for those without a keyword
+};
+
+// How the arguments of an operation are handed over and counted.
+enum class Form {
+    NoArguments, // the interpreter refuses any
+    One,         // the interpreter passes exactly one
+    Positional,  // no keywords; counted by the interpreter's tuple unpacking
+    Keywords,    // counted: positional and keyword arguments together at most, positional ones at least
+    // Constructors:
+    CopyOnly,  // as Positional, but keywords are not looked at
+    AtMost,    // positional and keyword arguments together are counted against the most
+    AtLeast,   // positional arguments are counted against the least, the parser counts the most
+    Uncounted, // the parser counts the most
+    Ignored,   // whatever is given is not looked at
+};
+
+// One Python-callable entry.
+struct Operation
+{
+    const char* className; // full Python name: "vireo.project.Clip"
+    const char* name;      // of the method; null for a constructor
+    Form form;
+    const Signature* signatures; // in the order in which error messages list them
+    int signatureCount;
+    int least; // arguments, over all signatures
+    int most;
+    PyTypeObject* (*type)();
+};
+
+// No operation has more parameters.
+constexpr int maximumParameters = 11;
+
+// Runs a method. `arguments` is what the interpreter passes for the operation's form: null, the one argument, or the
+// tuple; `keywords` is null or a dict.
+PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords = nullptr);
+
+// Runs a constructor on an object that is not initialised yet: makes the library object and attaches it. `destroy`
+// deletes a library object that could not be attached. 0 for success, -1 with an error.
+int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords,
+              ObjectDestructor destroy);
+
+// Interns the operation's keyword names; once, before its first call. False with an error.
+bool prepare(const Operation& operation);
+
+// RuntimeError with the runtime's text unless the object has a valid library object; null then.
+void* libraryObject(PyObject* self, PyTypeObject* type);
+
+} // namespace binding
+
+#endif

@@ -1,0 +1,433 @@
+// From a class's tables to its Python type: the type object, its converter and names, its type-level operations.
+//
+// A class file gives classTable<Class, ClassWrapper, methods>() or one of the variants below, fills in what the class
+// has beyond that, and hands it to registerClass().
+#ifndef BINDING_CLASS_REGISTRATION_H
+#define BINDING_CLASS_REGISTRATION_H
+
+#include "operation.h"
+#include "properties.h"
+#include "virtual_dispatch.h"
+
+#include <QObject>
+#include <typeinfo>
+
+namespace binding {
+
+// The operators that a class's comparison handles; it refuses every other with NotImplementedError.
+struct Comparison
+{
+    typedef bool (*Operator)(const void* left, const void* right);
+    enum class Outcome { Compared, NotConvertible, Invalid };
+
+    PyTypeObject* (*type)();
+    Operator equal;
+    Operator notEqual;
+    Operator less;
+    // Finds the library object of the other operand, in place or converted into a temporary, and compares with it.
+    Outcome (*apply)(Operator compare, const void* left, PyObject* other, bool& result);
+};
+
+// Everything that registration needs to know of a class.
+struct ClassTable
+{
+    PyTypeObject** place = nullptr; // in the module's type table
+    SbkObjectType* type = nullptr;  // static, still empty
+    const char* name = nullptr;     // full Python name
+    const char* libraryTypeName = nullptr;
+    const char* wrapperTypeName = nullptr;
+    bool isValue = false;
+    PyMethodDef* methods = nullptr;
+    const Property* properties = nullptr;
+    int propertyCount = 0;
+
+    ObjectDestructor destroy = nullptr;
+    initproc initialise = nullptr;
+    inquiry truth = nullptr;
+    richcmpfunc compare = nullptr;
+    hashfunc hash = nullptr;
+    reprfunc repr = nullptr;
+    reprfunc str = nullptr;
+    binaryfunc subscript = nullptr;
+
+    // Conversions as the runtime keeps them; copy and value only for value classes.
+    FromPython (*acceptsPointer)(PyObject*) = nullptr;
+    FromPython pointerFromPython = nullptr;
+    PyObject* (*pointerToPython)(const void*) = nullptr;
+    PyObject* (*copyToPython)(const void*) = nullptr;
+    FromPython (*acceptsValue)(PyObject*) = nullptr;
+    FromPython valueFromPython = nullptr;
+    // A second value conversion, from objects of another kind.
+    FromPython (*acceptsImplicit)(PyObject*) = nullptr;
+    FromPython implicitFromPython = nullptr;
+
+    SbkObjectType* base = nullptr;
+    bool isQtObject = false;
+    MultipleInheritanceInitFunction offsets = nullptr;
+    TypeDiscoveryFuncV2 discover = nullptr;
+    const QMetaObject* metaObject = nullptr;
+};
+
+// Registers the class in the module. False when it could not be introduced; the error stays pending.
+bool registerClass(PyObject* module, const ClassTable& table);
+
+// --- Tables made from rows ------------------------------------------------------------------------------------------
+
+// The signatures of one row of a table, as the protocol reads them.
+template <const auto& table, std::size_t row, class Indexes>
+struct SignaturesOf;
+template <const auto& table, std::size_t row, std::size_t... i>
+struct SignaturesOf<table, row, std::index_sequence<i...>>
+{
+    static constexpr const auto& rows = std::get<row>(table).signatures;
+    template <std::size_t place>
+    static constexpr std::size_t countOf = std::get<place>(rows).parameters.size();
+    template <std::size_t place>
+    static inline PyObject* keywordNames[countOf<place> + 1] = {};
+
+    static constexpr Signature signatures[] = {
+        Signature{std::get<i>(rows).parameters.data(), static_cast<int>(countOf<i>), std::get<i>(rows).required,
+                  std::get<i>(rows).invoke, std::get<i>(rows).testedFirst, keywordNames<i>}...};
+
+    static constexpr int least()
+    {
+        int least = maximumParameters;
+        for (const Signature& signature : signatures)
+            least = signature.required < least ? signature.required : least;
+        return least;
+    }
+    static constexpr int most()
+    {
+        int most = 0;
+        for (const Signature& signature : signatures)
+            most = signature.count > most ? signature.count : most;
+        return most;
+    }
+};
+
+// The descriptor of one row, and the functions that the interpreter calls for it.
+template <class T, const auto& table, std::size_t place>
+struct Entry
+{
+    static constexpr const auto& row = std::get<place>(table);
+    typedef SignaturesOf<table, place, std::make_index_sequence<std::tuple_size_v<decltype(row.signatures)>>>
+        Signatures;
+
+    static constexpr Operation operation = {Wrapped<T>::name,
+                                            row.name,
+                                            row.form,
+                                            Signatures::signatures,
+                                            static_cast<int>(std::size(Signatures::signatures)),
+                                            Signatures::least(),
+                                            Signatures::most(),
+                                            &Wrapped<T>::type};
+
+    static PyObject* entry(PyObject* self, PyObject* arguments) { return call(operation, self, arguments); }
+    static PyObject* entryWithKeywords(PyObject* self, PyObject* arguments, PyObject* keywords)
+    {
+        return call(operation, self, arguments, keywords);
+    }
+    static int initialise(PyObject* self, PyObject* arguments, PyObject* keywords)
+    {
+        if constexpr (std::is_base_of_v<QObject, T>)
+            if (Shiboken::Object::isUserType(self))
+                Shiboken::ObjectType::copyMultimpleheritance(reinterpret_cast<SbkObjectType*>(Py_TYPE(self)),
+                                                             wrapperType<T>());
+        return construct(operation, self, arguments, keywords, &Shiboken::callCppDestructor<T>);
+    }
+
+    static PyMethodDef method()
+    {
+        if (!prepare(operation))
+            PyErr_Print();
+        switch (row.form) {
+        case Form::NoArguments:
+            return {row.name, &entry, METH_NOARGS, nullptr};
+        case Form::One:
+            return {row.name, &entry, METH_O, nullptr};
+        case Form::Positional:
+            return {row.name, &entry, METH_VARARGS, nullptr};
+        default:
+            return {row.name, reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&entryWithKeywords)),
+                    METH_VARARGS | METH_KEYWORDS, nullptr};
+        }
+    }
+};
+
+// A copy: a new Python object that owns a new library object. The library is called with the lock held.
+template <class T>
+PyObject* copyMethod(PyObject* self, PyObject*)
+{
+    const T* const object = static_cast<const T*>(libraryObject(self, Wrapped<T>::type()));
+    if (!object)
+        return nullptr;
+    try {
+        return unlessError(Converter<T>::toPython(*object));
+    } catch (...) {
+        raiseCaughtException();
+        return nullptr;
+    }
+}
+
+template <class T>
+PyMethodDef copyMethodDefinition()
+{
+    if constexpr (Wrapped<T>::kind == Kind::Value)
+        return {"__copy__", &copyMethod<T>, METH_NOARGS, nullptr};
+    else
+        return {nullptr, nullptr, 0, nullptr};
+}
+
+template <class T, const auto& table, std::size_t... i>
+PyMethodDef* methodDefinitions(std::index_sequence<i...>)
+{
+    static PyMethodDef definitions[] = {
+        Entry<T, table, i>::method()..., copyMethodDefinition<T>(), {nullptr, nullptr, 0, nullptr}};
+    return definitions;
+}
+
+// --- Type-level operations ------------------------------------------------------------------------------------------
+
+template <class T>
+int truth(PyObject* self)
+{
+    const T* const object = static_cast<const T*>(libraryObject(self, Wrapped<T>::type()));
+    if (!object)
+        return -1;
+    try {
+        const Unlocked unlocked;
+        return !object->isNull();
+    } catch (...) {
+        raiseCaughtException();
+        return -1;
+    }
+}
+
+// The Python method isNull. Of an object that Python made it asks the library's own operation, so that it never comes
+// back to a Python override.
+template <class T>
+bool isNull(PyObject* self, T& object)
+{
+    const bool madeByPython = Shiboken::Object::hasCppWrapper(reinterpret_cast<SbkObject*>(self));
+    const Unlocked unlocked;
+    return madeByPython ? object.T::isNull() : object.isNull();
+}
+
+// A representation: the text of a library operation without arguments.
+template <class T, auto function>
+PyObject* textOf(PyObject* self)
+{
+    void* const object = libraryObject(self, Wrapped<T>::type());
+    if (!object)
+        return nullptr;
+    typedef Invoker<OperationTag<function, PlainResult, Lock::Released>> Invoker;
+    return unlessError(static_cast<PyObject*>(Invoker::invoke(self, object, nullptr)));
+}
+
+template <class T>
+long hash(PyObject* self)
+{
+    const T* const object = static_cast<const T*>(libraryObject(self, Wrapped<T>::type()));
+    if (!object)
+        return -1;
+    try {
+        const long value = static_cast<long>(qHash(*object));
+        return value == -1 ? -2 : value;
+    } catch (...) {
+        raiseCaughtException();
+        return -1;
+    }
+}
+
+PyObject* compareObjects(const Comparison& comparison, PyObject* self, PyObject* other, int operation);
+
+// An operand of an object class: an instance, not None.
+template <class T>
+class ArgumentPointee
+{
+public:
+    explicit ArgumentPointee(const Argument& argument) { argument.convert(argument.object, &m_object); }
+    const T& get() const { return *m_object; }
+    static FromPython accepts(PyObject* object)
+    {
+        return object == Py_None ? nullptr : WrapperConversions<T>::acceptsPointer(object);
+    }
+
+private:
+    T* m_object = nullptr;
+};
+
+// Which operators of a class scripts may use.
+enum Operators { Equal = 1, NotEqual = 2, Less = 4 };
+
+template <class T, int operators>
+struct ComparisonOf
+{
+    static bool equal(const void* left, const void* right)
+    {
+        return *static_cast<const T*>(left) == *static_cast<const T*>(right);
+    }
+    static bool notEqual(const void* left, const void* right)
+    {
+        if constexpr (operators & NotEqual)
+            return *static_cast<const T*>(left) != *static_cast<const T*>(right);
+        return false;
+    }
+    static bool less(const void* left, const void* right)
+    {
+        if constexpr (operators & Less)
+            return *static_cast<const T*>(left) < *static_cast<const T*>(right);
+        return false;
+    }
+
+    static Comparison::Outcome apply(Comparison::Operator compare, const void* left, PyObject* other, bool& result)
+    {
+        typedef std::conditional_t<Wrapped<T>::kind == Kind::Value, ArgumentReference<T, void>, ArgumentPointee<T>>
+            Operand;
+        const Argument argument = {other, Operand::accepts(other)};
+        if (!argument.convert)
+            return Comparison::Outcome::NotConvertible;
+        if (!Shiboken::Object::isValid(other))
+            return Comparison::Outcome::Invalid;
+        const Operand operand(argument);
+        if (!PyErr_Occurred())
+            result = compare(left, &operand.get());
+        return Comparison::Outcome::Compared;
+    }
+
+    static PyObject* compare(PyObject* self, PyObject* other, int operation)
+    {
+        static constexpr Comparison comparison = {&Wrapped<T>::type, operators & Equal ? &equal : nullptr,
+                                                  operators & NotEqual ? &notEqual : nullptr,
+                                                  operators & Less ? &less : nullptr, &apply};
+        return compareObjects(comparison, self, other, operation);
+    }
+};
+
+// --- Class tables ---------------------------------------------------------------------------------------------------
+
+template <class T>
+PyObject* pointerToPython(const void* object)
+{
+    if (SbkObject* const known = Shiboken::BindingManager::instance().retrieveWrapper(object))
+        return Reference::borrow(reinterpret_cast<PyObject*>(known));
+    const char* const dynamicType = typeid(*static_cast<const T*>(object)).name();
+    return Shiboken::Object::newObject(wrapperType<T>(), const_cast<void*>(object), false, false, dynamicType);
+}
+
+template <class T, class TWrapper>
+PyObject* copyToPython(const void* value)
+{
+    return Shiboken::Object::newObject(wrapperType<T>(), new TWrapper(*static_cast<const T*>(value)), true, true);
+}
+
+template <class T, class TWrapper, const auto& methods>
+ClassTable baseTable()
+{
+    static SbkObjectType type = {};
+    ClassTable table;
+    table.place = Wrapped<T>::place();
+    table.type = &type;
+    table.name = Wrapped<T>::name;
+    table.libraryTypeName = typeid(T).name();
+    table.wrapperTypeName = typeid(TWrapper).name();
+    table.methods = methodDefinitions<T, methods>(
+        std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(methods)>>>>());
+    table.destroy = &Shiboken::callCppDestructor<T>;
+    table.acceptsPointer = &WrapperConversions<T>::acceptsPointer;
+    table.pointerFromPython = &WrapperConversions<T>::pointerFromPython;
+    table.pointerToPython = &pointerToPython<T>;
+    return table;
+}
+
+template <const auto& constructors, class T>
+initproc initialiser()
+{
+    if (!prepare(Entry<T, constructors, 0>::operation))
+        PyErr_Print();
+    return &Entry<T, constructors, 0>::initialise;
+}
+
+// A class that crosses by copy.
+template <class T, class TWrapper, const auto& constructors, const auto& methods>
+ClassTable valueClass()
+{
+    ClassTable table = baseTable<T, TWrapper, methods>();
+    table.isValue = true;
+    table.initialise = initialiser<constructors, T>();
+    table.copyToPython = &copyToPython<T, TWrapper>;
+    table.acceptsValue = &WrapperConversions<T>::acceptsInstance;
+    table.valueFromPython = &WrapperConversions<T>::valueFromPython;
+    return table;
+}
+
+// A value class that refers to an engine object: true unless it refers to none.
+template <class T, class TWrapper, const auto& constructors, const auto& methods>
+ClassTable handleClass()
+{
+    ClassTable table = valueClass<T, TWrapper, constructors, methods>();
+    table.truth = &truth<T>;
+    return table;
+}
+
+// A class that crosses by pointer and that scripts cannot make.
+template <class T, class TWrapper, const auto& methods>
+ClassTable abstractClass()
+{
+    return baseTable<T, TWrapper, methods>();
+}
+
+// A class that crosses by pointer.
+template <class T, class TWrapper, const auto& constructors, const auto& methods>
+ClassTable objectClass()
+{
+    ClassTable table = baseTable<T, TWrapper, methods>();
+    table.initialise = initialiser<constructors, T>();
+    return table;
+}
+
+// The offsets of the base-class parts in an object, ended by -1; computed from the first object that is asked about.
+template <class T>
+int* baseOffsets(const void* object)
+{
+    static int offsets[] = {-1, -1};
+    if (offsets[0] == -1) {
+        const T* const derived = static_cast<const T*>(object);
+        const QObject* const base = derived;
+        offsets[0] = static_cast<int>(reinterpret_cast<std::size_t>(base) - reinterpret_cast<std::size_t>(derived));
+    }
+    return offsets;
+}
+
+// The object as one of the class, when it is known as a QObject and is one; else null.
+template <class T>
+void* discover(void* object, SbkObjectType* knownAs)
+{
+    if (knownAs != reinterpret_cast<SbkObjectType*>(SbkPySide_QtCoreTypes[SBK_QOBJECT_IDX]))
+        return nullptr;
+    return dynamic_cast<T*>(static_cast<QObject*>(object));
+}
+
+// An object class that is a QObject in Python too.
+template <class T, class TWrapper, const auto& constructors, const auto& methods>
+ClassTable qtObjectClass()
+{
+    ClassTable table = objectClass<T, TWrapper, constructors, methods>();
+    table.isQtObject = true;
+    table.base = reinterpret_cast<SbkObjectType*>(SbkPySide_QtCoreTypes[SBK_QOBJECT_IDX]);
+    table.offsets = &baseOffsets<T>;
+    table.discover = &discover<T>;
+    table.metaObject = &T::staticMetaObject;
+    return table;
+}
+
+template <std::size_t count>
+void setProperties(ClassTable& table, const Property (&properties)[count])
+{
+    table.properties = properties;
+    table.propertyCount = count;
+}
+
+} // namespace binding
+
+#endif

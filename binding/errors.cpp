@@ -1,0 +1,22 @@
+// How a failure of the library becomes a Python exception.
+#include "errors.h"
+
+#include <sbkpython.h>
+
+namespace binding {
+
+void (*libraryExceptionHook)(const std::exception& caught) = nullptr;
+
+void raiseCaughtException()
+{
+    try {
+        throw;
+    } catch (const std::exception& caught) {
+        if (libraryExceptionHook)
+            libraryExceptionHook(caught);
+    } catch (...) {
+        PyErr_SetString(PyExc_RuntimeError, "Unknown error");
+    }
+}
+
+} // namespace binding

@@ -1,0 +1,65 @@
+// The interpreter's lock and references, as objects with a scope.
+#ifndef BINDING_INTERPRETER_H
+#define BINDING_INTERPRETER_H
+
+#include <sbkpython.h>
+#include <shiboken.h>
+
+namespace binding {
+
+// Lets other threads run Python while it lives; the lock is held again when the scope is left, by an exception too.
+class Unlocked
+{
+public:
+    Unlocked() { m_saver.save(); }
+    ~Unlocked() { m_saver.restore(); }
+    Unlocked(const Unlocked&) = delete;
+    Unlocked& operator=(const Unlocked&) = delete;
+
+private:
+    Shiboken::ThreadStateSaver m_saver;
+};
+
+// Owns one reference.
+class Reference
+{
+public:
+    explicit Reference(PyObject* owned = nullptr) : m_object(owned) {}
+    ~Reference() { Py_XDECREF(m_object); }
+    Reference(const Reference&) = delete;
+    Reference& operator=(const Reference&) = delete;
+
+    static PyObject* borrow(PyObject* object)
+    {
+        Py_XINCREF(object);
+        return object;
+    }
+
+    PyObject* get() const { return m_object; }
+    explicit operator bool() const { return m_object != nullptr; }
+
+    PyObject* release()
+    {
+        PyObject* const object = m_object;
+        m_object = nullptr;
+        return object;
+    }
+
+private:
+    PyObject* m_object;
+};
+
+// A result, but null with the error when one is pending: an error never hides behind a success.
+inline PyObject* unlessError(PyObject* result)
+{
+    if (!PyErr_Occurred())
+        return result;
+    Py_XDECREF(result);
+    return nullptr;
+}
+
+inline PyObject* none() { return Reference::borrow(Py_None); }
+
+} // namespace binding
+
+#endif

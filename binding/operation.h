@@ -1,0 +1,494 @@
+// From a library function to a row of a class's table.
+//
+// A row names the Python method and the library function; parameter types come from the function, and only parameters
+// with defaults are spelled out:
+//
+//     constexpr auto methods = methodTable(
+//         keywords("add_stream", operation<&Clip::add_stream>, optional<False>("validate")),
+//         one("delete_stream", operation<&Clip::delete_stream>));
+//
+// The templates here make constant descriptors (Row); call_protocol.cpp, which is no template, runs them.
+#ifndef BINDING_OPERATION_H
+#define BINDING_OPERATION_H
+
+#include "call_protocol.h"
+#include "container_converters.h"
+#include "errors.h"
+
+#include <array>
+#include <cstddef>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+namespace binding {
+
+// --- Parameters -----------------------------------------------------------------------------------------------------
+
+// What a given argument is converted into. A value class whose default constructor asks the library for something may
+// offer a cheaper start.
+template <class T>
+struct StartValue
+{
+    static T make() { return T(); }
+};
+
+// Tests the validity of a wrapper object, then converts. False with an error pending.
+bool convertArgument(const Argument& argument, bool mayBeWrapper, void* value);
+
+// Holds one converted parameter of a call. `Default` is void for a required one.
+template <class T, class Default>
+class ArgumentValue
+{
+    typedef std::remove_cv_t<std::remove_reference_t<T>> Value;
+
+public:
+    explicit ArgumentValue(const Argument& argument) : m_value(start(argument))
+    {
+        if (argument.object)
+            convertArgument(argument, Converter<Value>::mayHoldWrapper, &m_value);
+    }
+    const Value& get() const { return m_value; }
+
+    static FromPython accepts(PyObject* object) { return Converter<Value>::accepts(object); }
+    static const char* text() { return Converter<Value>::text(); }
+
+private:
+    static Value start(const Argument& argument)
+    {
+        if constexpr (!std::is_void_v<Default>) {
+            if (!argument.object)
+                return Default::value();
+        }
+        (void)argument;
+        return StartValue<Value>::make();
+    }
+
+    Value m_value;
+};
+
+// A wrapped value taken by const reference: a wrapper object's own library object is used in place.
+template <class T, class Default>
+class ArgumentReference
+{
+public:
+    explicit ArgumentReference(const Argument& argument)
+    {
+        if (!argument.object) {
+            m_temporary.emplace();
+        } else if (argument.convert == &WrapperConversions<T>::pointerFromPython) {
+            convertArgument(argument, true, &m_inPlace);
+        } else {
+            m_temporary.emplace();
+            convertArgument(argument, true, &*m_temporary);
+        }
+    }
+    const T& get() const { return m_inPlace ? *m_inPlace : static_cast<const T&>(*m_temporary); }
+
+    static FromPython accepts(PyObject* object)
+    {
+        if (PyObject_TypeCheck(object, Wrapped<T>::type()))
+            return &WrapperConversions<T>::pointerFromPython;
+        return Shiboken::Conversions::isPythonToCppReferenceConvertible(wrapperType<T>(), object);
+    }
+    static const char* text() { return Converter<T>::text(); }
+
+private:
+    class Temporary
+    {
+    public:
+        ~Temporary() { reset(); }
+        void emplace()
+        {
+            if constexpr (!std::is_void_v<Default>)
+                m_value = new (&m_storage) T(Default::value());
+            else if constexpr (std::is_default_constructible_v<T>)
+                m_value = new (&m_storage) T();
+        }
+        void reset()
+        {
+            if (m_value)
+                m_value->~T();
+        }
+        T& operator*() { return *m_value; }
+        const T& operator*() const { return *m_value; }
+
+    private:
+        std::aligned_storage_t<sizeof(T), alignof(T)> m_storage;
+        T* m_value = nullptr;
+    };
+
+    T* m_inPlace = nullptr;
+    Temporary m_temporary;
+};
+
+template <class T>
+struct IsWrappedReference : std::false_type
+{};
+template <class T>
+struct IsWrappedReference<const T&> : std::bool_constant<Wrapped<T>::kind == Kind::Value>
+{};
+
+template <class T, class Default>
+using ArgumentFor = std::conditional_t<IsWrappedReference<T>::value,
+                                       ArgumentReference<std::remove_cv_t<std::remove_reference_t<T>>, Default>,
+                                       ArgumentValue<T, Default>>;
+
+// A parameter with a default: `Default` offers `text`, as signatures show it, and value(), evaluated at each call in
+// which the argument is not given.
+template <class Default>
+struct OptionalParameter
+{
+    const char* keyword;
+};
+
+template <class Default>
+constexpr OptionalParameter<Default> optional(const char* keyword)
+{
+    return {keyword};
+}
+
+// --- Results --------------------------------------------------------------------------------------------------------
+
+// What becomes of a result beyond its conversion, and of the arguments once the call is made.
+struct PlainResult
+{
+    template <class R>
+    static PyObject* convert(const R& result, const Argument*)
+    {
+        return Converter<std::remove_cv_t<R>>::toPython(result);
+    }
+    static PyObject* convertNothing(const Argument*) { return none(); }
+};
+
+// The library owns the object that the result stands for.
+struct ReleasedResult : PlainResult
+{
+    template <class R>
+    static PyObject* convert(const R& result, const Argument* arguments)
+    {
+        PyObject* const object = PlainResult::convert(result, arguments);
+        if (object && object != Py_None)
+            Shiboken::Object::releaseOwnership(object);
+        return object;
+    }
+};
+
+// Python owns the object that the result stands for.
+struct OwnedResult : PlainResult
+{
+    template <class R>
+    static PyObject* convert(const R& result, const Argument* arguments)
+    {
+        PyObject* const object = PlainResult::convert(result, arguments);
+        if (object && object != Py_None)
+            Shiboken::Object::getOwnership(object);
+        return object;
+    }
+};
+
+// The library owns the first argument from now on.
+struct ReleasedArgument : PlainResult
+{
+    static PyObject* convertNothing(const Argument* arguments)
+    {
+        if (arguments[0].object != Py_None)
+            Shiboken::Object::releaseOwnership(arguments[0].object);
+        return none();
+    }
+};
+
+// None for a handle that refers to nothing.
+struct NoneForNull : PlainResult
+{
+    template <class R>
+    static PyObject* convert(const R& result, const Argument* arguments)
+    {
+        return result.isNull() ? none() : PlainResult::convert(result, arguments);
+    }
+};
+
+// --- Invoking -------------------------------------------------------------------------------------------------------
+
+template <class R, class Object, class... P>
+struct FunctionShape
+{
+    typedef R Result;
+    typedef Object ObjectType;
+    typedef std::tuple<P...> Parameters;
+};
+
+// Member functions, and free functions whose first parameter is the object.
+template <class F>
+struct ShapeOf;
+template <class R, class C, class... P>
+struct ShapeOf<R (C::*)(P...)> : FunctionShape<R, C, P...>
+{};
+template <class R, class C, class... P>
+struct ShapeOf<R (C::*)(P...) const> : FunctionShape<R, C, P...>
+{};
+template <class R, class C, class... P>
+struct ShapeOf<R (*)(C&, P...)> : FunctionShape<R, C, P...>
+{};
+// A function that works with the lock held is given the wrapper object too.
+template <class R, class C, class... P>
+struct ShapeOf<R (*)(PyObject*, C&, P...)> : FunctionShape<R, C, P...>
+{};
+
+enum class Lock { Released, Held };
+
+// Says which library function an operation calls, what becomes of its result, and whether the interpreter's lock is
+// released around it.
+template <auto function, class ResultPolicy, Lock lock>
+struct OperationTag
+{
+    typedef ShapeOf<decltype(function)> Shape;
+};
+
+template <auto function, class ResultPolicy = PlainResult>
+constexpr OperationTag<function, ResultPolicy, Lock::Released> operation{};
+
+// For a function that is written by hand and does its own unlocking: R function(PyObject* wrapper, Class&, ...).
+template <auto function>
+constexpr OperationTag<function, PlainResult, Lock::Held> lockedOperation{};
+
+// Picks one of several functions of a name by its parameters: overload<void(View)>(&Clip::relink).
+template <class Signature>
+struct OverloadOf;
+template <class R, class... P>
+struct OverloadOf<R(P...)>
+{
+    template <class C>
+    static constexpr auto pick(R (C::*function)(P...))
+    {
+        return function;
+    }
+};
+template <class Signature, class C>
+constexpr auto overload(Signature C::*function)
+{
+    return OverloadOf<Signature>::template pick<C>(function);
+}
+
+// The defaults of all parameters, void for the required ones: defaults belong to the last parameters.
+template <std::size_t>
+using NoDefault = void;
+template <class Indexes, class... Defaults>
+struct PaddedDefaults;
+template <std::size_t... i, class... Defaults>
+struct PaddedDefaults<std::index_sequence<i...>, Defaults...>
+{
+    typedef std::tuple<NoDefault<i>..., Defaults...> type;
+};
+
+template <std::size_t, class Value>
+struct PlacedArgument : Value
+{
+    using Value::Value;
+};
+
+// The converted arguments of a call. Base classes are initialised in their order: so are the arguments.
+template <class Indexes, class Parameters, class Defaults>
+struct ConvertedArguments;
+template <std::size_t... i, class... P, class Defaults>
+struct ConvertedArguments<std::index_sequence<i...>, std::tuple<P...>, Defaults>
+    : PlacedArgument<i, ArgumentFor<P, std::tuple_element_t<i, Defaults>>>...
+{
+    template <std::size_t place>
+    using At = PlacedArgument<
+        place, ArgumentFor<std::tuple_element_t<place, std::tuple<P...>>, std::tuple_element_t<place, Defaults>>>;
+
+    explicit ConvertedArguments([[maybe_unused]] const Argument* arguments) : At<i>(arguments[i])... {}
+
+    static constexpr std::array<FormalParameter, sizeof...(P)> describe()
+    {
+        return {FormalParameter{nullptr, nullptr, &At<i>::accepts, &At<i>::text}...};
+    }
+};
+
+template <class Parameters, class... Defaults>
+struct ArgumentsFor
+{
+    static constexpr std::size_t count = std::tuple_size_v<Parameters>;
+    static_assert(sizeof...(Defaults) <= count, "more defaults than parameters");
+    typedef
+        typename PaddedDefaults<std::make_index_sequence<count - sizeof...(Defaults)>, Defaults...>::type AllDefaults;
+    typedef std::make_index_sequence<count> Indexes;
+    typedef ConvertedArguments<Indexes, Parameters, AllDefaults> Values;
+};
+
+template <class Tag, class... Defaults>
+struct Invoker;
+
+template <auto function, class ResultPolicy, Lock lock, class... Defaults>
+struct Invoker<OperationTag<function, ResultPolicy, lock>, Defaults...>
+{
+    typedef ShapeOf<decltype(function)> Shape;
+    typedef typename Shape::Result Result;
+    typedef typename Shape::ObjectType Object;
+    typedef ArgumentsFor<typename Shape::Parameters, Defaults...> Arguments;
+    typedef typename Arguments::Values Values;
+
+    static void* invoke(PyObject* self, void* object, const Argument* arguments)
+    {
+        try {
+            const Values values(arguments);
+            if (PyErr_Occurred())
+                return nullptr;
+            return run(self, *static_cast<Object*>(object), arguments, values, typename Arguments::Indexes());
+        } catch (...) {
+            raiseCaughtException();
+            return nullptr;
+        }
+    }
+
+private:
+    template <std::size_t... i>
+    static PyObject* run([[maybe_unused]] PyObject* self, Object& object, const Argument* arguments,
+                         [[maybe_unused]] const Values& values, std::index_sequence<i...>)
+    {
+        const auto call = [&]() -> Result {
+            if constexpr (lock == Lock::Held) {
+                return function(self, object, values.Values::template At<i>::get()...);
+            } else {
+                const Unlocked unlocked;
+                if constexpr (std::is_member_function_pointer_v<decltype(function)>)
+                    return (object.*function)(values.Values::template At<i>::get()...);
+                else
+                    return function(object, values.Values::template At<i>::get()...);
+            }
+        };
+        if constexpr (std::is_void_v<Result>) {
+            call();
+            return ResultPolicy::convertNothing(arguments);
+        } else {
+            return ResultPolicy::convert(call(), arguments);
+        }
+    }
+};
+
+// Makes a library object of class Made from constructor arguments of the types P.
+template <class Made, class... P>
+struct ConstructorTag
+{};
+
+template <class Made, class... P>
+constexpr ConstructorTag<Made, P...> constructs{};
+
+template <class Made, class... P, class... Defaults>
+struct Invoker<ConstructorTag<Made, P...>, Defaults...>
+{
+    typedef ArgumentsFor<std::tuple<P...>, Defaults...> Arguments;
+    typedef typename Arguments::Values Values;
+
+    static void* invoke(PyObject*, void*, const Argument* arguments)
+    {
+        try {
+            const Values values(arguments);
+            if (PyErr_Occurred())
+                return nullptr;
+            return make(values, typename Arguments::Indexes());
+        } catch (...) {
+            raiseCaughtException();
+            return nullptr;
+        }
+    }
+
+private:
+    template <std::size_t... i>
+    static void* make([[maybe_unused]] const Values& values, std::index_sequence<i...>)
+    {
+        const Unlocked unlocked;
+        return new Made(values.Values::template At<i>::get()...);
+    }
+};
+
+// --- Rows -----------------------------------------------------------------------------------------------------------
+
+// One way to call an operation: its parameters, and what converts them and calls.
+template <std::size_t count>
+struct SignatureRow
+{
+    std::array<FormalParameter, count> parameters;
+    int required;
+    Invoke invoke;
+    bool testedFirst;
+};
+
+template <class Tag, class... Defaults>
+constexpr auto signature(Tag, OptionalParameter<Defaults>... optionals)
+{
+    typedef Invoker<Tag, Defaults...> Invoker;
+    constexpr std::size_t count = Invoker::Arguments::count;
+    static_assert(count <= maximumParameters, "raise maximumParameters");
+    SignatureRow<count> row{Invoker::Values::describe(), static_cast<int>(count - sizeof...(Defaults)),
+                            &Invoker::invoke, false};
+    [[maybe_unused]] std::size_t place = count - sizeof...(Defaults);
+    ((row.parameters[place].keyword = optionals.keyword, row.parameters[place].defaultText = Defaults::text, ++place),
+     ...);
+    return row;
+}
+
+// Of several signatures, one whose test comes before those listed above it.
+template <std::size_t count>
+constexpr SignatureRow<count> testedFirst(SignatureRow<count> row)
+{
+    row.testedFirst = true;
+    return row;
+}
+
+template <class... Signatures>
+struct Row
+{
+    const char* name;
+    Form form;
+    std::tuple<Signatures...> signatures;
+};
+
+template <class Tag>
+constexpr auto noArguments(const char* name, Tag tag)
+{
+    return Row<decltype(signature(tag))>{name, Form::NoArguments, {signature(tag)}};
+}
+
+template <class Tag>
+constexpr auto one(const char* name, Tag tag)
+{
+    return Row<decltype(signature(tag))>{name, Form::One, {signature(tag)}};
+}
+
+template <class Tag>
+constexpr auto positional(const char* name, Tag tag)
+{
+    return Row<decltype(signature(tag))>{name, Form::Positional, {signature(tag)}};
+}
+
+template <class Tag, class... Defaults>
+constexpr auto keywords(const char* name, Tag tag, OptionalParameter<Defaults>... optionals)
+{
+    return Row<decltype(signature(tag, optionals...))>{name, Form::Keywords, {signature(tag, optionals...)}};
+}
+
+// Several signatures of one method, in the order in which error messages list them.
+template <class... Signatures>
+constexpr auto overloads(const char* name, Signatures... signatures)
+{
+    return Row<Signatures...>{name, Form::Keywords, {signatures...}};
+}
+
+template <class... Rows>
+constexpr std::tuple<Rows...> methodTable(Rows... rows)
+{
+    return {rows...};
+}
+
+// A class's constructors, with the rule by which their arguments are counted: a table of one row.
+template <class... Signatures>
+constexpr auto constructors(Form form, Signatures... signatures)
+{
+    return methodTable(Row<Signatures...>{nullptr, form, {signatures...}});
+}
+
+} // namespace binding
+
+#endif

@@ -1,0 +1,92 @@
+// Numbers and C strings: the runtime's primitive conversions, with a short way for the types that scripts mostly pass.
+#ifndef BINDING_PRIMITIVE_CONVERTERS_H
+#define BINDING_PRIMITIVE_CONVERTERS_H
+
+#include "converter.h"
+
+namespace binding {
+
+// `Exact` names the short way: isExact(object) and get(object) for objects whose conversion cannot fail.
+template <class T, class Exact>
+struct PrimitiveConverter
+{
+    static constexpr bool mayHoldWrapper = false;
+
+    static FromPython accepts(PyObject* object)
+    {
+        if (Exact::isExact(object))
+            return &fromExact;
+        return Shiboken::Conversions::isPythonToCppConvertible(Shiboken::Conversions::PrimitiveTypeConverter<T>(),
+                                                               object);
+    }
+
+    static void fromExact(PyObject* object, void* value)
+    {
+        *static_cast<T*>(value) = static_cast<T>(Exact::get(object));
+    }
+};
+
+struct ExactBool
+{
+    static bool isExact(PyObject* object) { return PyBool_Check(object); }
+    static bool get(PyObject* object) { return object == Py_True; }
+};
+
+struct ExactFloat
+{
+    static bool isExact(PyObject* object) { return PyFloat_CheckExact(object); }
+    static double get(PyObject* object) { return PyFloat_AS_DOUBLE(object); }
+};
+
+// An int that fits both int and unsigned int converts the same way to either.
+struct ExactSmallInteger
+{
+    static bool isExact(PyObject* object)
+    {
+        return PyInt_CheckExact(object) && PyInt_AS_LONG(object) >= 0 && PyInt_AS_LONG(object) <= 0x7fffffff;
+    }
+    static long get(PyObject* object) { return PyInt_AS_LONG(object); }
+};
+
+template <>
+struct Converter<bool> : PrimitiveConverter<bool, ExactBool>
+{
+    static const char* text() { return "bool"; }
+    static PyObject* toPython(bool value) { return PyBool_FromLong(value); }
+};
+
+template <>
+struct Converter<int> : PrimitiveConverter<int, ExactSmallInteger>
+{
+    static const char* text() { return "int"; }
+    static PyObject* toPython(int value) { return PyInt_FromLong(value); }
+};
+
+template <>
+struct Converter<unsigned int> : PrimitiveConverter<unsigned int, ExactSmallInteger>
+{
+    static const char* text() { return "unsigned int"; }
+    static PyObject* toPython(unsigned int value)
+    {
+        return Shiboken::Conversions::copyToPython(Shiboken::Conversions::PrimitiveTypeConverter<unsigned int>(),
+                                                   &value);
+    }
+};
+
+template <>
+struct Converter<float> : PrimitiveConverter<float, ExactFloat>
+{
+    static const char* text() { return "float"; }
+    static PyObject* toPython(float value) { return PyFloat_FromDouble(value); }
+};
+
+template <>
+struct Converter<double> : PrimitiveConverter<double, ExactFloat>
+{
+    static const char* text() { return "float"; }
+    static PyObject* toPython(double value) { return PyFloat_FromDouble(value); }
+};
+
+} // namespace binding
+
+#endif

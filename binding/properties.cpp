@@ -1,0 +1,40 @@
+// Properties: getter and setter methods of a class, reached only by one name.
+#include "properties.h"
+
+#include <string>
+
+namespace binding {
+
+namespace {
+
+[[noreturn]] void failProperty(const char* property, const char* className)
+{
+    PyErr_Print();
+    Py_FatalError(("Cannot initialize '" + std::string(property) + "' property of '" + className + "' class").c_str());
+}
+
+bool buildProperty(PyObject* type, const Property& property)
+{
+    const Reference getter(PyObject_GetAttrString(type, property.getter));
+    if (!getter)
+        return false;
+    const Reference setter(property.setter ? PyObject_GetAttrString(type, property.setter) : none());
+    if (!setter)
+        return false;
+    const Reference made(PyObject_CallFunctionObjArgs(reinterpret_cast<PyObject*>(&PyProperty_Type), getter.get(),
+                                                      setter.get(), Py_None, nullptr));
+    return made && PyObject_SetAttrString(type, property.name, made.get()) == 0 &&
+           PyObject_DelAttrString(type, property.getter) == 0 &&
+           (!property.setter || PyObject_DelAttrString(type, property.setter) == 0);
+}
+
+} // namespace
+
+void buildProperties(PyTypeObject* type, const char* className, const Property* properties, int count)
+{
+    for (int i = 0; i < count; ++i)
+        if (!buildProperty(reinterpret_cast<PyObject*>(type), properties[i]))
+            failProperty(properties[i].name, className);
+}
+
+} // namespace binding

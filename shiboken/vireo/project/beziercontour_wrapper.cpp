@@ -1,0 +1,28 @@
+// BezierContour: a closed Bezier spline of a layer.
+#include "contour_wrapper.h"
+
+using namespace binding;
+
+class BezierContourWrapper : public NullDispatch<BezierContour>
+{
+public:
+    using NullDispatch::NullDispatch;
+};
+
+namespace {
+
+using namespace vireo::defaults;
+
+constexpr auto making = constructors(Form::CopyOnly, signature(constructs<BezierContourWrapper, const BezierContour&>));
+
+constexpr auto methods =
+    std::tuple_cat(vireo::ContourTable<BezierContour>::common,
+                   methodTable(keywords("insert_point", operation<&BezierContour::insert_point>,
+                                        optional<LastIndex>("index"), optional<LibraryView>("view"))));
+
+} // namespace
+
+void vireo::registerBezierContour(PyObject* module)
+{
+    registerContour<BezierContour, BezierContourWrapper, making, methods>(module);
+}

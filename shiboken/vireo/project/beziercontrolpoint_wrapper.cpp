@@ -1,0 +1,36 @@
+// BezierControlPoint: one vertex of a Bezier contour.
+#include "controlpoint_wrapper.h"
+
+using namespace binding;
+
+class BezierControlPointWrapper : public Wrapper<BezierControlPoint>
+{
+public:
+    using Wrapper::Wrapper;
+};
+
+namespace {
+
+using namespace vireo::defaults;
+typedef vireo::ControlPointTable<BezierControlPoint, BezierControlPointData> Tables;
+
+void setMasterPoint(PyObject*, BezierControlPoint& point, PyObject* master, float time, View view, bool lockTangents)
+{
+    vireo::setMaster(point, master, time, view, lockTangents,
+                     {"shiboken/vireo/project/beziercontrolpoint_wrapper", 610});
+}
+
+constexpr auto making =
+    constructors(Form::CopyOnly, signature(constructs<BezierControlPointWrapper, const BezierControlPoint&>));
+
+constexpr auto methods =
+    std::tuple_cat(Tables::common, methodTable(keywords("set_master_point", lockedOperation<&setMasterPoint>,
+                                                        optional<ZeroFloat>("time"), optional<FirstViewTight>("view"),
+                                                        optional<False>("lock_tangents"))));
+
+} // namespace
+
+void vireo::registerBezierControlPoint(PyObject* module)
+{
+    registerControlPoint<BezierControlPoint, BezierControlPointWrapper, making, methods, Tables>(module);
+}

@@ -1,0 +1,55 @@
+// BezierControlPointData: the state of one control point of a Bezier contour.
+#include "controlpointdata_wrapper.h"
+
+using namespace binding;
+
+class BezierControlPointDataWrapper : public Wrapper<BezierControlPointData>
+{
+public:
+    using Wrapper::Wrapper;
+};
+
+namespace {
+
+using namespace vireo::defaults;
+typedef BezierControlPointData Data;
+typedef boost::optional<bool> Bool;
+typedef boost::optional<float> Float;
+typedef boost::optional<QPointF> Point;
+
+constexpr auto making = constructors(
+    Form::AtMost,
+    signature(constructs<BezierControlPointDataWrapper, Bool, Bool, Float, Float, Float, Float, Point, Point>,
+              optional<UnsetBool>("active"), optional<UnsetBool>("corner"), optional<UnsetFloat>("x"),
+              optional<UnsetFloat>("y"), optional<UnsetFloat>("edge_width"), optional<UnsetFloat>("edge_angle_ratio"),
+              optional<UnsetPoint>("handle_offset_backward"), optional<UnsetPoint>("handle_offset_forward")),
+    testedFirst(signature(constructs<BezierControlPointDataWrapper, const Data&>)));
+
+constexpr auto handles =
+    methodTable(noArguments("get_handle_offset_backward", operation<&Data::get_handle_offset_backward>),
+                one("set_handle_offset_backward", operation<&Data::set_handle_offset_backward>),
+                noArguments("get_handle_offset_forward", operation<&Data::get_handle_offset_forward>),
+                one("set_handle_offset_forward", operation<&Data::set_handle_offset_forward>));
+
+constexpr auto methods = std::tuple_cat(vireo::leadingFields<Data>, vireo::edgeFields<Data>, handles);
+
+constexpr Property properties[] = {
+    vireo::activeProperty,
+    vireo::cornerProperty,
+    vireo::xProperty,
+    vireo::yProperty,
+    vireo::edgeWidthProperty,
+    vireo::edgeAngleRatioProperty,
+    writable("handle_offset_backward", "get_handle_offset_backward", "set_handle_offset_backward"),
+    writable("handle_offset_forward", "get_handle_offset_forward", "set_handle_offset_forward"),
+};
+
+} // namespace
+
+void vireo::registerBezierControlPointData(PyObject* module)
+{
+    ClassTable data = valueClass<Data, BezierControlPointDataWrapper, making, methods>();
+    data.compare = &ComparisonOf<Data, Equal>::compare;
+    setProperties(data, properties);
+    registerClass(module, data);
+}

@@ -1,0 +1,119 @@
+// The module's start-up, and its one function.
+#include "module.h"
+
+#include <orrery/start_up.h>
+#include <pyside.h>
+#include <stratum/error_detector.h>
+
+PyTypeObject** SbkPySide_QtCoreTypes = nullptr;
+SbkConverter** SbkPySide_QtCoreTypeConverters = nullptr;
+
+namespace vireo {
+
+PyTypeObject* types[SBK_project_IDX_COUNT];
+SbkConverter* converters[SBK_project_CONVERTERS_IDX_COUNT];
+
+namespace {
+
+PyObject* currentProject(PyObject*, PyObject*)
+{
+    if (PyErr_Occurred())
+        return nullptr;
+    try {
+        Project* project;
+        {
+            const binding::Unlocked unlocked;
+            project = getCurrentProject();
+        }
+        PyObject* const result = binding::Converter<Project*>::toPython(project);
+        if (result && result != Py_None)
+            Shiboken::Object::releaseOwnership(result);
+        return binding::unlessError(result);
+    } catch (...) {
+        binding::raiseCaughtException();
+        return nullptr;
+    }
+}
+
+PyMethodDef functions[] = {{"get_current_project", &currentProject, METH_NOARGS, nullptr}, {}};
+
+// Takes the tables of the Qt binding's core module, and makes sure that its other module can be had.
+bool importQtBinding()
+{
+    Shiboken::AutoDecRef core(Shiboken::Module::import("PySide.QtCore"));
+    if (core.isNull())
+        return false;
+    SbkPySide_QtCoreTypes = Shiboken::Module::getTypes(core);
+    SbkPySide_QtCoreTypeConverters = Shiboken::Module::getTypeConverters(core);
+    Shiboken::AutoDecRef gui(Shiboken::Module::import("PySide.QtGui"));
+    return !gui.isNull();
+}
+
+// RenderOperation comes before the classes derived from it; else the order is free, and fixed.
+void registerClasses(PyObject* module)
+{
+    registerUndoGroup(module);
+    registerParameterSet(module);
+    registerView(module);
+    registerParameter(module);
+    registerViewInfo(module);
+    registerRenderOperation(module);
+    registerRenderRemoveOperation(module);
+    registerLayer(module);
+    registerXControlPointData(module);
+    registerXSplineContour(module);
+    registerXControlPoint(module);
+    registerBezierControlPointData(module);
+    registerBezierContour(module);
+    registerBezierControlPoint(module);
+    registerRenderStabilizeOperation(module);
+    registerRenderInsertOperation(module);
+    registerLayerGroup(module);
+    registerStreamInfo(module);
+    registerProgressWatcher(module);
+    registerProject(module);
+    registerColorParameters(module);
+    registerClip(module);
+}
+
+void publish(PyObject* module)
+{
+    Shiboken::Module::registerTypes(module, types);
+    Shiboken::Module::registerTypeConverters(module, converters);
+    if (PyErr_Occurred()) {
+        PyErr_Print();
+        Py_FatalError("can't initialize module project");
+    }
+}
+
+void start()
+{
+    STRM_ErrorDetector::init();
+    STRM_ErrorDetector::setFullErrorDetection(true, false);
+    binding::libraryExceptionHook = &translateLibraryException;
+    pyBootstrap();
+    PySide::registerCleanupFunction(&pyCleanup);
+    if (!isEmbedded())
+        functions[0] = PyMethodDef();
+    if (!importQtBinding())
+        return;
+    PyObject* const module = Shiboken::Module::create("project", functions);
+    registerClasses(module);
+    registerConverters();
+    if (!registerEnumerations(module))
+        return;
+    publish(module);
+    registerEngineEnumerations();
+}
+
+} // namespace
+
+} // namespace vireo
+
+#if defined(__GNUC__)
+    #define VIREO_EXPORT __attribute__((visibility("default")))
+#else
+    #define VIREO_EXPORT
+#endif
+
+extern "C" VIREO_EXPORT void initproject() { vireo::start(); }

@@ -1,0 +1,26 @@
+// ProgressWatcher: signals, and nothing else of its own.
+#include "defaults.h"
+
+using namespace binding;
+
+class ProgressWatcherWrapper : public QtDispatch<ProgressWatcher>
+{
+public:
+    using QtDispatch::QtDispatch;
+};
+
+namespace {
+
+using namespace vireo::defaults;
+
+constexpr auto making = constructors(
+    Form::Uncounted, signature(constructs<ProgressWatcherWrapper, QObject*>, optional<NoParent>("parent")));
+
+constexpr std::tuple<> methods;
+
+} // namespace
+
+void vireo::registerProgressWatcher(PyObject* module)
+{
+    registerClass(module, qtObjectClass<ProgressWatcher, ProgressWatcherWrapper, making, methods>());
+}

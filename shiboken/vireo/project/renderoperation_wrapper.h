@@ -1,0 +1,25 @@
+// What the three render operations that scripts make have in common: nothing but a constructor.
+#ifndef VIREO_PROJECT_RENDEROPERATION_WRAPPER_H
+#define VIREO_PROJECT_RENDEROPERATION_WRAPPER_H
+
+#include "module.h"
+
+namespace vireo {
+
+template <class TWrapper>
+constexpr auto renderOperationMaking = binding::constructors(binding::Form::Ignored,
+                                                             binding::signature(binding::constructs<TWrapper>));
+
+constexpr std::tuple<> noMethods;
+
+template <class T, class TWrapper>
+void registerRenderOperationKind(PyObject* module)
+{
+    binding::ClassTable kind = binding::objectClass<T, TWrapper, renderOperationMaking<TWrapper>, noMethods>();
+    kind.base = binding::wrapperType<RenderOperation>();
+    binding::registerClass(module, kind);
+}
+
+} // namespace vireo
+
+#endif

@@ -1,0 +1,45 @@
+// View: the name of one view of a project. A Python int is taken wherever a view is.
+#include "module.h"
+
+using namespace binding;
+
+class ViewWrapper : public Wrapper<View>
+{
+public:
+    using Wrapper::Wrapper;
+};
+
+namespace {
+
+constexpr auto making =
+    constructors(Form::CopyOnly, signature(constructs<ViewWrapper>), signature(constructs<ViewWrapper, const View&>),
+                 testedFirst(signature(constructs<ViewWrapper, int>)));
+
+constexpr auto methods = methodTable(noArguments("get_id", operation<&View::get_id>));
+
+constexpr Property properties[] = {readOnly("id", "get_id")};
+
+void viewFromInteger(PyObject* integer, void* view)
+{
+    int id = 0;
+    Converter<int>::accepts(integer)(integer, &id);
+    if (!PyErr_Occurred())
+        *static_cast<View*>(view) = View(id);
+}
+
+FromPython acceptsInteger(PyObject* object) { return PyInt_Check(object) ? &viewFromInteger : nullptr; }
+
+} // namespace
+
+void vireo::registerView(PyObject* module)
+{
+    ClassTable view = valueClass<View, ViewWrapper, making, methods>();
+    view.compare = &ComparisonOf<View, Equal | Less>::compare;
+    view.hash = &hash<View>;
+    view.repr = &textOf<View, &View::__repr__>;
+    view.str = &textOf<View, &View::__str__>;
+    setProperties(view, properties);
+    view.implicitFromPython = &viewFromInteger;
+    view.acceptsImplicit = &acceptsInteger;
+    registerClass(module, view);
+}

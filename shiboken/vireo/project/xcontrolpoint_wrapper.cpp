@@ -1,0 +1,33 @@
+// XControlPoint: one vertex of an X-spline contour. It has no tangents to lock.
+#include "controlpoint_wrapper.h"
+
+using namespace binding;
+
+class XControlPointWrapper : public Wrapper<XControlPoint>
+{
+public:
+    using Wrapper::Wrapper;
+};
+
+namespace {
+
+using namespace vireo::defaults;
+typedef vireo::ControlPointTable<XControlPoint, XControlPointData> Tables;
+
+void setMasterPoint(PyObject*, XControlPoint& point, PyObject* master, float time, View view)
+{
+    vireo::setMaster(point, master, time, view, false, {"shiboken/vireo/project/xcontrolpoint_wrapper", 594});
+}
+
+constexpr auto making = constructors(Form::CopyOnly, signature(constructs<XControlPointWrapper, const XControlPoint&>));
+
+constexpr auto methods = std::tuple_cat(
+    Tables::common, methodTable(keywords("set_master_point", lockedOperation<&setMasterPoint>,
+                                         optional<ZeroFloat>("time"), optional<FirstViewTight>("view"))));
+
+} // namespace
+
+void vireo::registerXControlPoint(PyObject* module)
+{
+    registerControlPoint<XControlPoint, XControlPointWrapper, making, methods, Tables>(module);
+}

@@ -1,0 +1,50 @@
+// XControlPointData: the state of one control point of an X-spline contour.
+#include "controlpointdata_wrapper.h"
+
+using namespace binding;
+
+class XControlPointDataWrapper : public Wrapper<XControlPointData>
+{
+public:
+    using Wrapper::Wrapper;
+};
+
+namespace {
+
+using namespace vireo::defaults;
+typedef XControlPointData Data;
+typedef boost::optional<bool> Bool;
+typedef boost::optional<float> Float;
+
+constexpr auto making =
+    constructors(Form::AtMost,
+                 signature(constructs<XControlPointDataWrapper, Bool, Bool, Float, Float, Float, Float, Float>,
+                           optional<UnsetBool>("active"), optional<UnsetBool>("corner"), optional<UnsetFloat>("x"),
+                           optional<UnsetFloat>("y"), optional<UnsetFloat>("weight"),
+                           optional<UnsetFloat>("edge_width"), optional<UnsetFloat>("edge_angle_ratio")),
+                 testedFirst(signature(constructs<XControlPointDataWrapper, const Data&>)));
+
+constexpr auto weight = methodTable(noArguments("get_weight", operation<&Data::get_weight>),
+                                    one("set_weight", operation<&Data::set_weight>));
+
+constexpr auto methods = std::tuple_cat(vireo::leadingFields<Data>, weight, vireo::edgeFields<Data>);
+
+constexpr Property properties[] = {
+    vireo::activeProperty,
+    vireo::cornerProperty,
+    vireo::xProperty,
+    vireo::yProperty,
+    writable("weight", "get_weight", "set_weight"),
+    vireo::edgeWidthProperty,
+    vireo::edgeAngleRatioProperty,
+};
+
+} // namespace
+
+void vireo::registerXControlPointData(PyObject* module)
+{
+    ClassTable data = valueClass<Data, XControlPointDataWrapper, making, methods>();
+    data.compare = &ComparisonOf<Data, Equal>::compare;
+    setProperties(data, properties);
+    registerClass(module, data);
+}

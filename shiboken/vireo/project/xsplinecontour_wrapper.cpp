@@ -1,0 +1,28 @@
+// XSplineContour: a closed X-spline of a layer.
+#include "contour_wrapper.h"
+
+using namespace binding;
+
+class XSplineContourWrapper : public NullDispatch<XSplineContour>
+{
+public:
+    using NullDispatch::NullDispatch;
+};
+
+namespace {
+
+using namespace vireo::defaults;
+
+constexpr auto making =
+    constructors(Form::CopyOnly, signature(constructs<XSplineContourWrapper, const XSplineContour&>));
+
+constexpr auto methods = std::tuple_cat(
+    vireo::ContourTable<XSplineContour>::common,
+    methodTable(keywords("insert_point", operation<&XSplineContour::insert_point>, optional<LibraryView>("view"))));
+
+} // namespace
+
+void vireo::registerXSplineContour(PyObject* module)
+{
+    registerContour<XSplineContour, XSplineContourWrapper, making, methods>(module);
+}
