@@ -1,7 +1,7 @@
 # Finds Python 2.7 by asking the interpreter itself, which also tells a debug build (Py_DEBUG) apart.
 #
-# -DPython2_EXECUTABLE=  the interpreter; otherwise PYTHON2 of the environment, python2.7 (python2.7-dbg for a Debug
-#                        build) in /usr/bin, or the first on the path that works
+# -DPython2_EXECUTABLE=  the interpreter; otherwise PYTHON2 of the environment, that of an installed binding runtime,
+#                        python2.7 (python2.7-dbg for a Debug build) in /usr/bin, or the first on the path that works
 #
 # Defines PYTHON2_EXECUTABLE (what tests run), Python2::Module (headers: for what is loaded into an interpreter) and
 # Python2::Python (headers and libpython: for programs that embed one).
@@ -28,6 +28,8 @@ if(NOT Python2_EXECUTABLE AND NOT "$ENV{PYTHON2}" STREQUAL "")
         set(Python2_EXECUTABLE $ENV{PYTHON2})
     endif()
     set(Python2_EXECUTABLE ${Python2_EXECUTABLE} CACHE FILEPATH "The Python 2.7 that is built for")
+elseif(NOT Python2_EXECUTABLE AND SHIBOKEN_PYTHON_INTERPRETER)
+    set(Python2_EXECUTABLE ${SHIBOKEN_PYTHON_INTERPRETER} CACHE FILEPATH "The Python 2.7 that is built for")
 elseif(NOT Python2_EXECUTABLE)
     set(names python2.7)
     if(CMAKE_BUILD_TYPE STREQUAL Debug)
@@ -51,6 +53,9 @@ list(GET answer 2 libdir)
 list(GET answer 3 multiarch)
 list(GET answer 4 library)
 list(GET answer 5 PYTHON2_DEBUG)
+if(NOT EXISTS ${PYTHON2_INCLUDE_DIR}/Python.h AND SHIBOKEN_PYTHON_INCLUDE_DIR)
+    list(GET SHIBOKEN_PYTHON_INCLUDE_DIR 0 PYTHON2_INCLUDE_DIR) # an interpreter that was moved
+endif()
 if(NOT EXISTS ${PYTHON2_INCLUDE_DIR}/Python.h)
     message(FATAL_ERROR "${PYTHON2_EXECUTABLE} has no headers: ${PYTHON2_INCLUDE_DIR}/Python.h is missing")
 endif()
@@ -59,6 +64,9 @@ endif()
 string(REGEX REPLACE "\\.a$" ".so" shared_library "${library}")
 find_library(PYTHON2_LIBRARY NAMES ${shared_library} ${library} PATHS ${libdir}/${multiarch} ${libdir}
     NO_DEFAULT_PATH NO_CACHE)
+if(NOT PYTHON2_LIBRARY)
+    set(PYTHON2_LIBRARY ${SHIBOKEN_PYTHON_LIBRARIES})
+endif()
 if(NOT PYTHON2_LIBRARY)
     message(FATAL_ERROR "${PYTHON2_EXECUTABLE} has no library to embed: ${shared_library} is not in ${libdir}")
 endif()

@@ -15,7 +15,7 @@ endif()
 # Adds the meta-object code of the given headers to a target.
 function(vireo_moc target)
     if(VIREO_BINDING_RUNTIME STREQUAL system)
-        qt4_wrap_cpp(sources ${ARGN})
+        qt4_wrap_cpp(sources ${ARGN} OPTIONS -DBOOST_TT_HAS_OPERATOR_HPP_INCLUDED) # its moc trips over that header
     else()
         qt5_wrap_cpp(sources ${ARGN})
     endif()

@@ -10,6 +10,9 @@ endif()
 set(VIREO_INSTALL_SITE ${CMAKE_INSTALL_LIBDIR}/python2.7/site-packages
     CACHE STRING "The folder below the prefix that is to be on the Python path")
 
+# Neighbours are found beside; what lies elsewhere (another Python, an installed binding runtime) where it was found.
+set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON)
+
 # Ours is warned about, and a warning is an error.
 function(vireo_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
@@ -50,5 +53,5 @@ function(vireo_python_test name script)
     get_filename_component(script ${script} ABSOLUTE)
     add_test(NAME ${name} COMMAND ${PYTHON2_EXECUTABLE} -B ${script} ${test_ARGUMENTS})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${test_TIMEOUT} LABELS "python;${test_LABELS}"
-        ENVIRONMENT "PYTHONPATH=${VIREO_SITE};${test_ENVIRONMENT}")
+        ENVIRONMENT "PYTHONPATH=${VIREO_PYTHONPATH};${test_ENVIRONMENT}")
 endfunction()

@@ -5,6 +5,7 @@
 #include <Python.h>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStringList>
 
@@ -16,7 +17,7 @@ std::string programName;
 bool holdsPythonLibrary(const QString& entry)
 {
     const QFileInfo info(entry);
-    return info.isFile() || QFileInfo::exists(entry + "/os.py") || QFileInfo::exists(entry + "/os.pyc");
+    return info.isFile() || QFile::exists(entry + "/os.py") || QFile::exists(entry + "/os.pyc");
 }
 
 // Without its library Python prints several lines and ends the process. The flag keeps the search for it silent.
