@@ -1,12 +1,11 @@
-// A pinhole camera looks at a plane. Every pixel is the mean of sixteen samples of a texture four times as fine, so that
-// the picture owes nothing to the filters that a tracker uses.
+// A pinhole camera looks at a plane. Every pixel is the mean of sixteen samples of a texture four times as fine, so
+// that the picture owes nothing to the filters that a tracker uses.
 
 #include "made_footage.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <algorithm>
 #include <cmath>
+#include <opencv2/imgproc.hpp>
 
 namespace pixels {
 namespace {
@@ -16,8 +15,7 @@ constexpr double pi = 3.14159265358979323846;
 
 cv::Scalar randomColor(cv::RNG& random, double darkest, double brightest)
 {
-    return {random.uniform(darkest, brightest), random.uniform(darkest, brightest),
-            random.uniform(darkest, brightest)};
+    return {random.uniform(darkest, brightest), random.uniform(darkest, brightest), random.uniform(darkest, brightest)};
 }
 
 // Clouds of several sizes, with patches, discs and lines of plain colours over them.
@@ -86,8 +84,8 @@ MadeFootage::MadeFootage(const FootageOptions& options) : m_options(options)
     if (options.frames < 1)
         throw std::invalid_argument("footage must have at least one frame");
     if (!(options.noise >= 0 && options.blur >= 0 && std::isfinite(options.noise) && options.blur < 100 &&
-          std::isfinite(options.brightness) && std::isfinite(options.motion)))
-        throw std::invalid_argument("noise, blur, brightness and motion must be numbers, the first two not below 0");
+          std::isfinite(options.brightness) && std::isfinite(options.motion) && std::isfinite(options.leaving)))
+        throw std::invalid_argument("noise and blur must not be below 0, and all options must be finite");
     m_surface = {options.size.width * 2 / 5, options.size.height * 9 / 20};
     m_texture = paintedTexture({m_surface.width * fineness, m_surface.height * fineness}, options.seed * 2 + 1, 130, 1);
     paintBorder(m_texture);
@@ -101,15 +99,14 @@ Matrix MadeFootage::placed(int index) const
     const double width = m_options.size.width, height = m_options.size.height, focal = 1.1 * width;
     const double yaw = go * 0.75 * std::sin(2 * pi * t), pitch = go * 0.4 * std::sin(3 * pi * t),
                  roll = go * 0.5 * std::sin(1.5 * pi * t);
-    const double away = m_options.leaving ? 0.2 * go * (1 - std::cos(2 * pi * t)) : 0;
-    const double x = width * (go * 0.16 * std::sin(2 * pi * t + 0.5) - away + (m_options.leaving ? 0.02 : 0));
+    const double away = 0.28 * m_options.leaving * go * (1 - std::cos(2 * pi * t));
+    const double x = width * (go * 0.16 * std::sin(2 * pi * t + 0.5) - away);
     const double y = height * go * 0.12 * std::sin(4 * pi * t);
     const double z = focal * (1 + go * 0.18 * std::sin(2.5 * pi * t));
 
     const Matrix turn = rotation(yaw, pitch, roll);
     const Matrix camera{{focal, 0, width / 2, 0, focal, height / 2, 0, 0, 1}};
-    const Matrix pose{
-        {turn(0, 0), turn(0, 1), x, turn(1, 0), turn(1, 1), y, turn(2, 0), turn(2, 1), z}};
+    const Matrix pose{{turn(0, 0), turn(0, 1), x, turn(1, 0), turn(1, 1), y, turn(2, 0), turn(2, 1), z}};
     Matrix whole = camera * pose * Matrix::translation(-m_surface.width / 2.0, -m_surface.height / 2.0);
     for (double& value : whole.values)
         value /= z;
@@ -123,10 +120,7 @@ std::array<Point, 4> MadeFootage::corners(int index) const
     return {toFrame.map({0, 0}), toFrame.map({right, 0}), toFrame.map({right, bottom}), toFrame.map({0, bottom})};
 }
 
-Matrix MadeFootage::motion(int index) const
-{
-    return placed(index) * placed(0).inverse();
-}
+Matrix MadeFootage::motion(int index) const { return placed(index) * placed(0).inverse(); }
 
 Outline MadeFootage::occluder(int index) const
 {
@@ -162,7 +156,8 @@ Image MadeFootage::frame(int index) const
                 continue;
             }
             for (int sample = 0; sample < fineness * fineness; ++sample) {
-                const double sx = x + (sample % fineness + 0.5) / fineness, sy = y + (sample / fineness + 0.5) / fineness;
+                const double sx = x + (sample % fineness + 0.5) / fineness,
+                             sy = y + (sample / fineness + 0.5) / fineness;
                 const Point at = toSurface.map({sx, sy});
                 if (at.x >= 0 && at.y >= 0 && at.x < m_surface.width && at.y < m_surface.height)
                     addSample(pixel, m_texture, at.x * fineness, at.y * fineness);

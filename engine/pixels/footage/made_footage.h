@@ -14,7 +14,7 @@ struct FootageOptions
     double blur = 0.7;       // of the lens, standard deviation in pixels
     double brightness = 0.2; // the light changes by this part of it from the first frame to the last
     double motion = 1;       // how far the surface moves, turns and tilts; 0: it stands still
-    bool leaving = false;    // about half of the surface leaves the view and comes back
+    double leaving = 0;      // about this part of the surface leaves the view and comes back
     bool occluder = false;   // a bar passes in front of the surface
     unsigned seed = 1;
 };

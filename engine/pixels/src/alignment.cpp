@@ -22,10 +22,7 @@ constexpr double pixelsPerMeasurement = 12;
 // Of a parameter at once; more is outside of what a linear view of the patch can say.
 constexpr double longestStep = 0.25;
 
-bool smaller(double a, double b)
-{
-    return std::abs(a) < std::abs(b);
-}
+bool smaller(double a, double b) { return std::abs(a) < std::abs(b); }
 
 struct BrightnessSums
 {
@@ -81,10 +78,9 @@ Matrix smallMotion(const double* p, int count)
 }
 
 LevelAlignment::LevelAlignment(const PatchLevel& patch, const cv::Mat& frame, int frameLevel, const cv::Mat& excluded)
-    : m_patch(patch), m_frame(frame), m_toLevel(toLevel(frameLevel)), m_excluded(excluded), m_value(patch.size()), m_visible(patch.size()),
-      m_weight(patch.size())
-{
-}
+    : m_patch(patch), m_frame(frame), m_toLevel(toLevel(frameLevel)), m_excluded(excluded), m_value(patch.size()),
+      m_visible(patch.size()), m_weight(patch.size())
+{}
 
 void LevelAlignment::sample(const Matrix& toFrame)
 {
@@ -178,8 +174,8 @@ void LevelAlignment::addExpectation(const Expectation& expectation, const Matrix
     const double scale = 1 / deviation(2, 2);
     for (double& value : deviation.values)
         value *= scale;
-    const double from[] = {deviation(0, 2),     deviation(1, 2), deviation(0, 0) - 1, deviation(0, 1),
-                           deviation(1, 0),     deviation(1, 1) - 1, deviation(2, 0), deviation(2, 1)};
+    const double from[] = {deviation(0, 2), deviation(1, 2),     deviation(0, 0) - 1, deviation(0, 1),
+                           deviation(1, 0), deviation(1, 1) - 1, deviation(2, 0),     deviation(2, 1)};
     const double variance = pixelsPerMeasurement * m_noise * m_noise;
     for (int i = 0; i < parameters; ++i) {
         const double expected = expectation.deviation[std::size_t(i)] * m_gain;

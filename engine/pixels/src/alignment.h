@@ -17,9 +17,9 @@ struct Fit
 {
     Matrix toFrame; // from the patch's plane to the pixels of the whole frame
     double correlation = 0;
-    double visible = 0;  // share of the patch that lies in view
-    double regular = 0;  // share of what is visible that looks as it should
-    double noise = 0;    // standard deviation of what is left
+    double visible = 0; // share of the patch that lies in view
+    double regular = 0; // share of what is visible that looks as it should
+    double noise = 0;   // standard deviation of what is left
     std::size_t pixels = 0;
 };
 

@@ -8,10 +8,7 @@
 namespace pixels {
 namespace {
 
-std::string text(Size size)
-{
-    return std::to_string(size.width) + " x " + std::to_string(size.height);
-}
+std::string text(Size size) { return std::to_string(size.width) + " x " + std::to_string(size.height); }
 
 } // namespace
 

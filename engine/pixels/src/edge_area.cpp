@@ -27,8 +27,7 @@ double covered(double winding, FillRule rule)
 EdgeArea::EdgeArea(const Window& window)
     : m_window(window), m_width(window.right - window.left + 1),
       m_differences(std::size_t(m_width) * std::size_t(window.bottom - window.top))
-{
-}
+{}
 
 void EdgeArea::addEdge(Point from, Point to)
 {
@@ -50,7 +49,8 @@ void EdgeArea::addEdge(Point from, Point to)
     for (const double side : {double(m_window.left), double(m_window.right)})
         if ((first.x - side) * (last.x - side) < 0)
             cuts[count++] = (side - first.x) / (last.x - first.x);
-    std::sort(cuts + 1, cuts + count);
+    if (count == 3 && cuts[2] < cuts[1])
+        std::swap(cuts[1], cuts[2]);
     cuts[count] = 1;
     for (int i = 0; i < count; ++i)
         addInside(between(first, last, cuts[i]), between(first, last, cuts[i + 1]), direction);

@@ -1,5 +1,5 @@
-// The exact area that polygons cover of each pixel of a window, gathered edge by edge: an edge enters, per row, the area
-// to its right as a difference between neighbouring pixels, and a running sum along the row gives the coverage.
+// The exact area that polygons cover of each pixel of a window, gathered edge by edge: an edge enters, per row, the
+// area to its right as a difference between neighbouring pixels, and a running sum along the row gives the coverage.
 #pragma once
 
 #include <pixels/pixels.h>

@@ -54,7 +54,8 @@ public:
 
     void draw(Image& matte, const Image& hard) const
     {
-        const int top = int(std::clamp(std::floor(std::min(m_from.y, m_to.y) - m_reach), 0.0, double(hard.size.height)));
+        const int top =
+            int(std::clamp(std::floor(std::min(m_from.y, m_to.y) - m_reach), 0.0, double(hard.size.height)));
         const int bottom =
             int(std::clamp(std::ceil(std::max(m_from.y, m_to.y) + m_reach), 0.0, double(hard.size.height)));
         for (int y = top; y < bottom; ++y) {

@@ -1,5 +1,5 @@
-// Reading and encoding are OpenImageIO's. A file is encoded in memory and brought to the disk by our own checked writes,
-// because a format's writer may take a full disk for success.
+// Reading and encoding are OpenImageIO's. A file is encoded in memory and brought to the disk by our own checked
+// writes, because a format's writer may take a full disk for success.
 
 #include "image_files.h"
 
@@ -7,7 +7,6 @@
 
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -37,8 +36,7 @@ std::string problemWith(const std::string& text, const std::string& detail)
 struct stat status(const std::string& path)
 {
     struct stat found
-    {
-    };
+    {};
     if (::stat(path.c_str(), &found) != 0)
         throw FileError(path, errno == ENOENT ? "there is no such file" : "cannot be read: " + errorText(errno));
     if (S_ISDIR(found.st_mode))
@@ -118,8 +116,8 @@ Image arranged(const std::vector<float>& pixels, const OIIO::ImageSpec& spec)
         float* to = image.at(firstX, y);
         for (int x = firstX; x < lastX; ++x) {
             const float* from =
-                pixels.data() + (std::size_t(y - top) * std::size_t(spec.width) + std::size_t(x - left)) *
-                                    std::size_t(spec.nchannels);
+                pixels.data() +
+                (std::size_t(y - top) * std::size_t(spec.width) + std::size_t(x - left)) * std::size_t(spec.nchannels);
             for (int channel : channels)
                 *to++ = from[channel];
         }

@@ -40,10 +40,7 @@ double panalogToLinear(double value)
     return (std::pow(10.0, (value * highestCode - white) / codesPerDecade) - blackLight) / (1 - blackLight);
 }
 
-float roundTo8Bit(float value)
-{
-    return std::round(std::clamp(value, 0.0f, 1.0f) * 255.0f) / 255.0f;
-}
+float roundTo8Bit(float value) { return std::round(std::clamp(value, 0.0f, 1.0f) * 255.0f) / 255.0f; }
 
 // Powers cost; the values of 8 and 16 bit files are few.
 class Curve

@@ -2,18 +2,31 @@
 
 #include "patch.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <algorithm>
 #include <cmath>
+#include <opencv2/imgproc.hpp>
 
 namespace pixels {
 namespace {
 
-constexpr std::size_t fewestPixels = 24;      // of a region
+constexpr std::size_t fewestPixels = 24;       // of a region
 constexpr std::size_t fewestCoarsePixels = 80; // of a level other than the finest
-constexpr float inRegion = 0.6f;              // from this share of a pixel on it is followed
-constexpr double leastContrast = 1e-4;        // of luminance
+constexpr float inRegion = 0.6f;               // from this share of a pixel on it is followed
+constexpr double leastContrast = 1e-4;         // of luminance
+
+// Along the edge of a surface the smoothing has mixed in what lies behind it, which moves otherwise. Where the region
+// is so small that the edge is most of it, it is kept.
+cv::Mat withoutEdge(const cv::Mat& region)
+{
+    constexpr int edge = 2;
+    const cv::Mat inside = region >= inRegion;
+    cv::Mat core, kept = cv::Mat::zeros(region.size(), CV_32F);
+    cv::erode(inside, core, cv::Mat::ones(2 * edge + 1, 2 * edge + 1, CV_8U));
+    if (2 * cv::countNonZero(core) < cv::countNonZero(inside))
+        return region;
+    region.copyTo(kept, core);
+    return kept;
+}
 
 double contrast(const PatchLevel& level)
 {
@@ -42,7 +55,8 @@ Patch::Patch(const FramePyramid& frame, const Image& region)
     place(region);
     const std::vector<cv::Mat> regions = maskPyramid(region, frame.levels.size());
     for (std::size_t level = 0; level < frame.levels.size(); ++level) {
-        PatchLevel made = makeLevel(frame.levels[level], regions[level], int(level));
+        PatchLevel made =
+            makeLevel(frame.levels[level], level == 0 ? withoutEdge(regions[0]) : regions[level], int(level));
         if (made.size() < (level == 0 ? fewestPixels : fewestCoarsePixels))
             break;
         m_levels.push_back(std::move(made));

@@ -35,7 +35,7 @@ public:
 
     // From the patch's plane to the pixels of the reference frame.
     const Matrix& toReference() const { return m_toReference; }
-    double extent() const { return m_toReference(0, 0); } // half the size of the region's box, in pixels
+    double extent() const { return m_toReference(0, 0); }             // half the size of the region's box, in pixels
     const std::array<Point, 4>& corners() const { return m_corners; } // of the region's box, in the patch's plane
 
 private:

@@ -14,9 +14,9 @@ namespace {
 constexpr double leastVisible = 0.04;
 constexpr double leastCorrelation = 0.5;
 constexpr double leastRegular = 0.3;
-constexpr double poorGuess = 0.8;    // a correlation on the coarsest level that calls for a search
-constexpr int searchReach = 5;       // pixels of that level
-constexpr double largestChange = 3;  // of the patch's size between two frames
+constexpr double poorGuess = 0.8;   // a correlation on the coarsest level that calls for a search
+constexpr int searchReach = 5;      // pixels of that level
+constexpr double largestChange = 3; // of the patch's size between two frames
 constexpr double coarseTolerance = 0.05, fineTolerance = 0.002; // pixels of a level
 constexpr int mostCoarseSteps = 20, mostFineSteps = 15;
 
@@ -68,8 +68,7 @@ const cv::Mat& PatchTracker::Scene::excludedAt(int level) const
 PatchTracker::PatchTracker(std::shared_ptr<const FramePyramid> reference, const Image& region, MotionModel model)
     : m_reference(std::move(reference)), m_patch(*m_reference, region), m_parameters(parameterCount(model)),
       m_last(m_patch.toReference())
-{
-}
+{}
 
 Expectation PatchTracker::expected() const
 {

@@ -2,11 +2,10 @@
 
 #include "written_file.h"
 
-#include <pixels/pixels.h>
-
 #include <atomic>
 #include <cerrno>
 #include <fcntl.h>
+#include <pixels/pixels.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -25,16 +24,12 @@ std::string nameBeside(const std::string& path)
 
 } // namespace
 
-std::string errorText(int number)
-{
-    return std::generic_category().message(number);
-}
+std::string errorText(int number) { return std::generic_category().message(number); }
 
 WrittenFile::WrittenFile(const std::string& path) : m_path(path), m_beside(nameBeside(path))
 {
     struct stat found
-    {
-    };
+    {};
     if (::stat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode))
         fail(EISDIR);
     m_descriptor = ::open(m_beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
@@ -50,10 +45,7 @@ WrittenFile::~WrittenFile()
         ::unlink(m_beside.c_str());
 }
 
-void WrittenFile::fail(int number) const
-{
-    throw FileError(m_path, "cannot be written: " + errorText(number));
-}
+void WrittenFile::fail(int number) const { throw FileError(m_path, "cannot be written: " + errorText(number)); }
 
 void WrittenFile::write(const void* data, std::size_t size)
 {

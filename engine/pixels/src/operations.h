@@ -1,0 +1,13 @@
+// What the render operations do to images: lay a matte over, fill a hole from other frames, move by a transform.
+#pragma once
+
+#include <pixels/pixels.h>
+
+namespace pixels {
+
+void insertColor(Image& image, const Image& matte, Color color, float opacity);
+double fillFrom(Image& image, Image& missing, const Image& source, const Matrix& transform, const Image& valid);
+void fillSmoothly(Image& image, const Image& missing);
+Image warped(const Image& image, const Matrix& transform, Size size, Image* covered);
+
+} // namespace pixels
