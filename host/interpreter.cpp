@@ -35,17 +35,19 @@ void requirePythonLibrary()
                            (qgetenv("PYTHONHOME").isEmpty() ? "" : "; PYTHONHOME is set"));
 }
 
-// The folder that holds our packages, in the build tree or below the prefix; empty where there is none, so that
-// PYTHONPATH is left to name one.
-QString ownPackages()
+// The folder that holds our packages, in the build tree or below the prefix, and that of an installed PySide. Where
+// there is none, PYTHONPATH is left to name it.
+QStringList ownPackages()
 {
     const QString programs = QCoreApplication::applicationDirPath();
+    QStringList folders;
     for (const char* place : {VIREO_SITE_OF_BUILD, VIREO_SITE_OF_PREFIX}) {
         const QDir folder(programs + '/' + place);
-        if (folder.exists("vireo/__init__.py"))
-            return folder.canonicalPath();
+        if (folders.isEmpty() && folder.exists("vireo/__init__.py"))
+            folders << folder.canonicalPath();
     }
-    return QString();
+    const QString installed = VIREO_INSTALLED_PYSIDE;
+    return installed.isEmpty() ? folders : folders << installed;
 }
 
 // After PYTHONPATH and Python's library, before what is installed for every Python program: our packages fit the
@@ -65,14 +67,16 @@ Py_ssize_t placeOnPath(PyObject* path)
 
 void addOwnPackages()
 {
-    const QByteArray folder = QFile::encodeName(ownPackages());
     PyObject* path = PySys_GetObject(const_cast<char*>("path"));
-    if (folder.isEmpty() || !path || !PyList_Check(path))
+    if (!path || !PyList_Check(path))
         return;
-    PyObject* entry = PyString_FromStringAndSize(folder.constData(), folder.size());
-    if (!entry || PyList_Insert(path, placeOnPath(path), entry) != 0)
-        PyErr_Print();
-    Py_XDECREF(entry);
+    Py_ssize_t place = placeOnPath(path);
+    for (const QString& folder : ownPackages()) {
+        PyObject* entry = PyString_FromString(QFile::encodeName(folder).constData());
+        if (!entry || PyList_Insert(path, place++, entry) != 0)
+            PyErr_Print();
+        Py_XDECREF(entry);
+    }
 }
 
 // Python's main function would do this before it starts Python, which it finds started.

@@ -26,6 +26,7 @@ target_include_directories(pyside_runtime SYSTEM INTERFACE ${PYSIDE_INCLUDE_DIR}
 target_link_libraries(pyside_runtime INTERFACE ${PYSIDE_LIBRARY} shiboken_runtime Vireo::QtCore)
 
 if(PYSIDE_PYTHONPATH)
+    set(PYSIDE_PYTHONPATH ${PYSIDE_PYTHONPATH} PARENT_SCOPE)
     set(VIREO_PYTHONPATH ${VIREO_SITE}:${PYSIDE_PYTHONPATH} PARENT_SCOPE)
 endif()
 message(STATUS "Binding runtime: ${SHIBOKEN_LIBRARY}, ${PYSIDE_LIBRARY}")
