@@ -127,6 +127,38 @@ class Surroundings(Folder):
         self.assertEqual(vireo("-c", script, LC_ALL="de_DE.UTF-8", LC_NUMERIC="de_DE.UTF-8")[1], "1.5\n")
 
 
+class CurrentProject(Folder):
+    look = "from vireo import project; current = project.get_current_project()\n"
+
+    def test_there_is_none_without_the_option(self):
+        self.assertEqual(vireo("-c", self.look + "print current"), (0, "None\n", ""))
+
+    def test_is_the_one_that_was_opened(self):
+        file = os.path.join(self.folder, "sh\xc3\xb6t.vireo")
+        made = vireo("-c", "import sys; from vireo.project import Project; made = Project(None)\n"
+                           "made.notes = 'kept'; made.save_as(sys.argv[1].decode('utf-8'))", file, LC_ALL="C.UTF-8")
+        self.assertEqual(made, (0, "", ""))
+        seen = vireo("--project", file, "-c", self.look + "print current.notes, current is project.get_current_project()\n"
+                                              "print current.project_file.encode('utf-8')", LC_ALL="C.UTF-8")
+        self.assertEqual(seen, (0, "kept True\n%s\n" % file, ""))
+
+    def test_endings_with_objects_alive(self):
+        file = os.path.join(self.folder, "shot.vireo")
+        self.assertEqual(vireo("-c", "from vireo.project import Project; Project(None).save_as(%r)" % file)[0], 0)
+        hold = self.look + "import sys, atexit; from PySide import QtCore\n" \
+                           "layer = current.add_layer(None, 'held'); view = current.views[0]; mine = project.Project(None)\n" \
+                           "child = QtCore.QObject(current); cycle = [current, mine]; cycle.append(cycle)\n" \
+                           "current.destroyed.connect(lambda: None); atexit.register(lambda: layer.name)\n"
+        for ending, code in (("", 0), ("sys.exit(3)", 3), ("1 / 0", 1), ("del sys.modules['vireo.project']", 0)):
+            found, _, complaints = vireo("--project", file, "-c", hold + ending)
+            self.assertEqual((found, complaints.count("\n")), (code, 3 if code == 1 else 0), complaints)
+
+    def test_event_loop_runs(self):
+        code = "from PySide.QtCore import *\napplication = QCoreApplication.instance()\n" \
+               "QTimer.singleShot(0, application.quit); print application.exec_()"
+        self.assertEqual(vireo("-c", code), (0, "0\n", ""))
+
+
 class Interrupt(unittest.TestCase):
     def interrupted(self, code):
         ready = "import sys, time\ndef ready():\n    print 'ready'\n    sys.stdout.flush()\n"
