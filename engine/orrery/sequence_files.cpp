@@ -1,12 +1,12 @@
 // Sequences as they lie on disk: which there are in a folder, and which of their frames.
 
-#include "failure.h"
-#include "sequence_name.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <QMap>
 #include <algorithm>
+#include <orrery/handle_access.h>
+#include <orrery/message.h>
+#include <orrery/sequence_name.h>
 #include <vector>
 
 namespace orrery {
@@ -42,7 +42,10 @@ bool numberOf(const QString& file, const SequenceName& name, Numbered& result)
            parseNumber(file.mid(name.prefix.size(), file.size() - name.prefix.size() - name.suffix.size()), result);
 }
 
-QStringList filesOf(const QString& folder) { return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Unsorted); }
+QStringList filesOf(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Unsorted);
+}
 
 unsigned int commonWidth(const std::vector<Numbered>& files)
 {
@@ -86,8 +89,8 @@ QVector<SequenceName> sequencesIn(const QString& folder)
     }
     QVector<SequenceName> sequences;
     for (auto it = files.constBegin(); it != files.constEnd(); ++it)
-        sequences.append({folder, it.key().section(between, 0, 0), it.key().section(between, 1, 1),
-                          commonWidth(it.value())});
+        sequences.append(
+            {folder, it.key().section(between, 0, 0), it.key().section(between, 1, 1), commonWidth(it.value())});
     return sequences;
 }
 
@@ -132,7 +135,7 @@ void requireFrames(const StreamInfo& info)
     const QVector<unsigned int> frames = framesOnDisk(name);
     const unsigned int first = info.get_start_frame(), last = info.get_end_frame();
     if (frames.isEmpty() || first == unknownFrame || last == unknownFrame)
-        fail<STRM_BadFile>(QString::fromLatin1("%1: there is no frame of the sequence").arg(name.pattern()));
+        raise<STRM_BadFile>(text("%1: there is no frame of the sequence", name.pattern()));
     const auto begin = std::lower_bound(frames.begin(), frames.end(), first);
     const auto end = std::upper_bound(begin, frames.end(), last);
     const unsigned int present = static_cast<unsigned int>(end - begin), wanted = last - first + 1;
@@ -141,11 +144,8 @@ void requireFrames(const StreamInfo& info)
     unsigned int missing = first;
     for (auto frame = begin; frame != end && *frame == missing; ++frame)
         ++missing;
-    fail<STRM_BadFile>(QString::fromLatin1("%1: frame %2 is missing (%3 of %4 frames are)")
-                           .arg(name.path(missing))
-                           .arg(missing)
-                           .arg(wanted - present)
-                           .arg(wanted));
+    raise<STRM_BadFile>(
+        text("%1: frame %2 is missing (%3 of %4 frames are)", name.path(missing), missing, wanted - present, wanted));
 }
 
 QString frameList(const QVector<unsigned int>& frames)

@@ -1,12 +1,11 @@
 // Sequence names as texts: no look at the disk, but for telling a folder from a file.
 
-#include "sequence_name.h"
-
-#include "failure.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <orrery/handle_access.h>
+#include <orrery/message.h>
+#include <orrery/sequence_name.h>
 
 namespace orrery {
 namespace {
@@ -58,7 +57,8 @@ Place patternPlace(const QString& name)
 Place digitPlace(const QString& name)
 {
     int end = name.lastIndexOf(QLatin1Char('.'));
-    const bool numberLast = end >= 0 && end + 1 < name.size() && std::all_of(name.begin() + end + 1, name.end(), isDigit);
+    const bool numberLast =
+        end >= 0 && end + 1 < name.size() && std::all_of(name.begin() + end + 1, name.end(), isDigit);
     if (end <= 0 || numberLast)
         end = name.size();
     Place last;
@@ -95,14 +95,12 @@ SequenceName onlySequenceIn(const QString& folder, bool required)
     if (!required)
         return {folder, QString(), QString(), 0};
     if (sequences.isEmpty())
-        fail<STRM_BadFile>(QString::fromLatin1("%1: the folder holds no image sequence").arg(folder));
+        raise<STRM_BadFile>(text("%1: the folder holds no image sequence", folder));
     QStringList names;
     for (int i = 0; i < std::min(sequences.size(), 3); ++i)
         names << sequences.at(i).fileName(unknownFrame);
-    fail<STRM_BadFile>(QString::fromLatin1("%1: the folder holds %2 image sequences (%3%4): name one")
-                           .arg(folder)
-                           .arg(sequences.size())
-                           .arg(names.join(QLatin1String(", ")), QLatin1String(sequences.size() > 3 ? ", ..." : "")));
+    raise<STRM_BadFile>(text("%1: the folder holds %2 image sequences (%3%4): name one", folder, sequences.size(),
+                             names.join(QLatin1String(", ")), sequences.size() > 3 ? ", ..." : ""));
 }
 
 // The width that all files of the sequence agree with: with leading zeros their length, else that of the shortest.
@@ -118,10 +116,9 @@ SequenceName sequenceOfFile(const QString& folder, const QString& name, const Pl
 
 QString SequenceName::fileName(unsigned int frame) const
 {
-    const QString number =
-        frame == unknownFrame
-            ? QString(static_cast<int>(std::max(1U, indexWidth)), QLatin1Char('#'))
-            : QString::number(frame).rightJustified(static_cast<int>(indexWidth), QLatin1Char('0'));
+    const QString number = frame == unknownFrame
+                               ? QString(static_cast<int>(std::max(1U, indexWidth)), QLatin1Char('#'))
+                               : QString::number(frame).rightJustified(static_cast<int>(indexWidth), QLatin1Char('0'));
     return prefix + number + suffix;
 }
 
@@ -157,7 +154,7 @@ bool isPattern(const QString& location) { return patternPlace(QFileInfo(location
 SequenceName parseLocation(const QString& location, bool required)
 {
     if (location.isEmpty())
-        fail<STRM_BadArgument>(QString::fromLatin1("The location of a stream is empty"));
+        raise<STRM_BadArgument>(text("The location of a stream is empty"));
     const QFileInfo file(location);
     const QString path = QDir::cleanPath(file.absoluteFilePath());
     if (file.isDir())
@@ -171,9 +168,9 @@ SequenceName parseLocation(const QString& location, bool required)
     if (place.found() && (present || name.contains(QLatin1Char('.'))))
         return sequenceOfFile(folder, name, place);
     if (present)
-        fail<STRM_BadFile>(QString::fromLatin1("%1: the file's name has no frame number").arg(path));
+        raise<STRM_BadFile>(text("%1: the file's name has no frame number", path));
     if (required)
-        fail<STRM_BadFile>(QString::fromLatin1("%1: there is no such file or folder").arg(path));
+        raise<STRM_BadFile>(text("%1: there is no such file or folder", path));
     return {path, QString(), QString(), 0};
 }
 

@@ -98,6 +98,10 @@ public:
     boost::shared_ptr<Stratum::LayerModel> makeLayer();
     boost::shared_ptr<Stratum::GroupModel> makeGroup();
 
+    // Keeps what is behind an object that scripts can see (a clip's model) for as long as handles may reach it: until the
+    // manager goes.
+    void keep(boost::shared_ptr<void> object) { m_kept.push_back(std::move(object)); }
+
     // The id of the view that a script's view id stands for. STRM_OutOfRange names the id.
     int resolveView(int id) const;
 
@@ -114,6 +118,7 @@ private:
     // Every layer and group that ever was: pointers between them stay good until the manager goes.
     std::vector<boost::shared_ptr<Stratum::LayerModel>> m_layers;
     std::vector<boost::shared_ptr<Stratum::GroupModel>> m_groups;
+    std::vector<boost::shared_ptr<void>> m_kept;
 };
 
 std::mutex& modelMutex(STRM_ProjectManager& manager);
