@@ -1,0 +1,56 @@
+// What a recorded function consists of: it notes its arguments and gives the answer that it was told.
+#pragma once
+
+#include "plain.h"
+
+namespace recording {
+
+template <class Result, class... Arguments>
+Result call(const char* function, const Arguments&... arguments)
+{
+    const std::optional<Value> told = note(function, {plain(arguments)...});
+    const Silence silence;
+    if constexpr (!std::is_void_v<Result>)
+        return made<Result>(told.value_or(Value()));
+}
+
+// With an answer of its own while it was told none.
+template <class Result, class... Arguments>
+Result answer(Result otherwise, const char* function, const Arguments&... arguments)
+{
+    const std::optional<Value> told = note(function, {plain(arguments)...});
+    const Silence silence;
+    return told ? made<Result>(*told) : otherwise;
+}
+
+template <class T, class = void>
+constexpr bool (*asksNull)(void*) = nullptr;
+
+template <class T>
+constexpr bool (*asksNull<T, std::void_t<decltype(std::declval<T>().isNull())>>)(void*) =
+    [](void* one) { return static_cast<const T*>(one)->isNull(); };
+
+// The counted life of an object; from the bodies of its constructors and its destructor.
+template <class T>
+void begin(T* object, const char* name)
+{
+    constructed(name);
+    begun(
+        name, object, [](void* one) { delete static_cast<T*>(one); }, asksNull<T>);
+}
+
+template <class T>
+void beginCopy(T* object, const char* name)
+{
+    copied(name);
+    begun(
+        name, object, [](void* one) { delete static_cast<T*>(one); }, asksNull<T>);
+}
+
+inline void end(void* object, const char* name)
+{
+    destroyed(name);
+    ended(object);
+}
+
+} // namespace recording
