@@ -1,0 +1,65 @@
+// What a long operation reports to, and how it learns that it is to stop.
+#pragma once
+
+#include <QString>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <orrery/progress_watcher.h>
+
+namespace orrery {
+
+class CancelLink;
+
+// One operation, from its beginning to its end, told to a watcher from the thread that runs it: started() when it is
+// made, finished() (and cancelled() before) when it is destroyed. So it is to be made before everything that an end
+// without success takes back. No lock may be held where it is made, told or destroyed.
+class OperationProgress
+{
+public:
+    // STRM_OperationInProgress when the watcher reports another operation.
+    OperationProgress(ProgressWatcher& watcher, const QString& title);
+    OperationProgress(const OperationProgress&) = delete;
+    OperationProgress& operator=(const OperationProgress&) = delete;
+    ~OperationProgress();
+
+    // Any thread.
+    bool cancelWanted() const noexcept;
+
+    // Tells how far it is, from 0 to 1; many a call in a short time tells once. Throws STRM_OperationCancelledByUser
+    // when that is wanted.
+    void report(double fraction, const QString& doing);
+    void throwIfCancelled();
+
+private:
+    ProgressWatcher& m_watcher;
+    const QString m_title;
+    std::chrono::steady_clock::time_point m_told;
+    double m_fraction = -1;
+    bool m_cancelled = false;
+};
+
+// Calls `work` with 0 to count - 1 from all cores, several at once, in order as far as that goes, and reports meanwhile
+// from the calling thread: `doing` puts into words how many are done. When one throws, no further ones begin, and the
+// exception of the first of them in order is thrown here once all have ended.
+void forEachFrame(OperationProgress& progress, int count, const std::function<void(int)>& work,
+                  const std::function<QString(int)>& doing);
+
+} // namespace orrery
+
+struct ProgressWatcher::Data
+{
+    explicit Data(ProgressWatcher& watcher);
+    ~Data();
+
+    enum State { Idle, Running, CancelWanted };
+
+    void tellStarted(const QString& text) { emit watcher.started(text); }
+    void tellProgress(double fraction, const QString& text) { emit watcher.progressChanged(fraction, text); }
+    void tellCancelled() { emit watcher.cancelled(); }
+    void tellFinished() { emit watcher.finished(); }
+
+    ProgressWatcher& watcher;
+    std::atomic<State> state{Idle};
+    const std::unique_ptr<orrery::CancelLink> cancelLink;
+};
