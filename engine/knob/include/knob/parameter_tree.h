@@ -8,8 +8,8 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
-#include <atomic>
 #include <boost/enable_shared_from_this.hpp>
+#include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 #include <knob/animation.h>
 #include <knob/parameter_set.h>
@@ -38,6 +38,9 @@ constexpr double unlimited = 1e300;
 
 class Branch;
 
+// The text in the language of the user, for display names. Without a lock.
+QString translated(const char* text);
+
 // A member of a branch: a further branch, or a value with its description.
 struct Member
 {
@@ -58,6 +61,7 @@ public:
     // False once the object was removed. Any thread, no lock.
     virtual bool present() const = 0;
 
+    // Without a lock: texts are translated, and a translation may be a script's.
     virtual QString displayName() const = 0;
 
     // For the rest the model's lock is held.
@@ -67,8 +71,6 @@ public:
 
     // Throws what the model throws when the branch's values must not be changed now.
     virtual void requireWritable() const {}
-    // A value of the branch was changed, also by undo.
-    virtual void valueChanged(const Description&) {}
 
     // The node of this branch as a root, made on first use. Kept as long as the branch.
     boost::shared_ptr<ParameterSet> rootNode();
@@ -99,12 +101,26 @@ private:
     Animation* m_animations;
 };
 
+// A branch that holds further branches only. Whoever has one lists its members.
+class NamedBranch : public Branch
+{
+public:
+    NamedBranch(const Branch& owner, const char* displayName) : m_owner(owner), m_displayName(displayName) {}
+
+    bool present() const override { return m_owner.present(); }
+    QString displayName() const override { return translated(m_displayName); }
+
+private:
+    const Branch& m_owner;
+    const char* m_displayName;
+};
+
 // The node. Its path, target and presence can be read by any thread without a lock; the model's lock is held where
 // children are asked for.
 class ParameterSet : public boost::enable_shared_from_this<ParameterSet>
 {
 public:
-    ParameterSet(ParameterSet* parent, const Member& target);
+    ParameterSet(ParameterSet* parent, Branch& branch, const Member& target);
     ParameterSet(const ParameterSet&) = delete;
     ParameterSet& operator=(const ParameterSet&) = delete;
     ~ParameterSet();

@@ -114,7 +114,6 @@ public:
     // Whether the transaction is the step that can be undone (redone) next.
     bool isNextToUndo(Transaction transaction) const;
     bool isNextToRedo(Transaction transaction) const;
-    bool hasStep(Transaction transaction) const;
     bool isGathering() const { return !m_open.empty(); }
 
     void undo(Notices& notices);
@@ -135,6 +134,8 @@ private:
         std::size_t start; // in m_gathered
     };
     void finish(Notices& notices);
+    // What was taken back before can be made again until there is a new step.
+    void addStep(Transaction transaction, Changes changes, Notices& notices);
 
     bool m_keeps = true;
     Transaction m_last = 0;

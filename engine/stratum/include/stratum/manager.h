@@ -97,9 +97,12 @@ public:
     // New objects, not in the tree yet: that is a change of its own (tree.h).
     boost::shared_ptr<Stratum::LayerModel> makeLayer();
     boost::shared_ptr<Stratum::GroupModel> makeGroup();
+    // Null when the project has no such layer now.
+    Stratum::LayerModel* findLayer(unsigned int id) const;
+    Stratum::GroupModel* findGroup(unsigned int id) const;
 
-    // Keeps what is behind an object that scripts can see (a clip's model) for as long as handles may reach it: until the
-    // manager goes.
+    // Keeps what is behind an object that scripts can see (a clip's model) for as long as handles may reach it: until
+    // the manager goes.
     void keep(boost::shared_ptr<void> object) { m_kept.push_back(std::move(object)); }
 
     // The id of the view that a script's view id stands for. STRM_OutOfRange names the id.
@@ -124,6 +127,9 @@ private:
 std::mutex& modelMutex(STRM_ProjectManager& manager);
 
 namespace Stratum {
+
+// STRM_BadState "Invalid object", of a removed object or a handle of one.
+[[noreturn]] void throwInvalidObject();
 
 // Holds the model lock for a read.
 class Reading

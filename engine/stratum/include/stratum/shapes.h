@@ -5,9 +5,11 @@
 #include <atomic>
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
+#include <functional>
 #include <knob/context.h>
 #include <knob/parameter_tree.h>
 #include <memory>
+#include <optional>
 #include <stratum/contour.h>
 #include <stratum/curve.h>
 #include <stratum/enumerations.h>
@@ -62,6 +64,8 @@ public:
     Knob::Value position(double time, int view) const;
     // How far the master moves the point.
     Knob::Value displacement(double time, int view) const;
+    // The direction of the point's tangents before a master turns them; 0 without tangents.
+    double ownAngle(double time, int view) const;
     // By how much the master turns the tangents, in radians.
     double turn(double time, int view) const;
     CurvePoint state(double time, int view) const;
@@ -131,7 +135,8 @@ private:
 inline ContourModel& model(Contour& contour) { return static_cast<ContourModel&>(contour); }
 inline PointModel& model(ControlPoint& point) { return static_cast<PointModel&>(point); }
 
-// The tables of what a point has, by the type of its contour.
+// The tables of what contours and points have.
+const Knob::Description& contourDescription(std::size_t index);
 const Knob::Description* pointDescriptions(int contourType);
 std::size_t pointFieldCount(int contourType);
 
@@ -154,14 +159,16 @@ PointModel& insertPoint(Edit& edit, ContourModel& contour, const PointValues& va
 void removePoint(Edit& edit, PointModel& point);
 // `whole`: fields without a value take their initial value; else they stay as they are.
 void writePoint(Edit& edit, PointModel& point, PointValues values, bool whole, double time, int view);
+// Ends the links of all that follow the point, but for followers that leave with it; they stay where they are.
+void releaseFollowers(Edit& edit, PointModel& point, const std::function<bool(const PointModel&)>& leaves);
 void setMaster(Edit& edit, PointModel& point, PointModel* master, const Knob::Context& context, bool lockTangents);
 
 // ---- Changing single values ----
 
+// Throws as checkPointValues().
+void checkValue(const Knob::Description& description, const Knob::Value& value);
 // At the time that means "not animated": sets the resting value and removes the view's keyframes.
-void setValue(Edit& edit, Knob::Branch& branch, Knob::Animation& animation, const Knob::Description& description,
-              Knob::Value value, double time, int view);
-void removeKey(Edit& edit, Knob::Branch& branch, Knob::Animation& animation, const Knob::Description& description,
-               double time, int view);
+void setValue(Edit& edit, Knob::Animation& animation, Knob::Value value, double time, int view);
+void removeKey(Edit& edit, Knob::Animation& animation, double time, int view);
 
 } // namespace Stratum

@@ -17,6 +17,7 @@
 namespace Stratum {
 
 class ContourModel;
+class GroupModel;
 class LayerModel;
 
 // What layers and groups have in common.
@@ -40,11 +41,8 @@ private:
     const unsigned int m_id;
 };
 
-// What can be animated of a layer; made when it is first asked for.
-struct LayerAnimations;
-
-// The parameters of LayerAnimations::values.
-enum LayerValue { LayerOpacity, LayerBlendMode, LayerMotionModel };
+// The parameters of a layer beside its transform.
+enum LayerValue { LayerOpacity, LayerBlendMode, LayerMotionModel, LayerValueCount };
 
 // Where the track has carried the surface: top left, top right, bottom right, bottom left.
 using Corners = std::array<Knob::Value, 4>;
@@ -55,6 +53,22 @@ struct TrackKey
     double time;
     Corners corners;
 };
+
+// What can be animated of a layer, and the branches below its own.
+struct LayerAnimations
+{
+    explicit LayerAnimations(LayerModel& layer);
+
+    std::array<Knob::Animation, LayerValueCount> values;
+    std::array<Knob::Animation, 8> corners; // corner0_x, corner0_y, corner1_x ...
+    Knob::TableBranch transform;
+    std::unique_ptr<Knob::Branch> contours;
+};
+
+// What the tables say of each.
+const Knob::Description& description(LayerValue value);
+const Knob::Description& cornerDescription(std::size_t index);
+const Knob::Description& groupOpacityDescription();
 
 class LayerModel : public STRM_Layer, public TreeItem
 {
@@ -67,7 +81,9 @@ public:
 
     // STRM_BadState when the layer, or the group that holds it, is locked.
     void requireWritable() const override;
-    // Itself and the group that holds it.
+    // The group that holds it; null at the top of the project.
+    GroupModel* group() const;
+    // Visible, and not hidden by its group.
     bool shown() const;
 
     bool selected = false;
@@ -100,9 +116,8 @@ public:
     // The rectangle around the contours at the in point.
     Corners surface(int view);
 
-    QString displayName() const override { return name; }
+    QString displayName() const override;
     std::vector<Knob::Member> members() override;
-    Knob::Member member(const QString& path) override;
 
 private:
     std::unique_ptr<LayerAnimations> m_animations;
@@ -122,7 +137,10 @@ public:
 
     Knob::Value opacity(double time, int view) const;
 
-    QString displayName() const override { return name; }
+    Knob::Animation& opacityAnimation(); // made when it is first asked for
+    const Knob::Animation* opacityIfAny() const { return m_opacity.get(); }
+
+    QString displayName() const override;
     std::vector<Knob::Member> members() override;
 
 private:
@@ -153,9 +171,11 @@ public:
     // A further branch, for what the project holds beside layers (its clips). Once, when the project is made.
     void addBranch(const QString& name, Knob::Branch* branch);
 
-    // "render": of Project::render.
-    enum RenderValue { InsertOpacity, FillAlgorithm, RemoveSource, Illumination, Luminance };
+    // What Project::render works by, as the set "render".
+    enum RenderValue { InsertOpacity, FillAlgorithm, RemoveSource, Illumination, Luminance, RenderValueCount };
     Knob::Value render(RenderValue value, double time, int view) const;
+    static const Knob::Description& description(RenderValue value);
+    Knob::Animation& animation(RenderValue value);
 
 private:
     struct Branches;

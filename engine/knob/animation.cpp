@@ -1,0 +1,173 @@
+// Keyframes in order. Many keys are kept in chunks of bounded size, so that a change in the middle of a hundred
+// thousand moves a few hundred of them at most.
+#include <algorithm>
+#include <knob/animation.h>
+#include <limits>
+
+namespace Knob {
+
+namespace {
+
+constexpr std::size_t chunkSize = 512;
+
+Key place(double time, int view)
+{
+    Key key;
+    key.time = time;
+    key.view = view;
+    return key;
+}
+
+bool samePlace(const Key& a, const Key& b) { return a.view == b.view && a.time == b.time; }
+
+Value between(const Key& before, const Key& after, double time)
+{
+    const double part = (time - before.time) / (after.time - before.time);
+    return {before.value.x + (after.value.x - before.value.x) * part,
+            before.value.y + (after.value.y - before.value.y) * part};
+}
+
+} // namespace
+
+bool operator<(const Key& a, const Key& b) { return a.view != b.view ? a.view < b.view : a.time < b.time; }
+
+bool isUnanimated(double time) { return time == 4294967295.0 || time == 4294967296.0; }
+
+std::size_t Animation::keyCount() const
+{
+    std::size_t count = m_single ? 1 : 0;
+    if (m_chunks)
+        for (const Chunk& chunk : *m_chunks)
+            count += chunk.size();
+    return count;
+}
+
+bool Animation::animated(int view) const
+{
+    if (m_single)
+        return m_single->view == view;
+    if (!m_chunks)
+        return false;
+    const Key* first = neighbours(place(-std::numeric_limits<double>::infinity(), view)).after;
+    return first && first->view == view;
+}
+
+// The chunk that holds the place, or would: the last that does not begin after it, or the first.
+std::vector<Animation::Chunk>::iterator Animation::chunkFor(const Key& place)
+{
+    const auto after = std::upper_bound(m_chunks->begin(), m_chunks->end(), place,
+                                        [](const Key& key, const Chunk& chunk) { return key < chunk.front(); });
+    return after == m_chunks->begin() ? after : after - 1;
+}
+
+Animation::Neighbours Animation::neighbours(const Key& place) const
+{
+    Neighbours found;
+    if (m_single)
+        (place < *m_single ? found.after : found.before) = &*m_single;
+    if (!m_chunks)
+        return found;
+    const auto chunk = const_cast<Animation*>(this)->chunkFor(place);
+    const auto after = std::upper_bound(chunk->begin(), chunk->end(), place);
+    if (after != chunk->begin())
+        found.before = &*(after - 1);
+    if (after != chunk->end())
+        found.after = &*after;
+    else if (chunk + 1 != m_chunks->end())
+        found.after = &(chunk + 1)->front();
+    return found;
+}
+
+Value Animation::at(double time, int view, int hero, bool interpolated) const
+{
+    if (!animated() || isUnanimated(time))
+        return m_rest;
+    Neighbours found = neighbours(place(time, view));
+    if (found.before && found.before->view != view)
+        found.before = nullptr;
+    if (found.after && found.after->view != view)
+        found.after = nullptr;
+    if (!found.before && !found.after)
+        return view == hero ? m_rest : at(time, hero, hero, interpolated);
+    if (!found.before)
+        return found.after->value;
+    if (!found.after || !interpolated)
+        return found.before->value;
+    return between(*found.before, *found.after, time);
+}
+
+const Key* Animation::key(double time, int view) const
+{
+    const Key wanted = place(time, view);
+    const Key* found = neighbours(wanted).before;
+    return found && samePlace(*found, wanted) ? found : nullptr;
+}
+
+std::optional<Value> Animation::setKey(double time, int view, Value value)
+{
+    Key added = place(time, view);
+    added.value = value;
+    if (Key* known = const_cast<Key*>(key(time, view))) {
+        std::swap(known->value, value);
+        return value;
+    }
+    if (!m_single && !m_chunks) {
+        m_single = added;
+        return std::nullopt;
+    }
+    if (!m_chunks) {
+        m_chunks = std::make_unique<std::vector<Chunk>>(1, Chunk{*m_single});
+        m_single.reset();
+    }
+    const auto chunk = chunkFor(added);
+    chunk->insert(std::upper_bound(chunk->begin(), chunk->end(), added), added);
+    if (chunk->size() > chunkSize) {
+        // Keys mostly come in order: a full chunk at the end is left full, and the next begins with its last key.
+        const bool atEnd = chunk + 1 == m_chunks->end() && !(added < chunk->back());
+        const auto middle = atEnd ? chunk->end() - 1 : chunk->begin() + static_cast<std::ptrdiff_t>(chunk->size() / 2);
+        Chunk rest(middle, chunk->end());
+        chunk->erase(middle, chunk->end());
+        m_chunks->insert(chunk + 1, std::move(rest));
+    }
+    return std::nullopt;
+}
+
+std::optional<Value> Animation::removeKey(double time, int view)
+{
+    const Key* found = key(time, view);
+    if (!found)
+        return std::nullopt;
+    const Value value = found->value;
+    if (m_single) {
+        m_single.reset();
+        return value;
+    }
+    const auto chunk = chunkFor(*found);
+    chunk->erase(chunk->begin() + (found - chunk->data()));
+    if (chunk->empty())
+        m_chunks->erase(chunk);
+    if (m_chunks->size() == 1 && m_chunks->front().size() == 1) {
+        m_single = m_chunks->front().front();
+        m_chunks.reset();
+    }
+    return value;
+}
+
+std::vector<Key> Animation::keys() const
+{
+    std::vector<Key> all;
+    forEachKey([&all](const Key& key) { all.push_back(key); });
+    return all;
+}
+
+std::vector<Key> Animation::keys(int view) const
+{
+    std::vector<Key> found;
+    forEachKey([&](const Key& key) {
+        if (key.view == view)
+            found.push_back(key);
+    });
+    return found;
+}
+
+} // namespace Knob

@@ -1,0 +1,115 @@
+// The manager, and the two ways to hold its lock.
+#include <QCoreApplication>
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <stratum/exception.h>
+#include <stratum/manager.h>
+#include <stratum/tree.h>
+
+STRM_ProjectManager::STRM_ProjectManager()
+    : m_root(boost::make_shared<Stratum::RootModel>()),
+      m_parameters(std::make_unique<Stratum::ProjectParameters>(*this))
+{
+    settings.views.push_back({QString::fromLatin1("Main"), QString::fromLatin1("M"), {1, 1, 1}});
+}
+
+STRM_ProjectManager::~STRM_ProjectManager() = default;
+
+boost::shared_ptr<STRM_ProjectManager> STRM_ProjectManager::create()
+{
+    return boost::shared_ptr<STRM_ProjectManager>(new STRM_ProjectManager);
+}
+
+boost::shared_ptr<STRM_ProjectManager> STRM_ProjectManager::createDetached()
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = create();
+    manager->history.keepNothing();
+    return manager;
+}
+
+void STRM_ProjectManager::announce(const Stratum::Notices& notices)
+{
+    Stratum::Listener* listener = m_listener.load(std::memory_order_acquire);
+    if (listener && !notices.empty())
+        listener->announce(notices);
+}
+
+boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer()
+{
+    m_layers.push_back(boost::make_shared<Stratum::LayerModel>(*this, m_lastId + 1));
+    ++m_lastId;
+    return m_layers.back();
+}
+
+boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup()
+{
+    m_groups.push_back(boost::make_shared<Stratum::GroupModel>(*this, m_lastId + 1));
+    ++m_lastId;
+    return m_groups.back();
+}
+
+namespace {
+
+// Ids grow with the place.
+template <class Model>
+Model* presentWithId(const std::vector<boost::shared_ptr<Model>>& items, unsigned int id)
+{
+    const auto found = std::lower_bound(items.begin(), items.end(), id,
+                                        [](const auto& item, unsigned int id) { return item->id() < id; });
+    return found != items.end() && (*found)->id() == id && (*found)->present() ? found->get() : nullptr;
+}
+
+} // namespace
+
+Stratum::LayerModel* STRM_ProjectManager::findLayer(unsigned int id) const { return presentWithId(m_layers, id); }
+
+Stratum::GroupModel* STRM_ProjectManager::findGroup(unsigned int id) const { return presentWithId(m_groups, id); }
+
+int STRM_ProjectManager::resolveView(int id) const
+{
+    if (id == -1)
+        return settings.heroView;
+    if (id >= 0 && static_cast<std::size_t>(id) < settings.views.size())
+        return id;
+    const QString message = QString::fromLatin1("view %1 does not exist: the project has %2")
+                                .arg(static_cast<unsigned int>(id))
+                                .arg(settings.views.size());
+    throw STRM_OutOfRange(__FILE__, __LINE__, message, message);
+}
+
+std::mutex& modelMutex(STRM_ProjectManager& manager) { return manager.m_mutex; }
+
+namespace Stratum {
+
+void throwInvalidObject()
+{
+    const QString message = QCoreApplication::translate("PyHandle", "Invalid object");
+    throw STRM_BadState(__FILE__, __LINE__, message, message);
+}
+
+Edit::Edit(STRM_ProjectManager& manager) : m_manager(manager), m_lock(modelMutex(manager)) {}
+
+Edit::~Edit()
+{
+    if (m_lock.owns_lock()) {
+        Notices nothingHappened;
+        takeBackTo(m_changes, 0, nothingHappened);
+    }
+}
+
+void Edit::perform(std::unique_ptr<Change> change)
+{
+    m_notices.add(change->notices());
+    m_changes.push_back(std::move(change));
+    m_changes.back()->make();
+}
+
+void Edit::commit()
+{
+    m_manager.history.record(std::move(m_changes), m_notices);
+    m_changes.clear();
+    m_lock.unlock();
+    m_manager.announce(m_notices);
+}
+
+} // namespace Stratum

@@ -1,0 +1,351 @@
+// What can be animated of the project, its groups, layers, contours and points: the tables, and the branches by which
+// the tree reaches them.
+#include <QCoreApplication>
+#include <stratum/enumerations.h>
+#include <stratum/shapes.h>
+#include <stratum/tree.h>
+
+namespace Stratum {
+
+namespace {
+
+using Knob::Description;
+using Knob::Kind;
+using Knob::Member;
+
+constexpr double farAway = 1e9; // pixels: no coordinate of footage, and far from where arithmetic ends
+
+constexpr Description number(const char* name, const char* displayName, double initial, double lowest, double highest)
+{
+    return {name, displayName, Kind::Number, {initial, 0}, lowest, highest, nullptr, true};
+}
+
+constexpr Description flag(const char* name, const char* displayName, bool initial)
+{
+    return {name, displayName, Kind::Flag, {initial ? 1.0 : 0.0, 0}, 0, 1, nullptr, true};
+}
+
+constexpr Description choice(const char* name, const char* displayName, const char* enumeration, int initial, int last)
+{
+    return {name, displayName, Kind::Enumeration, {double(initial), 0}, 0, double(last), enumeration, true};
+}
+
+constexpr Description place(const char* name, const char* displayName)
+{
+    return {name, displayName, Kind::Point, {}, -farAway, farAway, nullptr, true};
+}
+
+constexpr Description readOnly(Description description)
+{
+    description.writable = false;
+    return description;
+}
+
+constexpr Description layerTable[] = {
+    number("opacity", QT_TRANSLATE_NOOP("Parameter", "Opacity"), 1, 0, 1),
+    choice("blend_mode", QT_TRANSLATE_NOOP("Parameter", "Blend mode"), "VX_BlendMode", VX_BlendAdd, VX_BlendIntersect),
+    choice("motion_model", QT_TRANSLATE_NOOP("Parameter", "Motion model"), "TrackModel", TrackPerspective,
+           TrackPerspective),
+};
+
+constexpr Description cornerTable[] = {
+    number("corner0_x", QT_TRANSLATE_NOOP("Parameter", "Top left x"), 0, -farAway, farAway),
+    number("corner0_y", QT_TRANSLATE_NOOP("Parameter", "Top left y"), 0, -farAway, farAway),
+    number("corner1_x", QT_TRANSLATE_NOOP("Parameter", "Top right x"), 1, -farAway, farAway),
+    number("corner1_y", QT_TRANSLATE_NOOP("Parameter", "Top right y"), 0, -farAway, farAway),
+    number("corner2_x", QT_TRANSLATE_NOOP("Parameter", "Bottom right x"), 1, -farAway, farAway),
+    number("corner2_y", QT_TRANSLATE_NOOP("Parameter", "Bottom right y"), 1, -farAway, farAway),
+    number("corner3_x", QT_TRANSLATE_NOOP("Parameter", "Bottom left x"), 0, -farAway, farAway),
+    number("corner3_y", QT_TRANSLATE_NOOP("Parameter", "Bottom left y"), 1, -farAway, farAway),
+};
+
+constexpr Description groupOpacity = number("opacity", QT_TRANSLATE_NOOP("Parameter", "Opacity"), 1, 0, 1);
+
+constexpr Description renderTable[] = {
+    number("insert_opacity", QT_TRANSLATE_NOOP("Parameter", "Insert opacity"), 1, 0, 1),
+    choice("fill_algorithm", QT_TRANSLATE_NOOP("Parameter", "Fill algorithm"), "VX_FILL_ALGORITHM",
+           VX_FILL_NEAREST_FRAME, VX_FILL_BLEND_FRAMES),
+    choice("remove_source", QT_TRANSLATE_NOOP("Parameter", "Remove source"), "VX_REMOVESOURCE_MODE",
+           VX_REMOVESOURCE_BOTH, VX_REMOVESOURCE_BOTH),
+    choice("illumination_model", QT_TRANSLATE_NOOP("Parameter", "Illumination model"), "VX_ILLUMINATION_MODEL",
+           VX_ILLUMINATION_NONE, VX_ILLUMINATION_GAIN_OFFSET),
+    choice("luminance_model", QT_TRANSLATE_NOOP("Parameter", "Luminance model"), "VX_LUMINANCE_MODEL",
+           VX_LUMINANCE_REC709, VX_LUMINANCE_MAXIMUM),
+};
+
+constexpr Description contourTable[] = {
+    readOnly(choice("type", QT_TRANSLATE_NOOP("Parameter", "Type"), "VX_CONTOUR_TYPE", 0, VX_CONTOUR_BEZIER)),
+    number("edge_width", QT_TRANSLATE_NOOP("Parameter", "Edge width"), 0, -farAway, farAway),
+};
+
+constexpr Description activeField = flag("active", QT_TRANSLATE_NOOP("Parameter", "Active"), true);
+constexpr Description cornerField = flag("corner", QT_TRANSLATE_NOOP("Parameter", "Corner"), false);
+constexpr Description xField = number("x", QT_TRANSLATE_NOOP("Parameter", "X"), 0, -farAway, farAway);
+constexpr Description yField = number("y", QT_TRANSLATE_NOOP("Parameter", "Y"), 0, -farAway, farAway);
+constexpr Description edgeWidthField =
+    number("edge_width", QT_TRANSLATE_NOOP("Parameter", "Edge width"), 0, -farAway, farAway);
+constexpr Description edgeAngleField =
+    number("edge_angle_ratio", QT_TRANSLATE_NOOP("Parameter", "Edge angle ratio"), 0, 0, 1);
+
+constexpr Description bezierTable[] = {
+    activeField,
+    cornerField,
+    xField,
+    yField,
+    edgeWidthField,
+    edgeAngleField,
+    place("handle_offset_backward", QT_TRANSLATE_NOOP("Parameter", "Backward tangent")),
+    place("handle_offset_forward", QT_TRANSLATE_NOOP("Parameter", "Forward tangent")),
+};
+
+constexpr Description xSplineTable[] = {
+    activeField,
+    cornerField,
+    xField,
+    yField,
+    edgeWidthField,
+    edgeAngleField,
+    number("weight", QT_TRANSLATE_NOOP("Parameter", "Weight"), 0, -1, 1),
+};
+
+Member leaf(const Description& description, Knob::Animation& animation)
+{
+    return {QString::fromLatin1(description.name), nullptr, &animation, &description};
+}
+
+Member set(const QString& name, Knob::Branch& branch) { return {name, &branch, nullptr, nullptr}; }
+
+Member set(unsigned int id, Knob::Branch& branch) { return set(QString::number(id), branch); }
+
+// A number as names have it: without a sign, a blank or a leading zero.
+bool isId(const QString& name, unsigned int& id)
+{
+    bool valid = false;
+    id = name.toUInt(&valid);
+    return valid && QString::number(id) == name;
+}
+
+class ContoursBranch : public Knob::NamedBranch
+{
+public:
+    explicit ContoursBranch(LayerModel& layer)
+        : NamedBranch(layer, QT_TRANSLATE_NOOP("Parameter", "Contours")), m_layer(layer)
+    {}
+
+    std::vector<Member> members() override
+    {
+        std::vector<Member> members;
+        for (ContourModel* contour : m_layer.contours)
+            members.push_back(set(contour->id(), *contour));
+        return members;
+    }
+
+private:
+    LayerModel& m_layer;
+};
+
+class LayersBranch : public Knob::NamedBranch
+{
+public:
+    LayersBranch(STRM_ProjectManager& manager, const Branch& owner)
+        : NamedBranch(owner, QT_TRANSLATE_NOOP("Parameter", "Layers")), m_manager(manager)
+    {}
+
+    std::vector<Member> members() override
+    {
+        std::vector<Member> members;
+        for (LayerModel* layer : allLayers(m_manager))
+            members.push_back(set(layer->id(), *layer));
+        return members;
+    }
+    Member member(const QString& name) override
+    {
+        unsigned int id;
+        LayerModel* layer = isId(name, id) ? m_manager.findLayer(id) : nullptr;
+        return layer ? set(name, *layer) : Member();
+    }
+
+private:
+    STRM_ProjectManager& m_manager;
+};
+
+class GroupsBranch : public Knob::NamedBranch
+{
+public:
+    GroupsBranch(STRM_ProjectManager& manager, const Branch& owner)
+        : NamedBranch(owner, QT_TRANSLATE_NOOP("Parameter", "Groups")), m_manager(manager)
+    {}
+
+    std::vector<Member> members() override
+    {
+        std::vector<Member> members;
+        for (GroupModel* group : allGroups(m_manager))
+            members.push_back(set(group->id(), *group));
+        return members;
+    }
+    Member member(const QString& name) override
+    {
+        unsigned int id;
+        GroupModel* group = isId(name, id) ? m_manager.findGroup(id) : nullptr;
+        return group ? set(name, *group) : Member();
+    }
+
+private:
+    STRM_ProjectManager& m_manager;
+};
+
+} // namespace
+
+const Description& description(LayerValue value) { return layerTable[value]; }
+
+const Description& cornerDescription(std::size_t index) { return cornerTable[index]; }
+
+const Description& groupOpacityDescription() { return groupOpacity; }
+
+const Description* pointDescriptions(int contourType)
+{
+    return contourType == VX_CONTOUR_BEZIER ? bezierTable : xSplineTable;
+}
+
+std::size_t pointFieldCount(int contourType)
+{
+    return contourType == VX_CONTOUR_BEZIER ? std::size(bezierTable) : std::size(xSplineTable);
+}
+
+const Description& contourDescription(std::size_t index) { return contourTable[index]; }
+
+// ---- Layers and groups ----
+
+LayerAnimations::LayerAnimations(LayerModel& layer)
+    : transform(layer, QT_TRANSLATE_NOOP("Parameter", "Transform"), cornerTable, corners.data()),
+      contours(std::make_unique<ContoursBranch>(layer))
+{
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i].setRest(layerTable[i].initial);
+    for (std::size_t i = 0; i < corners.size(); ++i)
+        corners[i].setRest(cornerTable[i].initial);
+}
+
+std::vector<Member> LayerModel::members()
+{
+    LayerAnimations& all = animations();
+    std::vector<Member> members;
+    for (std::size_t i = 0; i < all.values.size(); ++i)
+        members.push_back(leaf(layerTable[i], all.values[i]));
+    members.push_back(set(QString::fromLatin1("transform"), all.transform));
+    members.push_back(set(QString::fromLatin1("contours"), *all.contours));
+    return members;
+}
+
+QString LayerModel::displayName() const
+{
+    const Reading lock(manager());
+    return name;
+}
+
+std::vector<Member> GroupModel::members() { return {leaf(groupOpacity, opacityAnimation())}; }
+
+QString GroupModel::displayName() const
+{
+    const Reading lock(manager());
+    return name;
+}
+
+// ---- Contours and points ----
+
+std::vector<Member> ContourModel::members()
+{
+    std::vector<Member> members;
+    for (std::size_t i = 0; i < settings.size(); ++i)
+        members.push_back(leaf(contourTable[i], settings[i]));
+    for (PointModel* point : points)
+        members.push_back(set(point->id(), *point));
+    return members;
+}
+
+Member ContourModel::member(const QString& name)
+{
+    for (std::size_t i = 0; i < settings.size(); ++i)
+        if (name == QLatin1String(contourTable[i].name))
+            return leaf(contourTable[i], settings[i]);
+    unsigned int id;
+    PointModel* point = isId(name, id) ? find(id) : nullptr;
+    return point && point->present() ? set(name, *point) : Member();
+}
+
+QString ContourModel::displayName() const
+{
+    return Knob::translated(type() == VX_CONTOUR_BEZIER ? QT_TRANSLATE_NOOP("Parameter", "Bezier contour")
+                                                        : QT_TRANSLATE_NOOP("Parameter", "X-spline contour"));
+}
+
+std::vector<Member> PointModel::members()
+{
+    const int type = contourModel().type();
+    const Description* table = pointDescriptions(type);
+    std::vector<Member> members;
+    for (std::size_t i = 0; i < pointFieldCount(type); ++i)
+        members.push_back(leaf(table[i], fields[i]));
+    return members;
+}
+
+QString PointModel::displayName() const
+{
+    return Knob::translated(QT_TRANSLATE_NOOP("Parameter", "Point %1")).arg(id());
+}
+
+// ---- The project ----
+
+struct ProjectParameters::Branches
+{
+    Branches(STRM_ProjectManager& manager, const ProjectParameters& owner)
+        : manager(manager), render(owner, QT_TRANSLATE_NOOP("Parameter", "Render"), renderTable, renderValues.data()),
+          layers(manager, owner), groups(manager, owner)
+    {
+        for (std::size_t i = 0; i < renderValues.size(); ++i)
+            renderValues[i].setRest(renderTable[i].initial);
+    }
+
+    STRM_ProjectManager& manager;
+    std::array<Knob::Animation, RenderValueCount> renderValues;
+    Knob::TableBranch render;
+    LayersBranch layers;
+    GroupsBranch groups;
+    std::vector<Member> further;
+};
+
+ProjectParameters::ProjectParameters(STRM_ProjectManager& manager)
+    : m_branches(std::make_unique<Branches>(manager, *this))
+{}
+
+ProjectParameters::~ProjectParameters() = default;
+
+bool ProjectParameters::present() const { return m_branches->manager.isOpen(); }
+
+QString ProjectParameters::displayName() const { return Knob::translated(QT_TRANSLATE_NOOP("Parameter", "Project")); }
+
+std::vector<Member> ProjectParameters::members()
+{
+    std::vector<Member> members{set(QString::fromLatin1("render"), m_branches->render),
+                                set(QString::fromLatin1("layers"), m_branches->layers),
+                                set(QString::fromLatin1("groups"), m_branches->groups)};
+    members.insert(members.end(), m_branches->further.begin(), m_branches->further.end());
+    return members;
+}
+
+void ProjectParameters::addBranch(const QString& name, Knob::Branch* branch)
+{
+    m_branches->further.push_back(set(name, *branch));
+}
+
+Knob::Value ProjectParameters::render(RenderValue value, double time, int view) const
+{
+    return m_branches->renderValues[value].at(time, view, m_branches->manager.settings.heroView,
+                                              renderTable[value].interpolated());
+}
+
+const Description& ProjectParameters::description(RenderValue value) { return renderTable[value]; }
+
+Knob::Animation& ProjectParameters::animation(RenderValue value) { return m_branches->renderValues[value]; }
+
+} // namespace Stratum

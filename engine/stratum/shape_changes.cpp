@@ -1,0 +1,501 @@
+// Changes of contours, points and values; all as parts of an edit.
+#include "key_edits.h"
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <cmath>
+#include <set>
+#include <stratum/exception.h>
+#include <stratum/shapes.h>
+#include <utility>
+
+namespace Stratum {
+
+namespace {
+
+constexpr double beforeAllTimes = -4294967295.0;
+
+using Place = std::pair<int, double>; // view and time
+
+bool isZero(const Knob::Value& value) { return value.x == 0 && value.y == 0; }
+
+void putAll(KeyEdits& edits, PointModel& point, const PointValues& values, double time, int view)
+{
+    const int type = point.contourModel().type();
+    for (std::size_t i = 0; i < pointFieldCount(type); ++i)
+        if (values.fields[i])
+            addValue(edits, point.fields[i], time, view, *values.fields[i]);
+}
+
+PointValues completed(int type, PointValues values)
+{
+    for (std::size_t i = 0; i < pointFieldCount(type); ++i)
+        if (!values.fields[i])
+            values.fields[i] = pointDescriptions(type)[i].initial;
+    return values;
+}
+
+// Puts a point into its contour's order, or takes it out.
+void placePoint(PointModel& point, std::size_t index)
+{
+    ContourModel& contour = point.contourModel();
+    contour.points.insert(contour.points.begin() + static_cast<std::ptrdiff_t>(index), &point);
+    point.setPresent(true);
+}
+
+void displacePoint(PointModel& point)
+{
+    ContourModel& contour = point.contourModel();
+    contour.points.erase(std::find(contour.points.begin(), contour.points.end(), &point));
+    point.setPresent(false);
+}
+
+void placeContour(ContourModel& contour, std::size_t index)
+{
+    auto& contours = contour.layer().contours;
+    contours.insert(contours.begin() + static_cast<std::ptrdiff_t>(index), &contour);
+    contour.setPresent(true);
+}
+
+void displaceContour(ContourModel& contour)
+{
+    auto& contours = contour.layer().contours;
+    contours.erase(std::find(contours.begin(), contours.end(), &contour));
+    contour.setPresent(false);
+}
+
+void refuseValue(const Knob::Description& description, double value)
+{
+    const QString name = QString::fromLatin1(description.name);
+    if (!std::isfinite(value)) {
+        const QString message = QString::fromLatin1("%1: %2 is not a finite number").arg(name).arg(value);
+        throw STRM_BadArgument(__FILE__, __LINE__, message, message);
+    }
+    if (value < description.lowest || value > description.highest) {
+        const QString message = QString::fromLatin1("%1: %2 is not from %3 to %4")
+                                    .arg(name)
+                                    .arg(value)
+                                    .arg(description.lowest)
+                                    .arg(description.highest);
+        throw STRM_OutOfRange(__FILE__, __LINE__, message, message);
+    }
+}
+
+} // namespace
+
+void checkValue(const Knob::Description& description, const Knob::Value& value)
+{
+    refuseValue(description, value.x);
+    if (description.kind == Knob::Kind::Point)
+        refuseValue(description, value.y);
+}
+
+void checkPointValues(int contourType, const PointValues& values)
+{
+    for (std::size_t i = 0; i < pointFieldCount(contourType); ++i)
+        if (values.fields[i])
+            checkValue(pointDescriptions(contourType)[i], *values.fields[i]);
+}
+
+// ---- Contours ----
+
+ContourModel& addContour(Edit& edit, LayerModel& layer, int type, const std::vector<PointValues>& points, double time,
+                         int view)
+{
+    const unsigned int id = layer.allContours.empty() ? 0 : layer.allContours.back()->id() + 1;
+    layer.allContours.push_back(boost::make_shared<ContourModel>(layer, type, id));
+    ContourModel& contour = *layer.allContours.back();
+    contour.setPresent(false);
+    contour.points.reserve(points.size());
+    KeyEdits first;
+    for (const PointValues& values : points) {
+        PointModel& point = contour.makePoint(contour.nextPointId);
+        contour.points.push_back(&point);
+        putAll(first, point, completed(type, values), time, view);
+    }
+    // Nobody sees the points before the contour is there: what undo takes back is the contour.
+    first.make();
+    const std::size_t index = layer.contours.size();
+    edit.perform(change([&contour, index] { placeContour(contour, index); }, [&contour] { displaceContour(contour); }));
+    return contour;
+}
+
+void removeContour(Edit& edit, ContourModel& contour)
+{
+    for (PointModel* point : contour.points)
+        releaseFollowers(edit, *point, [&](const PointModel& other) { return &other.contourModel() == &contour; });
+    const auto& contours = contour.layer().contours;
+    const auto index =
+        static_cast<std::size_t>(std::find(contours.begin(), contours.end(), &contour) - contours.begin());
+    edit.perform(change([&contour] { displaceContour(contour); }, [&contour, index] { placeContour(contour, index); }));
+}
+
+// ---- Points ----
+
+namespace {
+
+// When a point moves: its own keyframes and its masters'.
+void collectPlaces(const PointModel& point, std::initializer_list<PointField> fields, std::set<Place>& places)
+{
+    for (const PointModel* part = &point; part; part = part->masterModel())
+        for (const PointField field : fields)
+            part->fields[field].forEachKey([&places](const Knob::Key& key) { places.insert({key.view, key.time}); });
+}
+
+// Views without keyframes of their own for one of several values answer the hero view's: whatever is written for such a
+// view is written at the hero view's times as well.
+void addHeroTimes(std::set<Place>& places, int hero)
+{
+    std::set<int> views;
+    std::vector<double> times;
+    for (const Place& place : places) {
+        views.insert(place.first);
+        if (place.first == hero)
+            times.push_back(place.second);
+    }
+    for (const int view : views)
+        for (const double time : times)
+            places.insert({view, time});
+}
+
+std::set<Place> placesOf(const std::vector<const PointModel*>& points, bool bezier)
+{
+    std::set<Place> places;
+    for (const PointModel* point : points) {
+        if (bezier)
+            collectPlaces(*point, {PointX, PointY, PointHandleBackward, PointHandleForward}, places);
+        else
+            collectPlaces(*point, {PointX, PointY, PointWeight}, places);
+    }
+    addHeroTimes(places, points.front()->contourModel().manager().settings.heroView);
+    return places;
+}
+
+// Where a new point goes: the active points beside it and one further on each side, as many as there are, in order.
+// They alone decide the shape there.
+struct Gap
+{
+    std::vector<const PointModel*> around;
+
+    std::size_t segment() const { return around.size() > 2 ? 1 : 0; }
+    Curve curve(int type, double time, int view) const
+    {
+        Curve curve;
+        curve.type = type;
+        for (const PointModel* point : around)
+            curve.points.push_back(point->state(time, view));
+        return curve;
+    }
+};
+
+Gap gapAt(const ContourModel& contour, std::size_t index, double time, int view)
+{
+    const std::vector<PointModel*>& points = contour.points;
+    const std::size_t count = points.size();
+    const auto active = [&](std::size_t place) { return points[place]->ownValue(PointActive, time, view).x != 0; };
+    std::vector<const PointModel*> back, ahead;
+    for (std::size_t i = 1; i <= count && back.size() < 2; ++i)
+        if (active((index + count - i) % count))
+            back.push_back(points[(index + count - i) % count]);
+    for (std::size_t i = 0; i < count && ahead.size() < 2; ++i)
+        if (active((index + i) % count))
+            ahead.push_back(points[(index + i) % count]);
+    if (back.empty())
+        return {};
+    if (back[0] == ahead[0])
+        return {{back[0]}};
+    if (back[1] == ahead[0])
+        return {{back[0], ahead[0]}};
+    if (back[1] == ahead[1])
+        return {{back[1], back[0], ahead[0]}};
+    return {{back[1], back[0], ahead[0], ahead[1]}};
+}
+
+// The values of a new point at one time, as they follow from the curve.
+void putOnCurve(PointValues& values, const Split& split, bool bezier)
+{
+    const auto choose = [&values](PointField field, Knob::Value value) {
+        if (!values.fields[field])
+            values.fields[field] = value;
+    };
+    choose(PointActive, {1, 0});
+    choose(PointCorner, {0, 0});
+    choose(PointX, {split.point.x, 0});
+    choose(PointY, {split.point.y, 0});
+    choose(PointEdgeWidth, {split.point.edgeWidth, 0});
+    choose(PointEdgeAngleRatio, {split.point.edgeAngleRatio, 0});
+    if (bezier) {
+        choose(PointHandleBackward, split.point.backward);
+        choose(PointHandleForward, split.point.forward);
+    } else {
+        choose(PointWeight, {split.point.weight, 0});
+    }
+}
+
+// The tangents beside a new point become shorter at all times, which keeps the shape at all times: what a curve is cut
+// into at a fixed parameter moves as linearly between keyframes as the curve's points do.
+void shorten(KeyEdits& edits, PointModel& point, PointField field, double factor)
+{
+    Knob::Animation& handle = point.fields[field];
+    const auto shorter = [factor](const Knob::Value& value) { return Knob::Value{value.x * factor, value.y * factor}; };
+    if (!isZero(handle.rest()))
+        edits.setRest(handle, shorter(handle.rest()));
+    handle.forEachKey([&](const Knob::Key& key) {
+        if (!isZero(key.value))
+            edits.set(handle, key.time, key.view, shorter(key.value));
+    });
+}
+
+class Insertion
+{
+public:
+    Insertion(ContourModel& contour, PointValues given, std::size_t index, double time, int view)
+        : m_contour(contour), m_given(std::move(given)), m_gap(gapAt(contour, index, time, view)), m_time(time),
+          m_view(view), m_bezier(contour.type() == VX_CONTOUR_BEZIER)
+    {}
+
+    // Writes the new point's keyframes, and what its neighbours need.
+    void write(KeyEdits& edits, PointModel& point)
+    {
+        if (m_gap.around.empty()) {
+            putAll(edits, point, completed(m_contour.type(), m_given), m_time, m_view);
+            return;
+        }
+        const Curve curve = m_gap.curve(m_contour.type(), m_time, m_view);
+        if (m_given.fields[PointX] && m_given.fields[PointY])
+            m_parameter = nearest(curve, m_gap.segment(), m_given.fields[PointX]->x, m_given.fields[PointY]->x);
+        writeAlong(edits, point, split(curve, m_gap.segment(), m_parameter));
+        if (m_bezier && !m_given.fields[PointHandleBackward] && !m_given.fields[PointHandleForward])
+            shortenNeighbours(edits);
+    }
+
+private:
+    // A point that is put beside the curve keeps its distance from it while the curve moves.
+    void writeAlong(KeyEdits& edits, PointModel& point, const Split& here)
+    {
+        PointValues now = m_given;
+        putOnCurve(now, here, m_bezier);
+        const double offsetX = now.fields[PointX]->x - here.point.x, offsetY = now.fields[PointY]->x - here.point.y;
+        for (const auto& [view, time] : placesOf(m_gap.around, m_bezier)) {
+            const Curve curve = m_gap.curve(m_contour.type(), time, view);
+            const CurveVertex place = evaluate(curve, m_gap.segment(), m_parameter);
+            edits.set(point.fields[PointX], time, view, Knob::Value{place.x + offsetX, 0});
+            edits.set(point.fields[PointY], time, view, Knob::Value{place.y + offsetY, 0});
+            if (!m_bezier)
+                continue;
+            const Split there = split(curve, m_gap.segment(), m_parameter);
+            if (!m_given.fields[PointHandleBackward])
+                edits.set(point.fields[PointHandleBackward], time, view, there.point.backward);
+            if (!m_given.fields[PointHandleForward])
+                edits.set(point.fields[PointHandleForward], time, view, there.point.forward);
+        }
+        putAll(edits, point, now, m_time, m_view);
+    }
+
+    void shortenNeighbours(KeyEdits& edits)
+    {
+        auto& previous = const_cast<PointModel&>(*m_gap.around[m_gap.segment()]);
+        auto& next = const_cast<PointModel&>(*m_gap.around[(m_gap.segment() + 1) % m_gap.around.size()]);
+        shorten(edits, previous, PointHandleForward, m_parameter);
+        shorten(edits, next, PointHandleBackward, 1 - m_parameter);
+    }
+
+    ContourModel& m_contour;
+    const PointValues m_given;
+    const Gap m_gap;
+    const double m_time;
+    const int m_view;
+    const bool m_bezier;
+    double m_parameter = 0.5;
+};
+
+} // namespace
+
+PointModel& insertPoint(Edit& edit, ContourModel& contour, const PointValues& values, std::size_t index, double time,
+                        int view)
+{
+    index = std::min(index, contour.points.size());
+    auto edits = std::make_unique<KeyEdits>();
+    Insertion insertion(contour, values, index, time, view);
+    PointModel& point = contour.makePoint(contour.nextPointId);
+    point.setPresent(false);
+    insertion.write(*edits, point);
+    edit.perform(std::move(edits));
+    edit.perform(change([&point, index] { placePoint(point, index); }, [&point] { displacePoint(point); }));
+    return point;
+}
+
+void removePoint(Edit& edit, PointModel& point)
+{
+    releaseFollowers(edit, point, [](const PointModel&) { return false; });
+    const auto& points = point.contourModel().points;
+    const auto index = static_cast<std::size_t>(std::find(points.begin(), points.end(), &point) - points.begin());
+    edit.perform(change([&point] { displacePoint(point); }, [&point, index] { placePoint(point, index); }));
+}
+
+namespace {
+
+// A tangent that is not set turns to stay in line with the one that is, and keeps its length.
+void keepInLine(const PointModel& point, PointValues& values, double time, int view)
+{
+    const auto& corner = values.fields[PointCorner];
+    if (corner ? corner->x != 0 : point.ownValue(PointCorner, time, view).x != 0)
+        return;
+    auto &backward = values.fields[PointHandleBackward], &forward = values.fields[PointHandleForward];
+    if (bool(backward) == bool(forward))
+        return;
+    const Knob::Value set = backward ? *backward : *forward;
+    const Knob::Value other = point.ownValue(backward ? PointHandleForward : PointHandleBackward, time, view);
+    const double length = std::hypot(set.x, set.y), otherLength = std::hypot(other.x, other.y);
+    if (length == 0 || otherLength == 0)
+        return;
+    (backward ? forward : backward) = Knob::Value{-set.x / length * otherLength, -set.y / length * otherLength};
+}
+
+} // namespace
+
+void writePoint(Edit& edit, PointModel& point, PointValues values, bool whole, double time, int view)
+{
+    const int type = point.contourModel().type();
+    if (whole)
+        values = completed(type, values);
+    // What is written is where the point shall be; its own values leave out what the master adds.
+    if (!Knob::isUnanimated(time)) {
+        const Knob::Value moved = point.displacement(time, view);
+        if (values.fields[PointX])
+            values.fields[PointX]->x -= moved.x;
+        if (values.fields[PointY])
+            values.fields[PointY]->x -= moved.y;
+        if (type == VX_CONTOUR_BEZIER) {
+            const double angle = point.turn(time, view), c = std::cos(angle), s = std::sin(angle);
+            for (const PointField field : {PointHandleBackward, PointHandleForward})
+                if (angle != 0 && values.fields[field])
+                    values.fields[field] = Knob::Value{c * values.fields[field]->x + s * values.fields[field]->y,
+                                                       c * values.fields[field]->y - s * values.fields[field]->x};
+        }
+    }
+    if (type == VX_CONTOUR_BEZIER && !whole)
+        keepInLine(point, values, time, view);
+    auto edits = std::make_unique<KeyEdits>();
+    putAll(*edits, point, values, time, view);
+    if (!edits->empty())
+        edit.perform(std::move(edits));
+}
+
+// ---- Masters ----
+
+namespace {
+
+// Both sides of a link.
+class Relink : public Change
+{
+public:
+    Relink(PointModel& point, PointModel* master, MasterLink link) : m_point(point), m_master(master), m_link(link) {}
+
+    void make() override
+    {
+        PointModel* const former = m_point.masterModel();
+        if (former) {
+            auto& followers = former->links().followers;
+            followers.erase(std::next(std::find(followers.rbegin(), followers.rend(), &m_point)).base());
+        }
+        if (m_master)
+            m_master->links().followers.push_back(&m_point);
+        std::swap(m_point.links().link, m_link);
+        m_point.setMaster(m_master);
+        m_master = former;
+    }
+    void takeBack() override { make(); }
+
+private:
+    PointModel& m_point;
+    PointModel* m_master;
+    MasterLink m_link;
+};
+
+// Writes what the master adds into the point's own keyframes, at every time at which either changes its speed.
+void keepPlace(KeyEdits& edits, PointModel& point)
+{
+    const int hero = point.contourModel().manager().settings.heroView;
+    std::set<Place> places;
+    collectPlaces(point, {PointX, PointY, PointHandleBackward, PointHandleForward}, places);
+    std::set<int> views{hero};
+    for (const Place& place : places)
+        views.insert(place.first);
+    for (const PointModel* part = &point; part->masterModel(); part = part->masterModel())
+        for (const int view : views)
+            places.insert({view, part->link()->time});
+    addHeroTimes(places, hero);
+    const bool bezier = point.contourModel().type() == VX_CONTOUR_BEZIER;
+    const bool turns = bezier && point.link()->lockTangents;
+    for (const auto& [view, time] : places) {
+        const CurvePoint state = point.state(time, view);
+        edits.set(point.fields[PointX], time, view, Knob::Value{state.x, 0});
+        edits.set(point.fields[PointY], time, view, Knob::Value{state.y, 0});
+        if (turns) {
+            edits.set(point.fields[PointHandleBackward], time, view, state.backward);
+            edits.set(point.fields[PointHandleForward], time, view, state.forward);
+        }
+    }
+}
+
+void unlink(Edit& edit, PointModel& point)
+{
+    if (!point.masterModel())
+        return;
+    auto edits = std::make_unique<KeyEdits>();
+    keepPlace(*edits, point);
+    edit.perform(std::move(edits));
+    edit.perform(std::make_unique<Relink>(point, nullptr, MasterLink()));
+}
+
+} // namespace
+
+void releaseFollowers(Edit& edit, PointModel& point, const std::function<bool(const PointModel&)>& leaves)
+{
+    if (!point.linksIfAny())
+        return;
+    for (PointModel* follower : std::vector<PointModel*>(point.linksIfAny()->followers))
+        if (follower->present() && !leaves(*follower))
+            unlink(edit, *follower);
+}
+
+void setMaster(Edit& edit, PointModel& point, PointModel* master, const Knob::Context& context, bool lockTangents)
+{
+    for (const PointModel* link = master; link; link = link->masterModel()) {
+        if (link == &point) {
+            const QString message =
+                QString::fromLatin1("master point %1: point %2 cannot follow itself, directly or not")
+                    .arg(master->id())
+                    .arg(point.id());
+            throw STRM_BadArgument(__FILE__, __LINE__, message, message);
+        }
+    }
+    unlink(edit, point);
+    if (!master)
+        return;
+    MasterLink link;
+    link.time = Knob::isUnanimated(context.time) ? beforeAllTimes : context.time;
+    link.reference = master->position(context.time, context.viewId);
+    link.lockTangents = lockTangents;
+    link.referenceAngle = master->ownAngle(context.time, context.viewId);
+    edit.perform(std::make_unique<Relink>(point, master, link));
+}
+
+// ---- Single values ----
+
+void setValue(Edit& edit, Knob::Animation& animation, Knob::Value value, double time, int view)
+{
+    auto edits = std::make_unique<KeyEdits>();
+    addValue(*edits, animation, time, view, value);
+    edit.perform(std::move(edits));
+}
+
+void removeKey(Edit& edit, Knob::Animation& animation, double time, int view)
+{
+    auto edits = std::make_unique<KeyEdits>();
+    edits->set(animation, time, view, std::nullopt);
+    edit.perform(std::move(edits));
+}
+
+} // namespace Stratum

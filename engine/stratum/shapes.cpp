@@ -1,0 +1,174 @@
+// Contours and points as they are read: fields over time, masters, curves.
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <cmath>
+#include <stratum/exception.h>
+#include <stratum/shapes.h>
+
+namespace Stratum {
+
+namespace {
+
+Knob::Value turned(const Knob::Value& value, double angle)
+{
+    if (angle == 0)
+        return value;
+    const double c = std::cos(angle), s = std::sin(angle);
+    return {c * value.x - s * value.y, s * value.x + c * value.y};
+}
+
+} // namespace
+
+// ---- Points ----
+
+PointModel::PointModel(ContourModel& contour, unsigned int id) : ControlPoint(&contour, id)
+{
+    const Knob::Description* table = pointDescriptions(contour.type());
+    for (std::size_t i = 0; i < pointFieldCount(contour.type()); ++i)
+        fields[i].setRest(table[i].initial);
+}
+
+PointModel::~PointModel() = default;
+
+ContourModel& PointModel::contourModel() const { return static_cast<ContourModel&>(*contour()); }
+
+bool PointModel::present() const { return m_present.load(std::memory_order_acquire) && contourModel().present(); }
+
+void PointModel::requirePresent() const
+{
+    if (!present() || !contourModel().manager().isOpen())
+        throwInvalidObject();
+}
+
+void PointModel::requireWritable() const { contourModel().requireWritable(); }
+
+PointModel::Links& PointModel::links()
+{
+    if (!m_links)
+        m_links = std::make_unique<Links>();
+    return *m_links;
+}
+
+Knob::Value PointModel::ownValue(PointField field, double time, int view) const
+{
+    const ContourModel& contour = contourModel();
+    return fields[field].at(time, view, contour.manager().settings.heroView,
+                            pointDescriptions(contour.type())[field].interpolated());
+}
+
+Knob::Value PointModel::displacement(double time, int view) const
+{
+    Knob::Value moved;
+    if (Knob::isUnanimated(time))
+        return moved;
+    for (const PointModel* point = this; point->masterModel() && time >= point->link()->time;
+         point = point->masterModel()) {
+        const PointModel& master = *point->masterModel();
+        moved.x += master.ownValue(PointX, time, view).x - point->link()->reference.x;
+        moved.y += master.ownValue(PointY, time, view).x - point->link()->reference.y;
+    }
+    return moved;
+}
+
+Knob::Value PointModel::position(double time, int view) const
+{
+    const Knob::Value moved = displacement(time, view);
+    return {ownValue(PointX, time, view).x + moved.x, ownValue(PointY, time, view).x + moved.y};
+}
+
+double PointModel::ownAngle(double time, int view) const
+{
+    if (contourModel().type() != VX_CONTOUR_BEZIER)
+        return 0;
+    const Knob::Value forward = ownValue(PointHandleForward, time, view);
+    if (forward.x != 0 || forward.y != 0)
+        return std::atan2(forward.y, forward.x);
+    const Knob::Value backward = ownValue(PointHandleBackward, time, view);
+    return backward.x != 0 || backward.y != 0 ? std::atan2(-backward.y, -backward.x) : 0;
+}
+
+double PointModel::turn(double time, int view) const
+{
+    double angle = 0;
+    if (Knob::isUnanimated(time))
+        return angle;
+    for (const PointModel* point = this;
+         point->masterModel() && point->link()->lockTangents && time >= point->link()->time;
+         point = point->masterModel())
+        angle += point->masterModel()->ownAngle(time, view) - point->link()->referenceAngle;
+    return angle;
+}
+
+CurvePoint PointModel::state(double time, int view) const
+{
+    CurvePoint state;
+    const Knob::Value place = position(time, view);
+    state.x = place.x;
+    state.y = place.y;
+    state.active = ownValue(PointActive, time, view).x != 0;
+    state.corner = ownValue(PointCorner, time, view).x != 0;
+    state.edgeWidth = ownValue(PointEdgeWidth, time, view).x;
+    state.edgeAngleRatio = ownValue(PointEdgeAngleRatio, time, view).x;
+    if (contourModel().type() == VX_CONTOUR_BEZIER) {
+        const double angle = turn(time, view);
+        state.backward = turned(ownValue(PointHandleBackward, time, view), angle);
+        state.forward = turned(ownValue(PointHandleForward, time, view), angle);
+    } else {
+        state.weight = ownValue(PointWeight, time, view).x;
+    }
+    return state;
+}
+
+// ---- Contours ----
+
+ContourModel::ContourModel(LayerModel& layer, int type, unsigned int id) : Contour(type), m_layer(layer), m_id(id)
+{
+    settings[0].setRest({double(type), 0});
+}
+
+ContourModel::~ContourModel() = default;
+
+void ContourModel::requirePresent() const
+{
+    if (!present() || !manager().isOpen())
+        throwInvalidObject();
+}
+
+PointModel* ContourModel::find(unsigned int id) const
+{
+    const auto found = std::lower_bound(allPoints.begin(), allPoints.end(), id,
+                                        [](const auto& point, unsigned int id) { return point->id() < id; });
+    return found != allPoints.end() && (*found)->id() == id ? found->get() : nullptr;
+}
+
+boost::shared_ptr<ControlPoint> ContourModel::pointByID(unsigned int id)
+{
+    const Reading lock(manager());
+    PointModel* point = find(id);
+    return point ? point->shared_from_this() : boost::shared_ptr<ControlPoint>();
+}
+
+PointModel& ContourModel::makePoint(unsigned int id)
+{
+    allPoints.push_back(boost::make_shared<PointModel>(*this, id));
+    nextPointId = id + 1;
+    return *allPoints.back();
+}
+
+Curve ContourModel::curve(double time, int view) const
+{
+    Curve curve;
+    curve.type = type();
+    curve.points.reserve(points.size());
+    const double wider = settings[1].at(time, view, manager().settings.heroView, true).x;
+    for (const PointModel* point : points) {
+        CurvePoint state = point->state(time, view);
+        if (!state.active)
+            continue;
+        state.edgeWidth += wider;
+        curve.points.push_back(state);
+    }
+    return curve;
+}
+
+} // namespace Stratum

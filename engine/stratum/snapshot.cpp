@@ -1,0 +1,73 @@
+// Snapshots of layers.
+#include <stratum/shapes.h>
+#include <stratum/snapshot.h>
+
+namespace Stratum {
+
+namespace {
+
+bool same(const CurvePoint& a, const CurvePoint& b)
+{
+    return a.x == b.x && a.y == b.y && a.edgeWidth == b.edgeWidth && a.edgeAngleRatio == b.edgeAngleRatio &&
+           a.corner == b.corner && a.backward == b.backward && a.forward == b.forward && a.weight == b.weight;
+}
+
+bool same(const Curve& a, const Curve& b)
+{
+    if (a.type != b.type || a.points.size() != b.points.size())
+        return false;
+    for (std::size_t i = 0; i < a.points.size(); ++i)
+        if (!same(a.points[i], b.points[i]))
+            return false;
+    return true;
+}
+
+LayerFrame frameAt(LayerModel& layer, const GroupModel* group, int frame, int view, const LayerFrame* before)
+{
+    LayerFrame result;
+    for (std::size_t i = 0; i < layer.contours.size(); ++i) {
+        Curve curve = layer.contours[i]->curve(frame, view);
+        if (before && same(*before->contours[i], curve))
+            result.contours.push_back(before->contours[i]);
+        else
+            result.contours.push_back(std::make_shared<const Curve>(std::move(curve)));
+    }
+    result.transform = layer.transform(frame, view);
+    result.opacity = layer.value(LayerOpacity, frame, view).x * (group ? group->opacity(frame, view).x : 1);
+    result.blendMode = static_cast<int>(layer.value(LayerBlendMode, frame, view).x);
+    return result;
+}
+
+} // namespace
+
+LayerSnapshot snapshot(LayerModel& layer, int firstFrame, int lastFrame, int view)
+{
+    LayerSnapshot snapshot;
+    snapshot.layer = &layer;
+    snapshot.id = layer.id();
+    snapshot.name = layer.name;
+    snapshot.matteColor = layer.matteColor;
+    snapshot.shown = layer.shown();
+    snapshot.inPoint = layer.inPoint();
+    snapshot.outPoint = layer.outPoint();
+    snapshot.motionModel = static_cast<int>(layer.value(LayerMotionModel, layer.inPoint(), view).x);
+    snapshot.clip = layer.clip;
+    snapshot.linked = layer.trackedWith;
+    snapshot.firstFrame = firstFrame;
+    const GroupModel* group = layer.group();
+    for (int frame = firstFrame; frame <= lastFrame; ++frame)
+        snapshot.frames.push_back(
+            frameAt(layer, group, frame, view, snapshot.frames.empty() ? nullptr : &snapshot.frames.back()));
+    return snapshot;
+}
+
+std::vector<std::vector<CurveVertex>> outlines(const LayerFrame& frame, double tolerance)
+{
+    std::vector<std::vector<CurveVertex>> outlines;
+    for (const auto& contour : frame.contours)
+        if (contour->points.size() > 1)
+            outlines.push_back(flatten(*contour, tolerance));
+    return outlines;
+}
+
+} // namespace Stratum

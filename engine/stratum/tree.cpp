@@ -1,0 +1,340 @@
+// Layers and groups: their places in the drawing order, their links and their tracks.
+#include "key_edits.h"
+#include "planar_transform.h"
+
+#include <algorithm>
+#include <stratum/enumerations.h>
+#include <stratum/exception.h>
+#include <stratum/shapes.h>
+#include <stratum/tree.h>
+
+namespace Stratum {
+
+TreeItem::TreeItem(STRM_ProjectManager& manager, unsigned int id, std::uint32_t weight)
+    : OrderedItem(weight), m_manager(manager), m_id(id)
+{}
+
+void TreeItem::requirePresent() const
+{
+    if (!present() || !m_manager.isOpen())
+        throwInvalidObject();
+}
+
+LayerModel::LayerModel(STRM_ProjectManager& manager, unsigned int id) : TreeItem(manager, id, 1) {}
+LayerModel::~LayerModel() = default;
+GroupModel::GroupModel(STRM_ProjectManager& manager, unsigned int id) : TreeItem(manager, id, 0) {}
+GroupModel::~GroupModel() = default;
+RootModel::RootModel() = default;
+RootModel::~RootModel() = default;
+
+GroupModel* LayerModel::group() const
+{
+    LayerGroup* parent = parentGroup();
+    return parent && parent != &manager().root() ? &model(*parent) : nullptr;
+}
+
+bool LayerModel::shown() const
+{
+    const GroupModel* const holder = group();
+    return visible && (!holder || holder->visible);
+}
+
+void LayerModel::requireWritable() const
+{
+    const GroupModel* const holder = group();
+    if (!locked && !(holder && holder->locked))
+        return;
+    const QString message = locked
+                                ? QString::fromLatin1("layer '%1' is locked").arg(name)
+                                : QString::fromLatin1("layer '%1' is locked by its group '%2'").arg(name, holder->name);
+    throw STRM_BadState(__FILE__, __LINE__, message, message);
+}
+
+unsigned int LayerModel::inPoint() const { return std::min(inFrame, outPoint()); }
+
+unsigned int LayerModel::outPoint() const { return manager().settings.length - 1; }
+
+LayerModel& LayerModel::trackSource()
+{
+    LayerModel* source = this;
+    while (source->trackedWith)
+        source = source->trackedWith;
+    return *source;
+}
+
+LayerAnimations& LayerModel::animations()
+{
+    if (!m_animations)
+        m_animations = std::make_unique<LayerAnimations>(*this);
+    return *m_animations;
+}
+
+Knob::Value LayerModel::value(LayerValue value, double time, int view) const
+{
+    const Knob::Description& entry = description(value);
+    if (!m_animations)
+        return entry.initial;
+    return m_animations->values[value].at(time, view, manager().settings.heroView, entry.interpolated());
+}
+
+bool LayerModel::tracked(int view) const
+{
+    if (!m_animations)
+        return false;
+    return std::any_of(m_animations->corners.begin(), m_animations->corners.end(),
+                       [view](const Knob::Animation& corner) { return corner.animated(view); });
+}
+
+Corners LayerModel::corners(double time, int view) const
+{
+    Corners corners;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const auto coordinate = [&](std::size_t index) {
+            return m_animations ? m_animations->corners[index].at(time, view, manager().settings.heroView, true).x
+                                : cornerDescription(index).initial.x;
+        };
+        corners[i] = {coordinate(2 * i), coordinate(2 * i + 1)};
+    }
+    return corners;
+}
+
+Lum_Matrix33 LayerModel::transform(double time, int view)
+{
+    const LayerModel& source = trackSource();
+    if (!source.tracked(view) && !source.tracked(manager().settings.heroView))
+        return Lum_Matrix33::identity();
+    return transformBetween(source.corners(inPoint(), view), source.corners(time, view));
+}
+
+Corners LayerModel::surface(int view)
+{
+    Bounds box;
+    for (const ContourModel* contour : contours) {
+        const Bounds part = bounds(contour->curve(inPoint(), view));
+        if (!part.empty) {
+            box.add(part.left, part.top);
+            box.add(part.right, part.bottom);
+        }
+    }
+    return {{{box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}}};
+}
+
+Knob::Value GroupModel::opacity(double time, int view) const
+{
+    const Knob::Description& entry = groupOpacityDescription();
+    return m_opacity ? m_opacity->at(time, view, manager().settings.heroView, true) : entry.initial;
+}
+
+Knob::Animation& GroupModel::opacityAnimation()
+{
+    if (!m_opacity)
+        m_opacity = std::make_unique<Knob::Animation>(groupOpacityDescription().initial);
+    return *m_opacity;
+}
+
+// ---- Reading the tree ----
+
+std::vector<LayerModel*> allLayers(STRM_ProjectManager& manager)
+{
+    std::vector<LayerModel*> layers;
+    layers.reserve(manager.root().items.weight());
+    for (OrderedItem* item = manager.root().items.first(); item; item = OrderedItems::next(*item)) {
+        if (auto* layer = dynamic_cast<LayerModel*>(item)) {
+            layers.push_back(layer);
+        } else {
+            for (OrderedItem* member = static_cast<GroupModel*>(item)->layers.first(); member;
+                 member = OrderedItems::next(*member))
+                layers.push_back(static_cast<LayerModel*>(member));
+        }
+    }
+    return layers;
+}
+
+std::vector<GroupModel*> allGroups(STRM_ProjectManager& manager)
+{
+    std::vector<GroupModel*> groups;
+    for (OrderedItem* item = manager.root().items.first(); item; item = OrderedItems::next(*item))
+        if (auto* group = dynamic_cast<GroupModel*>(item))
+            groups.push_back(group);
+    return groups;
+}
+
+LayerModel* layerAt(STRM_ProjectManager& manager, std::size_t index)
+{
+    const OrderedItems::Place place = manager.root().items.atWeight(index);
+    if (auto* group = dynamic_cast<GroupModel*>(place.item))
+        return static_cast<LayerModel*>(group->layers.at(place.offset));
+    return static_cast<LayerModel*>(place.item);
+}
+
+// ---- Changing it ----
+
+namespace {
+
+// Where an item is: nowhere, at the top, or in a group.
+struct Position
+{
+    LayerGroup* parent = nullptr;
+    std::size_t index = 0;
+};
+
+// Moves an item from one place to another and back.
+template <class Item>
+class Move : public Change
+{
+public:
+    Move(Item& item, Position to) : m_item(item), m_to(to) {}
+
+    void make() override
+    {
+        const Position from = leave();
+        enter(m_to);
+        m_to = from;
+    }
+    void takeBack() override { make(); }
+    Notices notices() const override { return Notices::layersChanged(); }
+
+private:
+    OrderedItems& siblings(LayerGroup& parent) const
+    {
+        RootModel& root = m_item.manager().root();
+        return &parent == &root ? root.items : model(parent).layers;
+    }
+    // The number of layers in a group is its weight among its own siblings.
+    void weigh(LayerGroup& parent)
+    {
+        RootModel& root = m_item.manager().root();
+        if (&parent == &root)
+            return;
+        GroupModel& group = model(parent);
+        root.items.setWeight(group, group.layers.size());
+    }
+    Position leave()
+    {
+        LayerGroup* parent = m_item.parentGroup();
+        if (!parent)
+            return {};
+        const Position position{parent, siblings(*parent).index(m_item)};
+        siblings(*parent).remove(m_item);
+        weigh(*parent);
+        m_item.setParentGroup(nullptr);
+        return position;
+    }
+    void enter(const Position& position)
+    {
+        if (!position.parent)
+            return;
+        siblings(*position.parent).insert(m_item, position.index);
+        weigh(*position.parent);
+        m_item.setParentGroup(position.parent);
+    }
+
+    Item& m_item;
+    Position m_to;
+};
+
+template <class Item>
+void move(Edit& edit, Item& item, Position to)
+{
+    edit.perform(std::make_unique<Move<Item>>(item, to));
+}
+
+std::size_t siblingCount(const TreeItem& item) { return item.sequence()->size(); }
+
+// Adds the layer to the followers of another, or takes it out.
+void setTrackedWith(LayerModel& layer, LayerModel* followed)
+{
+    if (layer.trackedWith) {
+        auto& followers = layer.trackedWith->followers;
+        followers.erase(std::next(std::find(followers.rbegin(), followers.rend(), &layer)).base());
+    }
+    layer.trackedWith = followed;
+    if (followed)
+        followed->followers.push_back(&layer);
+}
+
+} // namespace
+
+void addLayer(Edit& edit, LayerModel& layer)
+{
+    RootModel& root = edit.manager().root();
+    move(edit, layer, {&root, root.items.size()});
+}
+
+void addGroup(Edit& edit, GroupModel& group)
+{
+    RootModel& root = edit.manager().root();
+    move(edit, group, {&root, root.items.size()});
+}
+
+void moveLayer(Edit& edit, LayerModel& layer, GroupModel* group, std::size_t index)
+{
+    RootModel& root = edit.manager().root();
+    LayerGroup* parent = group ? static_cast<LayerGroup*>(group) : &root;
+    const std::size_t others = (group ? group->layers : root.items).size() - (layer.parentGroup() == parent ? 1 : 0);
+    const std::size_t to = std::min(index, others);
+    if (layer.parentGroup() != parent || layer.sequence()->index(layer) != to)
+        move(edit, layer, {parent, to});
+}
+
+void reorder(Edit& edit, TreeItem& item, int place)
+{
+    const std::size_t last = siblingCount(item) - 1;
+    const std::size_t to = place < 0 ? 0 : std::min(static_cast<std::size_t>(place), last);
+    if (item.sequence()->index(item) == to)
+        return;
+    if (auto* layer = dynamic_cast<LayerModel*>(&item))
+        move(edit, *layer, {layer->parentGroup(), to});
+    else if (auto* group = dynamic_cast<GroupModel*>(&item))
+        move(edit, *group, {group->parentGroup(), to});
+}
+
+void linkToTrack(Edit& edit, LayerModel& layer, LayerModel* followed)
+{
+    for (const LayerModel* link = followed; link; link = link->trackedWith) {
+        if (link == &layer) {
+            const QString message = QString::fromLatin1("link_to_track: layer '%1' follows layer '%2' already")
+                                        .arg(followed->name, layer.name);
+            throw STRM_BadArgument(__FILE__, __LINE__, message, message);
+        }
+    }
+    if (layer.trackedWith == followed)
+        return;
+    LayerModel* const former = layer.trackedWith;
+    edit.perform(change([&layer, followed] { setTrackedWith(layer, followed); },
+                        [&layer, former] { setTrackedWith(layer, former); }));
+}
+
+void removeLayer(Edit& edit, LayerModel& layer)
+{
+    for (ContourModel* contour : layer.contours)
+        for (PointModel* point : contour->points)
+            releaseFollowers(edit, *point,
+                             [&layer](const PointModel& other) { return &other.contourModel().layer() == &layer; });
+    for (LayerModel* follower : std::vector<LayerModel*>(layer.followers))
+        linkToTrack(edit, *follower, nullptr);
+    linkToTrack(edit, layer, nullptr);
+    move(edit, layer, {});
+}
+
+void writeTrack(Edit& edit, LayerModel& layer, int view, const std::vector<TrackKey>& keys, bool replaceAll)
+{
+    if (keys.empty() && !replaceAll)
+        return;
+    const auto [first, last] = std::minmax_element(
+        keys.begin(), keys.end(), [](const TrackKey& a, const TrackKey& b) { return a.time < b.time; });
+    auto edits = std::make_unique<KeyEdits>();
+    for (std::size_t index = 0; index < 8; ++index) {
+        Knob::Animation& corner = layer.animations().corners[index];
+        for (const Knob::Key& key : corner.keys(view))
+            if (replaceAll || (key.time >= first->time && key.time <= last->time))
+                edits->set(corner, key.time, view, std::nullopt);
+        for (const TrackKey& key : keys) {
+            const Knob::Value& place = key.corners[index / 2];
+            edits->set(corner, key.time, view, Knob::Value{index % 2 ? place.y : place.x, 0});
+        }
+    }
+    edit.perform(std::move(edits));
+}
+
+} // namespace Stratum
