@@ -17,7 +17,7 @@ constexpr double regularResidual = 2; // in standard deviations; beyond, a resid
 constexpr double leastNoise = 5e-4;
 constexpr std::size_t blockSize = 512; // pixels whose columns fit the nearest cache together
 // Neighbouring pixels share grain through the smoothing, so many of them say less than they seem to.
-constexpr double pixelsPerMeasurement = 12;
+constexpr double pixelsPerMeasurement = 8;
 
 // Of a parameter at once; more is outside of what a linear view of the patch can say.
 constexpr double longestStep = 0.25;

@@ -106,12 +106,7 @@ Image coverageOf(const std::vector<Outline>& outlines, Size size, const Matrix& 
             }
         area.resolve(rule, hard);
     }
-    if (std::none_of(drawn.begin(), drawn.end(), [](const Outline& outline) { return featherReach(outline) > 0; }))
-        return hard;
-    Image matte = hard;
-    for (const Outline& outline : drawn)
-        feather(matte, hard, outline);
-    return matte;
+    return std::any_of(drawn.begin(), drawn.end(), hasFeather) ? feathered(hard, drawn) : hard;
 }
 
 } // namespace pixels

@@ -15,7 +15,11 @@ Point between(Point from, Point to, double part)
 
 double covered(double winding, FillRule rule)
 {
+    // Away from all edges the sum is a whole number but for rounding, and a matte is to be exactly 0 or 1 there.
+    constexpr double rounding = 1e-5;
     winding = std::abs(winding);
+    if (const double whole = std::round(winding); std::abs(winding - whole) < rounding)
+        winding = whole;
     if (rule == FillRule::NonZero)
         return std::min(winding, 1.0);
     const double rest = winding - 2 * std::floor(winding / 2);

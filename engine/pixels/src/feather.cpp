@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace pixels {
 namespace {
@@ -41,6 +42,13 @@ struct Ramp
     }
 };
 
+struct SoftMatte
+{
+    Image matte;
+    // Of the pixels that an outline passes through, to the nearest edge whose ramp lies on the other side of it.
+    Image distance;
+};
+
 class EdgeRamp
 {
 public:
@@ -52,7 +60,7 @@ public:
         m_reach = std::max(std::abs(from.edgeWidth), std::abs(to.edgeWidth)) + 1;
     }
 
-    void draw(Image& matte, const Image& hard) const
+    void draw(SoftMatte& soft, const Image& hard) const
     {
         const int top =
             int(std::clamp(std::floor(std::min(m_from.y, m_to.y) - m_reach), 0.0, double(hard.size.height)));
@@ -62,7 +70,7 @@ public:
             const auto [left, right] = columns(y + 0.5);
             const int end = int(std::clamp(std::ceil(right), 0.0, double(hard.size.width)));
             for (int x = int(std::clamp(std::floor(left), 0.0, double(hard.size.width))); x < end; ++x)
-                drawPixel(*matte.at(x, y), *hard.at(x, y), x + 0.5, y + 0.5);
+                drawPixel(*soft.matte.at(x, y), *soft.distance.at(x, y), *hard.at(x, y), x + 0.5, y + 0.5);
         }
     }
 
@@ -80,7 +88,7 @@ private:
         return {std::min(x0, x1) - m_reach, std::max(x0, x1) + m_reach};
     }
 
-    void drawPixel(float& pixel, float hard, double x, double y) const
+    void drawPixel(float& pixel, float& nearest, float hard, double x, double y) const
     {
         const double px = x - m_from.x, py = y - m_from.y;
         const double part = m_squaredLength > 0 ? std::clamp((px * m_dx + py * m_dy) / m_squaredLength, 0.0, 1.0) : 0;
@@ -102,6 +110,14 @@ private:
         const bool inside = hard > 0.5f;
         const Ramp ramp{width > 0 ? 0 : width, std::abs(width)};
         const auto value = float(ramp.mean(inside ? -distance : distance, nx, ny));
+        // On the ramp's side of the outline the strongest edge counts. On the other side every edge but the nearest
+        // would say that the ramp is far away.
+        if (inside == (width > 0)) {
+            if (float(distance) >= nearest)
+                return;
+            nearest = float(distance);
+            pixel = hard;
+        }
         pixel = width > 0 ? std::max(pixel, value) : std::min(pixel, value);
     }
 
@@ -115,22 +131,22 @@ private:
 
 } // namespace
 
-double featherReach(const Outline& outline)
+bool hasFeather(const Outline& outline)
 {
-    double reach = 0;
-    for (const OutlineVertex& vertex : outline)
-        reach = std::max(reach, std::abs(vertex.edgeWidth));
-    return reach;
+    return std::any_of(outline.begin(), outline.end(),
+                       [](const OutlineVertex& vertex) { return std::abs(vertex.edgeWidth) >= narrowest; });
 }
 
-void feather(Image& matte, const Image& hard, const Outline& outline)
+Image feathered(const Image& hard, const std::vector<Outline>& outlines)
 {
-    for (std::size_t i = 0; i < outline.size(); ++i) {
-        const OutlineVertex& from = outline[i];
-        const OutlineVertex& to = outline[(i + 1) % outline.size()];
-        if (std::abs(from.edgeWidth) >= narrowest || std::abs(to.edgeWidth) >= narrowest)
-            EdgeRamp(from, to).draw(matte, hard);
+    SoftMatte soft{hard, Image(hard.size, 1, std::numeric_limits<float>::max())};
+    for (const Outline& outline : outlines) {
+        if (!hasFeather(outline))
+            continue;
+        for (std::size_t i = 0; i < outline.size(); ++i)
+            EdgeRamp(outline[i], outline[(i + 1) % outline.size()]).draw(soft, hard);
     }
+    return std::move(soft.matte);
 }
 
 } // namespace pixels

@@ -19,11 +19,12 @@ namespace {
 // No frame of any camera comes near; a damaged header does.
 constexpr std::uint64_t mostValues = std::uint64_t(1) << 31;
 
+// The first line of a message; the others repeat it for other parts of the file.
 std::string oneLine(std::string text)
 {
-    while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
+    text.resize(std::min(text.find('\n'), text.size()));
+    while (!text.empty() && text.back() == ' ')
         text.pop_back();
-    std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
 }
 
@@ -205,8 +206,11 @@ Image readImage(const std::string& path)
     const auto input = open(path);
     const OIIO::ImageSpec spec = input->spec();
     std::vector<float> pixels(std::size_t(spec.width) * std::size_t(spec.height) * std::size_t(spec.nchannels));
-    if (!input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT, pixels.data()) || !input->close())
-        throw FileError(path, problemWith("is damaged or cut off", input->geterror()));
+    const bool read = input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT, pixels.data());
+    // The TIFF reader leaves missing strips black, calls that a success, and leaves a message.
+    const std::string problem = input->geterror();
+    if (!read || !problem.empty())
+        throw FileError(path, problemWith("is damaged or cut off", problem));
     refuseTruncatedJpeg(path, *input);
     const bool plain = spec.width == spec.full_width && spec.height == spec.full_height && spec.x == spec.full_x &&
                        spec.y == spec.full_y && (spec.nchannels == 1 || spec.nchannels == 3);

@@ -21,8 +21,8 @@ constexpr double coarseTolerance = 0.05, fineTolerance = 0.002; // pixels of a l
 constexpr int mostCoarseSteps = 20, mostFineSteps = 15;
 
 // How far a frame may be from what the one before let expect, in pixels.
-constexpr double steadiness = 1.0;
-constexpr double shareOfMotion = 0.25;
+constexpr double steadiness = 1.5;
+constexpr double shareOfMotion = 0.5;
 constexpr double perspectiveSteadiness = 0.3; // the perspective changes less than the place
 
 int parametersFor(std::size_t pixels, int wanted)
