@@ -6,12 +6,13 @@
 # Defines PYTHON2_EXECUTABLE (what tests run), Python2::Module (headers: for what is loaded into an interpreter) and
 # Python2::Python (headers and libpython: for programs that embed one).
 
-# Prints version, headers, library folder, architecture folder, library and whether it is a debug build.
+# Prints version, headers, library folder, architecture folder, library, whether it is a debug build, and the
+# interpreter behind what may be a launcher.
 set(python2_question "
 import sys, sysconfig as s
 v = s.get_config_var
 print ';'.join(['%d.%d' % sys.version_info[:2], v('INCLUDEPY'), v('LIBDIR') or '', v('MULTIARCH') or '',
-                v('LDLIBRARY') or '', str(int(bool(v('Py_DEBUG'))))])")
+                v('LDLIBRARY') or '', str(int(bool(v('Py_DEBUG')))), sys.executable])")
 
 # A launcher of that name may have no Python 2.7 behind it.
 function(vireo_working_python2 result candidate)
@@ -53,6 +54,7 @@ list(GET answer 2 libdir)
 list(GET answer 3 multiarch)
 list(GET answer 4 library)
 list(GET answer 5 PYTHON2_DEBUG)
+list(GET answer 6 PYTHON2_EXECUTABLE)
 if(NOT EXISTS ${PYTHON2_INCLUDE_DIR}/Python.h AND SHIBOKEN_PYTHON_INCLUDE_DIR)
     list(GET SHIBOKEN_PYTHON_INCLUDE_DIR 0 PYTHON2_INCLUDE_DIR) # an interpreter that was moved
 endif()
@@ -104,9 +106,10 @@ message(STATUS "Python 2.7: ${PYTHON2_EXECUTABLE} (debug build: ${PYTHON2_DEBUG}
 if(VIREO_SANITIZE)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so OUTPUT_VARIABLE asan
         OUTPUT_STRIP_TRAILING_WHITESPACE)
+    set(interpreter ${PYTHON2_EXECUTABLE})
     set(PYTHON2_EXECUTABLE ${CMAKE_BINARY_DIR}/sanitized-python2.7)
     file(CONFIGURE OUTPUT ${PYTHON2_EXECUTABLE} @ONLY NEWLINE_STYLE UNIX CONTENT [[#!/bin/sh
-LD_PRELOAD='@asan@' ASAN_OPTIONS="detect_leaks=0:$ASAN_OPTIONS" exec '@Python2_EXECUTABLE@' "$@"
+LD_PRELOAD='@asan@' ASAN_OPTIONS="detect_leaks=0:$ASAN_OPTIONS" exec '@interpreter@' "$@"
 ]])
     file(CHMOD ${PYTHON2_EXECUTABLE} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
         WORLD_READ WORLD_EXECUTE)
