@@ -1,0 +1,44 @@
+"""Runs what docs/examples.md shows, and compares what it prints."""
+import os
+import re
+import subprocess
+import sys
+import unittest
+
+SOURCE = os.environ['VIREO_SOURCE']
+SHOWN = re.compile(r'^    \$ python2\.7 (examples/\w+\.py)\n((?:    .*\n|\n(?=    ))*)', re.MULTILINE)
+
+
+def shown_examples():
+    """Script and expected output, from the page's indented blocks."""
+    with open(os.path.join(SOURCE, 'docs', 'examples.md')) as page:
+        return [(script, re.sub('^    ', '', output, flags=re.MULTILINE))
+                for script, output in SHOWN.findall(page.read() + '\n')]
+
+
+def output_of(program, script):
+    process = subprocess.Popen([program, os.path.join(SOURCE, script)], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    output, errors = process.communicate()
+    return process.returncode, output, errors
+
+
+class Examples(unittest.TestCase):
+    maxDiff = None
+
+    def test_print_what_the_page_shows(self):
+        examples = shown_examples()
+        self.assertGreaterEqual(len(examples), 5)
+        for script, expected in examples:
+            for program in (sys.executable, os.environ['VIREO_PROGRAM']):
+                code, output, errors = output_of(program, script)
+                self.assertEqual((script, code, output.strip()), (script, 0, expected.strip()), errors)
+
+    def test_every_script_is_shown(self):
+        scripts = set('examples/' + name for name in os.listdir(os.path.join(SOURCE, 'examples'))
+                      if name.endswith('.py'))
+        unshown = scripts - set(script for script, output in shown_examples())
+        self.assertEqual(unshown, set(['examples/first_look.py']))  # prints what differs from machine to machine
+
+
+if __name__ == '__main__':
+    unittest.main()
