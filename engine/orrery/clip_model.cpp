@@ -67,15 +67,22 @@ int ClipState::viewFor(int projectView) const
 // ---- Parameters -----------------------------------------------------------------------------------------------------
 
 const Knob::Description StreamBranch::descriptions[] = {
-    {"gain", "Gain", Knob::Kind::Number, {1}, 0, mostGain, nullptr, true},
-    {"time_offset", "Time offset", Knob::Kind::Number, {0}, -mostTimeOffset, mostTimeOffset, nullptr, true},
+    {"gain", QT_TRANSLATE_NOOP("Parameter", "Gain"), Knob::Kind::Number, {1}, 0, mostGain, nullptr, true},
+    {"time_offset",
+     QT_TRANSLATE_NOOP("Parameter", "Time offset"),
+     Knob::Kind::Number,
+     {0},
+     -mostTimeOffset,
+     mostTimeOffset,
+     nullptr,
+     true},
 };
 
 StreamBranch::StreamBranch(int view) : values(initialValues(descriptions)), m_view(view) {}
 
 QString StreamBranch::displayName() const
 {
-    return QCoreApplication::translate("Parameter", "Stream of view %1").arg(m_view);
+    return Knob::translated(QT_TRANSLATE_NOOP("Parameter", "Stream of view %1")).arg(m_view);
 }
 
 std::vector<Knob::Member> StreamBranch::members()
@@ -86,13 +93,13 @@ std::vector<Knob::Member> StreamBranch::members()
     return members;
 }
 
-class ClipModel::StreamsBranch : public Knob::Branch
+class ClipModel::StreamsBranch : public Knob::NamedBranch
 {
 public:
-    explicit StreamsBranch(ClipModel& model) : m_model(model) {}
+    explicit StreamsBranch(ClipModel& model)
+        : NamedBranch(model, QT_TRANSLATE_NOOP("Parameter", "Streams")), m_model(model)
+    {}
 
-    bool present() const override { return m_model.present(); }
-    QString displayName() const override { return QCoreApplication::translate("Parameter", "Streams"); }
     std::vector<Knob::Member> members() override
     {
         std::vector<Knob::Member> members;
@@ -123,13 +130,20 @@ const Knob::Description ClipModel::descriptions[] = {
      VX_LUMINANCE_MAXIMUM,
      "VX_LUMINANCE_MODEL",
      true},
-    {"gain", "Gain", Knob::Kind::Number, {1}, 0, mostGain, nullptr, true},
+    {"gain", QT_TRANSLATE_NOOP("Parameter", "Gain"), Knob::Kind::Number, {1}, 0, mostGain, nullptr, true},
 };
 
 ClipModel::ClipModel(STRM_ProjectManager& manager)
-    : values(initialValues(descriptions)), m_manager(manager), m_base(*this, "Clip", descriptions, values.data()),
+    : values(initialValues(descriptions)), m_manager(manager),
+      m_base(*this, QT_TRANSLATE_NOOP("Parameter", "Clip"), descriptions, values.data()),
       m_streamsBranch(new StreamsBranch(*this))
 {}
+
+QString ClipModel::displayName() const
+{
+    Stratum::Reading reading(m_manager);
+    return state.name;
+}
 
 std::vector<Knob::Member> ClipModel::members()
 {

@@ -101,7 +101,7 @@ public:
     // The clip is gone: handles on its parameters are null.
     void close() { m_open.store(false, std::memory_order_release); }
     bool present() const override { return m_open.load(std::memory_order_acquire); }
-    QString displayName() const override { return state.name; }
+    QString displayName() const override;
     std::vector<Knob::Member> members() override;
 
     // The settings that every clip has, as a root of their own.
