@@ -1,7 +1,7 @@
 // The module `recording`: what a script tells the recording library, and what it reads from it.
 #include "call.h"
+#include "plain_python.h"
 
-#include <Python.h>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QMetaMethod>
@@ -20,72 +20,6 @@ bool lockHeld()
 {
     const PyThreadState* const mine = PyGILState_GetThisThreadState();
     return mine && mine == _PyThreadState_Current;
-}
-
-struct PythonError
-{};
-
-template <class T>
-T checked(T result)
-{
-    if (PyErr_Occurred())
-        throw PythonError();
-    return result;
-}
-
-PyObject* toPython(const Value& value);
-
-struct ToPython
-{
-    PyObject* operator()(std::monostate) const { return Py_BuildValue(""); }
-    PyObject* operator()(bool truth) const { return PyBool_FromLong(truth); }
-    PyObject* operator()(long long number) const { return PyInt_FromLong(number); }
-    PyObject* operator()(double number) const { return PyFloat_FromDouble(number); }
-    PyObject* operator()(const std::string& text) const
-    {
-        return PyUnicode_DecodeUTF8(text.data(), text.size(), "replace");
-    }
-    PyObject* operator()(const List& items) const
-    {
-        PyObject* const tuple = PyTuple_New(items.size());
-        for (size_t i = 0; i < items.size(); ++i)
-            PyTuple_SET_ITEM(tuple, i, toPython(items[i]));
-        return tuple;
-    }
-};
-
-PyObject* toPython(const Value& value) { return std::visit(ToPython(), value.content); }
-
-std::string text(PyObject* object)
-{
-    PyObject* const bytes = PyUnicode_Check(object) ? PyUnicode_AsUTF8String(object) : (Py_INCREF(object), object);
-    char* characters = nullptr;
-    Py_ssize_t length = 0;
-    PyString_AsStringAndSize(bytes, &characters, &length);
-    const std::string result(characters ? characters : "", length);
-    Py_XDECREF(bytes);
-    return checked(result);
-}
-
-Value fromPython(PyObject* object)
-{
-    if (object == Py_None)
-        return {};
-    if (PyBool_Check(object))
-        return {object == Py_True};
-    if (PyInt_Check(object) || PyLong_Check(object))
-        return {static_cast<long long>(checked(PyLong_AsLongLong(object)))};
-    if (PyFloat_Check(object))
-        return {PyFloat_AS_DOUBLE(object)};
-    if (PyString_Check(object) || PyUnicode_Check(object))
-        return {text(object)};
-    List items;
-    PyObject* const sequence = PySequence_Fast(object, "plain data: None, a number, a text or a list of such");
-    checked(sequence);
-    for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(sequence); ++i)
-        items.push_back(fromPython(PySequence_Fast_GET_ITEM(sequence, i)));
-    Py_DECREF(sequence);
-    return {items};
 }
 
 // Runs without the interpreter's lock, and on another thread when that is asked for.
@@ -168,6 +102,11 @@ PyObject* listCounts(const List& arguments)
 PyObject* clear(const List&)
 {
     forget();
+    return none();
+}
+
+PyObject* clearEngine(const List&)
+{
     forgetEngine();
     return none();
 }
@@ -292,7 +231,16 @@ PyObject* emitSignal(const List& arguments)
     return none();
 }
 
-// send(object, event type, on another thread): as Qt does, without an application.
+// send_through(object, event type): by the application, filters first.
+PyObject* sendThrough(const List& arguments)
+{
+    QEvent event(static_cast<QEvent::Type>(object(arguments, 1)));
+    bool handled = false;
+    unlocked(false, [&] { handled = QCoreApplication::sendEvent(qobject(object(arguments)), &event); });
+    return PyBool_FromLong(handled);
+}
+
+// send(object, event type, on another thread): without an application.
 PyObject* sendEvent(const List& arguments)
 {
     QObject* const receiver = qobject(object(arguments));
@@ -344,7 +292,8 @@ PyMethodDef functions[] = {
     {"calls", &entry<listCalls>, METH_VARARGS, "[(function, arguments...)] since clear()"},
     {"locks", &entry<listLocks>, METH_VARARGS, "((function, the interpreter's lock was held),...)"},
     {"counts", &entry<listCounts>, METH_VARARGS, "How often objects of a class were constructed, copied, destroyed"},
-    {"clear", &entry<clear>, METH_VARARGS, "Forgets calls, orders and engine objects"},
+    {"clear", &entry<clear>, METH_VARARGS, "Forgets calls and orders"},
+    {"forget_engine", &entry<clearEngine>, METH_VARARGS, "Makes every handle null and brings a new manager"},
     {"returns", &entry<setReturn>, METH_VARARGS, "(function, value); function#number for one object"},
     {"throws", &entry<setThrow>, METH_VARARGS, "(function, class of the exception, text)"},
     {"block", &entry<setBlock>, METH_VARARGS, "Makes calls of a function wait for release()"},
@@ -360,6 +309,7 @@ PyMethodDef functions[] = {
     {"is_null", &entry<askNull>, METH_VARARGS, "(number, on another thread): the virtual isNull() of a handle"},
     {"emit", &entry<emitSignal>, METH_VARARGS, "(number, signal, arguments, on another thread)"},
     {"send", &entry<sendEvent>, METH_VARARGS, "(number, event type, on another thread) -> handled"},
+    {"send_through", &entry<sendThrough>, METH_VARARGS, "(number, event type) -> handled, by the application"},
     {"translate", &entry<translate>, METH_VARARGS, "(context/text[, translation])"},
     {nullptr, nullptr, 0, nullptr}};
 

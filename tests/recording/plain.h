@@ -5,6 +5,7 @@
 #include "engine_objects.h"
 #include "recorder.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QList>
 #include <QMap>
@@ -92,6 +93,17 @@ struct Plain<QString>
 };
 
 template <>
+struct Plain<QByteArray>
+{
+    static Value from(const QByteArray& bytes) { return {bytes.toStdString()}; }
+    static QByteArray to(const Value& value)
+    {
+        const auto* text = value.as<std::string>();
+        return text ? QByteArray::fromStdString(*text) : QByteArray();
+    }
+};
+
+template <>
 struct Plain<const char*>
 {
     static Value from(const char* value) { return value ? Value{std::string(value)} : Value(); }
@@ -128,9 +140,17 @@ template <>
 struct Plain<QStringList> : PlainSequence<QStringList>
 {};
 
+// A table is a list of its entries, in its own order.
 template <class Container>
 struct PlainTable
 {
+    static Value from(const Container& entries)
+    {
+        List items;
+        for (auto entry = entries.begin(); entry != entries.end(); ++entry)
+            items.push_back({List{plain(entry.key()), plain(entry.value())}});
+        return {items};
+    }
     static Container to(const Value& value)
     {
         Container entries;
@@ -205,6 +225,13 @@ struct Plain<Fundo::Colour3<float>>
 template <>
 struct Plain<Lum_Matrix33>
 {
+    static Value from(const Lum_Matrix33& matrix)
+    {
+        List items;
+        for (const double value : matrix.values)
+            items.push_back(plain(value));
+        return {items};
+    }
     static Lum_Matrix33 to(const Value& value)
     {
         Lum_Matrix33 matrix = Lum_Matrix33::identity();
@@ -220,6 +247,10 @@ struct Plain<Knob::Context>
     static Value from(const Knob::Context& context)
     {
         return {List{plain(context.time), plain(context.viewId), plain(context.flags)}};
+    }
+    static Knob::Context to(const Value& value)
+    {
+        return {number(list(value).at(0)), made<int>(list(value).at(1)), made<int>(list(value).at(2))};
     }
 };
 

@@ -86,6 +86,8 @@ Value Plain<ViewInfo>::from(const ViewInfo& info)
 
 ViewInfo Plain<ViewInfo>::to(const Value& value)
 {
+    if (value.isNone())
+        return {};
     const List& fields = list(value);
     return {made<QString>(fields.at(0)), made<QString>(fields.at(1)), made<Fundo::Colour3<float>>(fields.at(2))};
 }

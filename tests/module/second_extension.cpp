@@ -1,0 +1,242 @@
+// The module `second_extension`: another binding module that finds the types and converters of vireo.project from
+// outside, by their places and names, and shows what they make as plain data.
+#include "plain_python.h"
+
+#include <fundo/fs_percent_escaped_string.h>
+#include <map>
+#include <plain.h>
+#include <stdexcept>
+#include <stratum/enumerations.h>
+#include <string>
+#include <vireo/project_types.h>
+
+using namespace recording;
+
+namespace recording {
+
+template <>
+struct Plain<Fundo::FSPercentEscapedString>
+{
+    static Value from(const Fundo::FSPercentEscapedString& text) { return plain<QString>(text); }
+    static Fundo::FSPercentEscapedString to(const Value& value)
+    {
+        Fundo::FSPercentEscapedString text;
+        static_cast<QString&>(text) = made<QString>(value);
+        return text;
+    }
+};
+
+} // namespace recording
+
+namespace {
+
+struct Crossing
+{
+    PyObject* (*toPython)(SbkConverter* converter, const Value& value);
+    Value (*fromPython)(Shiboken::Conversions::PythonToCppFunc convert, PyObject* object);
+};
+
+template <class T>
+PyObject* valueToPython(SbkConverter* converter, const Value& value)
+{
+    const T made = recording::made<T>(value);
+    return Shiboken::Conversions::copyToPython(converter, &made);
+}
+
+template <class T>
+Value valueFromPython(Shiboken::Conversions::PythonToCppFunc convert, PyObject* object)
+{
+    T value = made<T>(Value());
+    convert(object, &value);
+    return plain(value);
+}
+
+template <class T>
+constexpr Crossing crossing = {&valueToPython<T>, &valueFromPython<T>};
+
+// The converters without a way back, and the value without plain data.
+Value noWayBack(Shiboken::Conversions::PythonToCppFunc, PyObject*) { throw std::invalid_argument("no way back"); }
+
+const std::map<std::string, Crossing> crossings = {
+    {"OptionalBool", crossing<boost::optional<bool>>},
+    {"Lum_Matrix33", crossing<Lum_Matrix33>},
+    {"Fundo::FSPercentEscapedString", crossing<Fundo::FSPercentEscapedString>},
+    {"Color", crossing<Fundo::Colour3<float>>},
+    {"OptionalLayer", crossing<boost::optional<Layer>>},
+    {"OptionalInterlaceMode", crossing<boost::optional<InterlaceMode>>},
+    {"OptionalFloat", crossing<boost::optional<float>>},
+    {"OptionalPoint", crossing<boost::optional<QPointF>>},
+    {"Knob::Context", {&valueToPython<Knob::Context>, &noWayBack}},
+    {"QPair<View,double>", crossing<QPair<View, double>>},
+    {"QVector<QPair<View,double>>", crossing<QVector<QPair<View, double>>>},
+    {"QVector<Parameter>", crossing<QVector<Parameter>>},
+    {"QVector<ParameterSet>", crossing<QVector<ParameterSet>>},
+    {"const QVector<BezierControlPointData>&", crossing<QVector<BezierControlPointData>>},
+    {"const QVector<XControlPointData>&", crossing<QVector<XControlPointData>>},
+    {"QList<float>", crossing<QList<float>>},
+    {"QVector<XControlPoint>", crossing<QVector<XControlPoint>>},
+    {"QVector<BezierControlPoint>", crossing<QVector<BezierControlPoint>>},
+    {"QVector<Layer>", crossing<QVector<Layer>>},
+    {"const QList<QObject*>&", crossing<QList<QObject*>>},
+    {"QList<QByteArray>", crossing<QList<QByteArray>>},
+    {"const QVector<View>&", crossing<QVector<View>>},
+    {"QVector<LayerGroup>", crossing<QVector<LayerGroup>>},
+    {"QHash<QString,Clip*>", crossing<QHash<QString, Clip*>>},
+    {"QPair<uint,uint>", crossing<QPair<unsigned int, unsigned int>>},
+    {"QVector<ViewInfo>", crossing<QVector<ViewInfo>>},
+    {"QMap<View,View>", crossing<QMap<View, View>>},
+    {"QList<QVariant>", crossing<QList<QVariant>>},
+    {"QList<QString>", crossing<QList<QString>>},
+    {"QMap<QString,QVariant>", crossing<QMap<QString, QVariant>>},
+    {"Layer", crossing<Layer>},
+    {"LayerGroup", crossing<LayerGroup>},
+    {"BezierContour", crossing<BezierContour>},
+    {"XSplineContour", crossing<XSplineContour>},
+    {"BezierControlPoint", crossing<BezierControlPoint>},
+    {"XControlPoint", crossing<XControlPoint>},
+    {"Parameter", crossing<Parameter>},
+    {"ParameterSet", crossing<ParameterSet>},
+    {"View", crossing<View>},
+    {"ViewInfo", crossing<ViewInfo>},
+    {"StreamInfo", crossing<StreamInfo>},
+    {"BezierControlPointData", crossing<BezierControlPointData>},
+    {"XControlPointData", crossing<XControlPointData>},
+    {"UndoGroup", {&valueToPython<UndoGroup>, &noWayBack}},
+    {"InterlaceMode", crossing<InterlaceMode>},
+    {"Colorspace", crossing<Colorspace>},
+    {"ColorizeOutput", crossing<ColorizeOutput>},
+    {"ColorConversion", crossing<ColorConversion>},
+    {"VX_CONTOUR_TYPE", crossing<VX_CONTOUR_TYPE>},
+    {"VX_STEREO_MODE", crossing<VX_STEREO_MODE>},
+    {"VX_CLIP_MODE", crossing<VX_CLIP_MODE>},
+    {"VX_REMOVESOURCE_MODE", crossing<VX_REMOVESOURCE_MODE>},
+    {"VX_ILLUMINATION_MODEL", crossing<VX_ILLUMINATION_MODEL>},
+    {"VX_BlendMode", crossing<VX_BlendMode>},
+    {"VX_LUMINANCE_MODEL", crossing<VX_LUMINANCE_MODEL>},
+    {"VX_FILL_ALGORITHM", crossing<VX_FILL_ALGORITHM>},
+    {"VX_INTERLACE_MODE", crossing<VX_INTERLACE_MODE>},
+    {"TrackModel", crossing<TrackModel>},
+};
+
+SbkConverter* converterNamed(const std::string& name)
+{
+    SbkConverter* const converter = Shiboken::Conversions::getConverter(name.c_str());
+    return converter ? converter : throw std::invalid_argument("no converter " + name);
+}
+
+template <class Work>
+PyObject* guarded(Work work)
+{
+    try {
+        return work();
+    } catch (const PythonError&) {
+    } catch (const std::exception& error) {
+        PyErr_SetString(PyExc_LookupError, error.what());
+    }
+    return nullptr;
+}
+
+PyObject* toPythonByName(PyObject*, PyObject* arguments)
+{
+    const char* name;
+    PyObject* data;
+    if (!PyArg_ParseTuple(arguments, "sO", &name, &data))
+        return nullptr;
+    return guarded([&] { return crossings.at(name).toPython(converterNamed(name), fromPython(data)); });
+}
+
+PyObject* fromPythonByName(PyObject*, PyObject* arguments)
+{
+    const char* name;
+    PyObject* object;
+    if (!PyArg_ParseTuple(arguments, "sO", &name, &object))
+        return nullptr;
+    return guarded([&]() -> PyObject* {
+        const auto convert = Shiboken::Conversions::isPythonToCppConvertible(converterNamed(name), object);
+        if (!convert) {
+            PyErr_SetString(PyExc_ValueError, "not convertible");
+            return nullptr;
+        }
+        return toPython(checked(crossings.at(name).fromPython(convert, object)));
+    });
+}
+
+PyObject* pointerToPython(PyObject*, PyObject* arguments)
+{
+    const char* name;
+    long number;
+    if (!PyArg_ParseTuple(arguments, "sl", &name, &number))
+        return nullptr;
+    return guarded([&] { return Shiboken::Conversions::pointerToPython(converterNamed(name), objectOf(number)); });
+}
+
+// The number by which the recording library knows the object behind a wrapper; 0 for none.
+PyObject* numberOfObject(PyObject*, PyObject* object)
+{
+    if (!Shiboken::Object::checkType(object) || !Shiboken::Object::isValid(object))
+        return PyErr_Occurred() ? nullptr : PyInt_FromLong(0);
+    return PyInt_FromLong(numberOf(Shiboken::Object::cppPointers(reinterpret_cast<SbkObject*>(object)).front()));
+}
+
+// The same crossings by the runtime's class for it.
+PyObject* specific(PyObject*, PyObject* arguments)
+{
+    const char* name;
+    PyObject* object;
+    if (!PyArg_ParseTuple(arguments, "sO", &name, &object))
+        return nullptr;
+    Shiboken::Conversions::SpecificConverter converter(name);
+    if (!converter.isValid())
+        Py_RETURN_NONE;
+    boost::optional<float> number;
+    converter.toCpp(object, &number);
+    return converter.toPython(&number);
+}
+
+PyObject* typeAt(PyObject*, PyObject* place)
+{
+    PyTypeObject** const types = vireo::projectTypes();
+    if (!types)
+        return nullptr;
+    PyObject* const type = reinterpret_cast<PyObject*>(types[PyInt_AsLong(place)]);
+    Py_XINCREF(type);
+    return type;
+}
+
+PyObject* hasConverterAt(PyObject*, PyObject* arguments)
+{
+    int place;
+    const char* name;
+    if (!PyArg_ParseTuple(arguments, "is", &place, &name))
+        return nullptr;
+    SbkConverter** const converters = vireo::projectConverters();
+    return converters ? PyBool_FromLong(converters[place] == Shiboken::Conversions::getConverter(name)) : nullptr;
+}
+
+PyObject* typeOfConverter(PyObject*, PyObject* name)
+{
+    return guarded([&] {
+        PyTypeObject* const type = Shiboken::Conversions::getPythonTypeObject(converterNamed(PyString_AsString(name)));
+        Py_XINCREF(type);
+        return reinterpret_cast<PyObject*>(type);
+    });
+}
+
+PyMethodDef functions[] = {
+    {"to_python", &toPythonByName, METH_VARARGS, "(converter, plain data) -> the Python form of that library value"},
+    {"from_python", &fromPythonByName, METH_VARARGS, "(converter, object) -> plain data of the library value"},
+    {"pointer_to_python", &pointerToPython, METH_VARARGS, "(converter, number of a library object)"},
+    {"number_of", &numberOfObject, METH_O, "(wrapper) -> the recording library's number of its object"},
+    {"specific", &specific, METH_VARARGS, "(converter of an optional number, object) -> there and back"},
+    {"type_at", &typeAt, METH_O, "(place in the type table)"},
+    {"has_converter_at", &hasConverterAt, METH_VARARGS, "(place in the converter table, name)"},
+    {"type_of_converter", &typeOfConverter, METH_O, "(converter) -> the Python type that it was made with"},
+    {nullptr, nullptr, 0, nullptr}};
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) void initsecond_extension()
+{
+    if (vireo::projectTypes())
+        Py_InitModule3("second_extension", functions, "Types and converters of vireo.project, from outside");
+}

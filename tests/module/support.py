@@ -1,0 +1,154 @@
+"""What the tests of the module share: objects of every class, and the exact messages."""
+
+import functools
+import os
+import subprocess
+import sys
+import unittest
+
+import recording
+from PySide import QtCore
+
+import vireo.project as vp
+import second_extension
+
+from surface import CLASSES, COPY, NONE, ONE
+
+application = QtCore.QCoreApplication.instance() or QtCore.QCoreApplication([])
+
+UINT_MAX = 4294967295
+LIBRARY_VIEW = 7  # the recording library's default view
+HANDLES = ("Layer", "LayerGroup", "BezierContour", "XSplineContour", "BezierControlPoint", "XControlPoint",
+           "Parameter", "ParameterSet")
+
+# What reaches the library beside the call in question: default views, comparisons of views in containers, the ids of
+# views, and the makings of values that a call needs.
+ASIDE = ("Knob::View.defaultViewId", "View.qHash", "View.==", "View.<", "View.get_id")
+
+
+class Stranger(object):
+    """Converts to nothing but an object."""
+
+
+def handle(name, number):
+    """A handle of that class on the engine object with that number; 0 for a null one."""
+    return second_extension.to_python(name, number)
+
+
+def make(name):
+    """An object of that class made by Python."""
+    if name in HANDLES:
+        return handle(name, 1)
+    makers = {
+        "Project": lambda: vp.Project(u"shot"), "Clip": lambda: vp.Clip(u"plate"),
+        "UndoGroup": lambda: handle("UndoGroup", 1), "View": lambda: vp.View(1),
+        "ViewInfo": lambda: vp.ViewInfo(u"Left", u"L", (1.0, 0.0, 0.5)), "RenderOperation": vp.RenderInsertOperation,
+    }
+    return makers.get(name, getattr(vp, name))()
+
+
+def number(thing):
+    """The number by which the library's notes name an object."""
+    return 1 if type(thing).__name__ in HANDLES + ("UndoGroup",) else second_extension.number_of(thing)
+
+
+def shown(result):
+    """A result as plain data: wrapped objects by class and number, or by class and value."""
+    if isinstance(result, dict):
+        return {shown(key): shown(value) for key, value in result.items()}
+    if isinstance(result, (list, tuple)):
+        return type(result)(shown(item) for item in result)
+    name = type(result).__name__
+    if isinstance(result, QtCore.QObject):
+        return (name, number(result))
+    if name in CLASSES and name != "UndoGroup":
+        return (name, second_extension.from_python(name, result))
+    return result
+
+
+def made(name):
+    """A library object as Python sees it, and its number."""
+    known = recording.make(name)
+    return second_extension.pointer_to_python(name + "*", known), known
+
+
+def calls(*aside):
+    """The library's notes without what is beside the point."""
+    return [call for call in recording.calls() if call[0] not in ASIDE + aside]
+
+
+def signature_error(name, given, *signatures):
+    name = "vireo.project." + name
+    lines = ["'%s' called with wrong argument types:" % name, "  %s(%s)" % (name, given), "Supported signatures:"]
+    return "\n".join(lines + ["  %s(%s)" % (name, text) for text in signatures])
+
+
+def count_error(name, least, given):
+    return "vireo.project.%s(): takes at least %d arguments (%d given)" % (name, least, given)
+
+
+def duplicate_error(name, keyword):
+    return "vireo.project.%s(): got multiple values for keyword argument '%s'." % (name, keyword)
+
+
+class ModuleTest(unittest.TestCase):
+    keep_engine = False  # whether handles outlive a test
+
+    def setUp(self):
+        recording.clear()
+        if not self.keep_engine:
+            recording.forget_engine()
+
+    def tearDown(self):
+        recording.clear()
+
+    def raises(self, kind, text, function, *arguments, **keywords):
+        """Holds the exception's very class and message; a text of None is any."""
+        try:
+            result = function(*arguments, **keywords)
+        except BaseException as error:
+            self.assertIs(type(error), kind, "%s: %s" % (type(error).__name__, error))
+            if text is not None:
+                self.assertEqual(str(error), text)
+        else:
+            self.fail("%r came instead of %s: %s" % (result, kind.__name__, text))
+
+    def each(self, rows, check):
+        """Runs a check for every row of a table and reports all that fail."""
+        failures = []
+        for row in rows:
+            ModuleTest.setUp(self)
+            try:
+                check(*row)
+            except Exception as error:
+                failures.append("%r\n    %s: %s" % (row, type(error).__name__, error))
+        if failures:
+            self.fail("%d of %d rows:\n%s" % (len(failures), len(rows), "\n".join(failures)))
+
+
+def run(code, *values):
+    """Evaluates an expression, or runs a statement, with the values named a, b, c... and all of the module's names."""
+    names = dict(vars(vp), QtCore=QtCore, UINT_MAX=UINT_MAX, Stranger=Stranger, handle=handle)
+    names.update(zip("abcdefgh", values))
+    try:
+        compiled = compile(code, code, "eval")
+    except SyntaxError:
+        exec(code, names)
+        return None
+    return eval(compiled, names)
+
+
+def child(code, *arguments, **environment):
+    """Runs code in an interpreter of its own; gives its exit status and both outputs."""
+    process = subprocess.Popen([sys.executable, "-B", "-c", code] + list(arguments), stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE, env=dict(os.environ, **environment))
+    output, errors = process.communicate()
+    return process.returncode, output.decode("utf-8"), errors.decode("utf-8")
+
+
+def setter(thing, name):
+    return functools.partial(setattr, thing, name)
+
+
+def main():
+    unittest.main(module="__main__")

@@ -1,0 +1,102 @@
+"""What each exception of the library becomes, and that nothing is left behind by it."""
+
+from support import *
+
+TRANSLATIONS = [
+    ("STRM_Exception", Exception), ("STRM_AssertionFailed", AssertionError), ("STRM_OperationFailed", RuntimeError),
+    ("STRM_OperationCancelledByUser", KeyboardInterrupt), ("STRM_BadAlloc", MemoryError),
+    ("STRM_OutOfRange", IndexError), ("STRM_BadSize", BufferError), ("STRM_BadState", RuntimeError),
+    ("STRM_BadArgument", ValueError), ("STRM_BadFile", IOError), ("STRM_NotImplemented", NotImplementedError),
+    ("STRM_UnexpectedException", RuntimeError), ("STRM_LumenError", RuntimeError),
+    ("STRM_ExternalException", EnvironmentError), ("STRM_OperationInProgress", RuntimeError),
+    ("PyTypeError", TypeError),
+    # Not in the table: a subclass of a class that is, and the standard library's own.
+    ("STRM_PickyArgument", RuntimeError), ("runtime_error", RuntimeError),
+]
+
+# One way into the library of each kind: a method, a getter, a setter, a constructor, a copy, a hash, a text...
+WAYS = [
+    ("Layer", "a.remove()", "Layer.remove"), ("Layer", "a.name", "Layer.get_name"),
+    ("Layer", "a.name = u'x'", "Layer.set_name"), ("Layer", "bool(a)", "Layer.isNull"),
+    ("Layer", "a.contours", "Layer.getAllContours"), ("Layer", "a.contours", "Layer.projectManager"),
+    ("Layer", "a.parent", "STRM_Layer.handledObject"), ("Layer", "Layer(a)", "Layer(copy)"),
+    ("Layer", "a.__copy__()", "Layer(copy)"), ("Clip", "str(a)", "Clip.get_name"),
+    ("Clip", "a.relink()", "Clip.relink"), ("Clip", "Clip(u'x')", "Clip"), ("Project", "Project(None)", "Project"),
+    ("Project", "a.undo_group()", "Project.undo_group"), ("Project", "a.layer(1)", "Project.layer"),
+    ("ProgressWatcher", "ProgressWatcher()", "ProgressWatcher"),
+    ("RenderOperation", "RenderInsertOperation()", "RenderInsertOperation"),
+    ("RenderOperation", "a.progress_watcher", "RenderOperation.get_progress_watcher"),
+    ("View", "a.id", "View.get_id"), ("View", "repr(a)", "View.__repr__"), ("View", "str(a)", "View.__str__"),
+    ("ViewInfo", "repr(a)", "ViewInfo.__repr__"), ("ViewInfo", "ViewInfo(u'a', u'b')", "ViewInfo"),
+    ("StreamInfo", "StreamInfo(u'a')", "StreamInfo"), ("UndoGroup", "a.__enter__()", "UndoGroup.begin"),
+    ("BezierControlPoint", "a.master_point", "ControlPoint.handledObject"),
+    ("BezierControlPoint", "a.set_master_point(None)", "Python.setPointConstraint"),
+    ("ParameterSet", "a['x']", "ParameterSet.get_subsets"), ("Parameter", "a.keyframes", "Parameter.get_keyframes"),
+    ("Layer", "a.get_transform_matrix(1.0)", "Knob::View.defaultViewId"),
+]
+
+
+class Errors(ModuleTest):
+    def test_each_class_becomes_its_exception(self):
+        layer = handle("Layer", 1)
+        for kind, expected in TRANSLATIONS:
+            recording.throws("Layer.remove", kind, "because of %s" % kind)
+            try:
+                layer.remove()
+            except BaseException as error:
+                self.assertIs(type(error), expected, kind)
+                self.assertEqual(error.args, ("because of %s" % kind,))
+                self.assertIs(type(error.args[0]), str)
+        recording.throws("Layer.remove", "STRM_BadArgument", u"B\xe4r")
+        self.raises(ValueError, "B\xc3\xa4r", layer.remove)
+        recording.throws("Layer.remove", "bad_alloc")
+        self.raises(RuntimeError, "std::bad_alloc", layer.remove)
+        recording.throws("Layer.remove", "int")
+        self.raises(RuntimeError, "Unknown error", layer.remove)
+
+    def test_every_way_into_the_library_translates(self):
+        def check(name, code, function):
+            one = make(name)
+            for kind, expected, text in [("STRM_BadFile", IOError, "x"), ("int", RuntimeError, "Unknown error")]:
+                recording.throws(function, kind, "x")
+                self.raises(expected, text, run, code, one)
+            recording.clear()
+            if name in HANDLES:
+                one = make(name)
+            if not code.startswith("a["):
+                run(code, one)  # the next call works normally
+
+        self.each(WAYS, check)
+
+    def test_comparison_and_hash_translate_too(self):
+        layer = handle("Layer", 1)
+        for function, code in [("Layer.==", "a == a"), ("Layer.!=", "a != a"), ("Layer.qHash", "hash(a)")]:
+            recording.throws(function, "STRM_BadState", "gone")
+            try:
+                run(code, layer)
+            except (RuntimeError, NotImplementedError):
+                pass
+            else:
+                self.fail(code)
+            recording.clear()
+
+    def test_a_failing_constructor_leaves_no_object(self):
+        for code, name in [("Clip(u'x')", "Clip"), ("Layer(a)", "Layer(copy)"), ("StreamInfo()", "StreamInfo")]:
+            layer = handle("Layer", 1)
+            before = recording.counts(name.split("(")[0])["alive"]
+            recording.throws(name, "STRM_BadArgument", "no")
+            self.raises(ValueError, "no", run, code, layer)
+            self.assertEqual(recording.counts(name.split("(")[0])["alive"], before)
+
+    def test_a_failure_after_a_conversion_frees_what_was_converted(self):
+        project = vp.Project(u"f")
+        before = recording.counts("Layer")["alive"]
+        recording.throws("Project.track_layers", "STRM_OperationFailed", "frame 12")
+        layers = [handle("Layer", 1), handle("Layer", 2)]
+        self.raises(RuntimeError, "frame 12", project.track_layers, layers=layers)
+        del layers
+        self.assertEqual(recording.counts("Layer")["alive"], before)
+
+
+if __name__ == "__main__":
+    main()

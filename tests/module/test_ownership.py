@@ -1,0 +1,250 @@
+"""Who owns a library object, which Python object stands for it, and what is left when it goes."""
+
+import gc
+import threading
+import weakref
+
+import shiboken
+
+from support import *
+
+GONE = "Internal C++ object (vireo.project.%s) already deleted."
+
+
+class Ownership(ModuleTest):
+    def test_python_deletes_what_it_made(self):
+        for name in sorted(CLASSES):
+            if name in ("View", "RenderOperation"):
+                continue
+            one = make(name)
+            self.assertTrue(shiboken.ownedByPython(one))
+            self.assertTrue(shiboken.isValid(one))
+            before = recording.counts(name)
+            watch = weakref.ref(one)
+            del one
+            self.assertIs(watch(), None)
+            after = recording.counts(name)
+            self.assertEqual((before["alive"] - after["alive"], after["destroyed"] - before["destroyed"]), (1, 1), name)
+
+    def test_the_library_keeps_what_it_made(self):
+        project, clip, layer = vp.Project(u"f"), vp.Clip(u"f"), handle("Layer", 1)
+        operation = vp.RenderInsertOperation()
+        for function, code, owner, name in [
+                ("Project.add_clip", "a.add_clip(None, u'')", project, "Clip"),
+                ("Project.render", "a.render(None, 1, 2, [])", project, "Clip"),
+                ("Project.get_default_trackable_clip", "a.default_trackable_clip", project, "Clip"),
+                ("Project.get_progress_watcher", "a.progress_watcher", project, "ProgressWatcher"),
+                ("Clip.get_progress_watcher", "a.progress_watcher", clip, "ProgressWatcher"),
+                ("RenderOperation.get_progress_watcher", "a.progress_watcher", operation, "ProgressWatcher"),
+                ("Clip.get_color_parameters", "a.color_parameters", clip, "ColorParameters"),
+                ("Layer.tracking_input_clip", "a.tracking_input_clip()", layer, "Clip")]:
+            known = recording.make(name)
+            recording.returns(function, known)
+            alive = recording.counts(name)["alive"]
+            one = run(code, owner)
+            self.assertFalse(shiboken.ownedByPython(one), code)
+            self.assertIs(run(code, owner), one)
+            self.assertIs(second_extension.pointer_to_python(name + "*", known), one)
+            watch = weakref.ref(one)
+            del one
+            self.assertIs(watch(), None)
+            self.assertEqual(recording.counts(name)["alive"], alive)
+            self.assertEqual(number(run(code, owner)), known)
+            recording.destroy(known)
+
+    def test_clips_of_a_project_keep_their_identity(self):
+        project = vp.Project(u"f")
+        first, second = recording.make("Clip"), recording.make("Clip")
+        recording.returns("Project.get_clips", [(u"a", first), (u"b", second)])
+        clips = project.clips
+        self.assertEqual(sorted(clips), [u"a", u"b"])
+        self.assertIs(project.clips[u"a"], clips[u"a"])
+        self.assertEqual([number(clips[name]) for name in sorted(clips)], [first, second])
+        recording.destroy(first)
+        self.raises(RuntimeError, GONE % "Clip", lambda: clips[u"a"].name)
+        recording.destroy(second)
+
+    def test_exported_shapes_are_python_s(self):
+        project = vp.Project(u"f")
+        known = recording.make("Clip")
+        recording.returns("Project.export_rendered_shapes", known)
+        clip = project.export_rendered_shapes([], vp.Grayscale, "", "", "", "", 1, 2)
+        self.assertTrue(shiboken.ownedByPython(clip))
+        alive = recording.counts("Clip")["alive"]
+        del clip
+        self.assertEqual(recording.counts("Clip")["alive"], alive - 1)
+
+    def test_colour_parameters_go_to_the_clip(self):
+        clip, parameters = vp.Clip(u"f"), vp.ColorParameters()
+        known, watch = number(parameters), weakref.ref(parameters)
+        clip.color_parameters = parameters
+        self.assertFalse(shiboken.ownedByPython(parameters))
+        recording.returns("Clip.get_color_parameters", known)
+        self.assertIs(clip.color_parameters, parameters)
+        del parameters
+        gc.collect()
+        # Made from Python, it lives until its library object goes.
+        self.assertIsNot(watch(), None)
+        self.assertEqual(recording.counts("ColorParameters")["destroyed"],
+                         recording.counts("ColorParameters")["constructed"] - recording.counts("ColorParameters")["alive"])
+        recording.clear()
+        recording.destroy(known)
+        gc.collect()
+        self.assertIs(watch(), None)
+
+    def test_colour_parameters_stay_python_s_when_the_library_refuses_them(self):
+        clip, parameters = vp.Clip(u"f"), vp.ColorParameters()
+        recording.throws("Clip.set_color_parameters", "STRM_BadArgument", "no")
+        self.raises(ValueError, "no", setattr, clip, "color_parameters", parameters)
+        self.assertTrue(shiboken.ownedByPython(parameters))
+
+    def test_a_parent_does_not_change_the_owner(self):
+        project = vp.Project(u"f")
+        clip = vp.Clip(u"f", parent=project)
+        self.assertTrue(shiboken.ownedByPython(clip))
+        alive = recording.counts("Clip")["alive"]
+        del clip
+        self.assertEqual(recording.counts("Clip")["alive"], alive - 1)
+        clip = vp.Clip(u"f", parent=project)
+        del project
+        self.raises(RuntimeError, GONE % "Clip", lambda: clip.name)
+
+    def test_library_objects_that_go_take_their_wrappers_validity(self):
+        for name, code in [("Clip", "a.name"), ("Project", "a.save()"), ("ColorParameters", "a.gamma"),
+                           ("ProgressWatcher", "a.objectName()"), ("RenderRemoveOperation", "a.progress_watcher")]:
+            for elsewhere in (False, True):
+                one, known = made(name)
+                run(code, one)
+                recording.destroy(known, elsewhere)
+                self.assertFalse(shiboken.isValid(one))
+                self.raises(RuntimeError, GONE % name, run, code, one)
+                # A new object at the old address is another object.
+                for _ in range(10):
+                    other, again = made(name)
+                    self.assertIsNot(other, one)
+                    self.assertFalse(shiboken.isValid(one))
+                    recording.destroy(again)
+
+    def test_the_library_s_children_come_as_their_own_class(self):
+        project = vp.Project(u"f")
+        known = recording.make("Clip", number(project))
+        child = project.children()[0]
+        self.assertIs(type(child), vp.Clip)
+        self.assertEqual(number(child), known)
+        parent = QtCore.QObject()
+        watcher = vp.ProgressWatcher(parent)
+        self.assertIs(parent.children()[0], watcher)
+        recording.destroy(known)
+
+    def test_results_are_new_objects_that_own_their_values(self):
+        project = vp.Project(u"f")
+        recording.returns("Project.get_layers", [1, 2])
+        first, second = project.layers, project.layers
+        self.assertIsNot(first, second)
+        self.assertIsNot(first[0], second[0])
+        self.assertTrue(shiboken.ownedByPython(first[0]))
+        first.append(5)
+        self.assertEqual(len(project.layers), 2)
+        alive = recording.counts("Layer")["alive"]
+        del first, second
+        self.assertEqual(recording.counts("Layer")["alive"], alive - 4)
+
+    def test_subclasses_keep_their_state_through_the_library(self):
+        class Plate(vp.Clip):
+            pass
+
+        project, plate = vp.Project(u"f"), Plate(u"f")
+        plate.note = u"mine"
+        recording.returns("Project.add_clip", number(plate))
+        self.assertIs(project.add_clip(plate, u"n"), plate)
+        self.assertIs(type(second_extension.pointer_to_python("Clip*", number(plate))), Plate)
+
+
+class Validity(ModuleTest):
+    def test_every_member_of_a_dead_object_fails_and_the_library_hears_nothing(self):
+        def check(name):
+            one = make(name)
+            shiboken.delete(one)
+            recording.clear()
+            if name == "RenderOperation":
+                name = "RenderInsertOperation"
+            for method in CLASSES[name].methods:
+                arguments = {"none": 0, "one": 1}.get(method[1])
+                if arguments is None:
+                    arguments = method[1][1] if method[1][0] == "exactly" else method[1][0]
+                self.raises(RuntimeError, GONE % name, getattr(one, method[0]), *[None] * arguments)
+            for row in CLASSES[name].properties:
+                self.raises(RuntimeError, GONE % name, getattr, one, row[0])
+                if row[2]:
+                    self.raises(RuntimeError, GONE % name, setattr, one, row[0], None)
+            slots = CLASSES[name].slots.split()
+            for slot, code in [("==", "a == a"), ("!=", "a != a"), ("<", "a < a"), ("hash", "hash(a)"),
+                               ("bool", "bool(a)"), ("repr", "repr(a)"), ("str", "str(a)")]:
+                if slot in slots:
+                    self.raises(RuntimeError, GONE % name, run, code, one)
+            if CLASSES[name].copies:
+                self.raises(RuntimeError, GONE % name, one.__copy__)
+            self.assertEqual(recording.calls(), [])
+
+        self.each([(name,) for name in CLASSES], check)
+
+    def test_dead_arguments_fail_before_the_library_is_called(self):
+        self.each([
+            ("Clip", "a.apply(b)", "StreamInfo"), ("Clip", "a.relink(b)", "StreamInfo"),
+            ("Clip", "a.relink(view=b)", "View"), ("Clip", "a.export(b, '', '', '', '', 1, 2)", "Clip"),
+            ("Clip", "a.export(None, '', '', '', '', 1, 2, views=[b])", "View"),
+            ("Clip", "a.color_parameters = b", "ColorParameters"), ("Project", "a.add_clip(b, '')", "Clip"),
+            ("Project", "a.render(b, 1, 2, [])", "RenderInsertOperation"), ("Project", "a.track_layers(0, 1, [b])", "Layer"),
+            ("Project", "a.views = [b]", "ViewInfo"), ("Project", "a.default_hero_view = b", "View"),
+            ("Layer", "a.set_parent(b)", "LayerGroup"), ("Layer", "a.parent = b", "LayerGroup"),
+            ("Layer", "a.add_bezier_contour(0.0, [b])", "BezierControlPointData"), ("Layer", "a.in_point(b)", "View"),
+            ("Layer", "a.link_to_track = b", "Layer"), ("Layer", "a == b", "Layer"), ("Layer", "a != b", "Layer"),
+            ("View", "a < b", "View"), ("Layer", "Layer(b)", "Layer"), ("View", "View(b)", "View"),
+            ("StreamInfo", "StreamInfo(b)", "StreamInfo"), ("ViewInfo", "ViewInfo(b)", "ViewInfo"),
+            ("LayerGroup", "a.insert_child(b)", "Layer"), ("BezierControlPoint", "a.set_point_data(0.0, b)",
+                                                           "BezierControlPointData"),
+            ("BezierControlPoint", "a.set_master_point(b)", "BezierControlPoint"),
+            ("BezierControlPoint", "a.set_master_point(b)", "XControlPoint"),
+            ("Clip", "Clip('', parent=b)", "Clip"), ("Project", "Project(b)", "Clip"),
+        ], self.check_dead_argument)
+
+    def check_dead_argument(self, name, code, dead):
+        one, other = make(name), make(dead)
+        shiboken.delete(other)
+        recording.clear()
+        self.raises(RuntimeError, GONE % dead, run, code, one, other)
+        self.assertEqual(calls("Layer", "StreamInfo", "ViewInfo", "BezierControlPointData",
+                               "BezierControlPoint.projectManager"), [])
+
+    def test_what_was_never_initialised(self):
+        class Forgetful(vp.Clip):
+            def __init__(self):
+                pass
+
+        self.raises(RuntimeError, "'__init__' method of object's base class (Forgetful) not called.",
+                    lambda: Forgetful().name)
+        self.raises(RuntimeError, "You can't initialize an object twice!", vp.Clip(u"f").__init__, u"g")
+        layer = handle("Layer", 1)
+        alive = recording.counts("Layer")["alive"]
+        self.raises(RuntimeError, "You can't initialize an object twice!", layer.__init__, layer)
+        self.assertEqual(recording.counts("Layer")["alive"], alive)
+        try:
+            bare = vp.RenderOperation()
+        except Exception:
+            return
+        self.raises(RuntimeError, None, lambda: bare.progress_watcher)
+
+    def test_threads_may_drop_objects(self):
+        project = vp.Project(u"f")
+        recording.returns("Project.get_layers", range(1, 50))
+        alive = recording.counts("Layer")["alive"]
+        threads = [threading.Thread(target=lambda: [project.layers for _ in range(20)]) for _ in range(4)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        self.assertEqual(recording.counts("Layer")["alive"], alive)
+
+
+if __name__ == "__main__":
+    main()

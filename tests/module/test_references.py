@@ -1,0 +1,159 @@
+"""Every operation many times, on the interpreter that counts its references: the total stays what it was."""
+
+import gc
+import sys
+
+from support import *
+from test_calls import CALLS, CONSTRUCTORS
+from test_conversions import FROM_PYTHON, TO_PYTHON
+from test_errors import WAYS
+
+ROUNDS = 50
+NOISE = 5
+
+
+class References(ModuleTest):
+    keep_engine = True
+
+    def grows(self, work):
+        """By how many references that stay a round of the work makes the total grow."""
+        for _ in range(3):  # what is made once
+            work()
+        gc.collect()
+        before = sys.gettotalrefcount()
+        for _ in range(ROUNDS):
+            work()
+        gc.collect()
+        return sys.gettotalrefcount() - before
+
+    def holds(self, rows):
+        def check(code, work):
+            self.assertLessEqual(abs(self.grows(work)), NOISE, code)
+
+        recording.clear()
+        self.each(rows, check)
+
+    def compiled(self, code, *values):
+        names = dict(vars(vp), QtCore=QtCore, UINT_MAX=UINT_MAX, Stranger=Stranger, handle=handle)
+        names.update(zip("abcdefgh", values))
+        program = compile(code, code, "exec")
+
+        def work():
+            try:
+                exec(program, names)
+            except Exception:
+                sys.exc_clear()
+            recording.clear()
+
+        return work
+
+    def test_calls(self):
+        rows = []
+        for name in sorted(CALLS):
+            one = make(name)
+            for row in CALLS[name]:
+                rows.append((row[1], self.compiled(row[1], one)))
+        self.holds(rows + [(code, self.compiled(code)) for code, _ in CONSTRUCTORS])
+
+    def test_failing_calls(self):
+        rows = []
+        for name in sorted(CLASSES):
+            one = make(name)
+            for row in CLASSES[name].methods:
+                for arguments in ("()", "(Stranger())", "(*[None] * 20)", "(1, 2, 3, view=5, other=6)"):
+                    code = "a.%s%s" % (row[0], arguments)
+                    rows.append((code, self.compiled(code, one)))
+            for row in CLASSES[name].properties:
+                rows.append((row[0], self.compiled("a.%s = Stranger()" % row[0], one)))
+            rows.append((name, self.compiled("%s(Stranger())" % name)))
+            for slot in ("a == a", "a != 5", "a < a", "hash(a)", "repr(a)", "str(a)", "bool(a)", "a.__copy__()"):
+                rows.append(("%s: %s" % (name, slot), self.compiled(slot, one)))
+        self.holds(rows)
+
+    def test_library_failures(self):
+        rows = []
+        for name, code, function in WAYS:
+            one = make(name)
+
+            def work(code=code, one=one, function=function):
+                recording.throws(function, "STRM_BadArgument", "x")
+                try:
+                    run(code, one)
+                except ValueError:
+                    sys.exc_clear()
+                recording.clear()
+
+            rows.append((code, work))
+        self.holds(rows)
+
+    def test_results(self):
+        project, layer, set_ = vp.Project(u"f"), handle("Layer", 1), handle("ParameterSet", 1)
+        clip = recording.make("Clip")
+        orders = [("Project.get_layers", [1, 2]), ("Project.get_clips", [(u"a", clip)]),
+                  ("Project.get_views", [(u"a", u"b", (0, 0, 1))]), ("Project.get_default_trackable_clip", clip),
+                  ("Layer.getAllContours", [4, 5]), ("ParameterSet.get_subsets#1", [2, 3]),
+                  ("ParameterSet.get_name_components#2", [u"x"]), ("Parameter.get_keyframes", [(1, 2.5)]),
+                  ("Parameter.get", u"text")]
+        rows = []
+        for code in ("a.layers", "a.clips", "a.views", "a.default_trackable_clip", "b.contours", "b.parent", "c['x']",
+                     "c[['x']]", "c['y']", "c[5]", "d.keyframes", "d.get()", "a.undo_group().__enter__()"):
+            def work(code=code):
+                for order in orders:
+                    recording.returns(*order)
+                try:
+                    run(code, project, layer, set_, handle("Parameter", 1))
+                except KeyError:
+                    sys.exc_clear()
+                recording.clear()
+
+            rows.append((code, work))
+        self.holds(rows)
+        recording.destroy(clip)
+
+    def test_conversions(self):
+        rows = []
+        for name, table, function in ([(name, FROM_PYTHON[name], "from_python") for name in FROM_PYTHON] +
+                                      [(name, TO_PYTHON[name], "to_python") for name in TO_PYTHON]):
+            for row in table:
+                def work(name=name, function=function, given=row[0]):
+                    try:
+                        getattr(second_extension, function)(name, given)
+                    except Exception:
+                        sys.exc_clear()
+
+                rows.append(((name, row[0]), work))
+        self.holds(rows)
+
+    def test_life(self):
+        class Null(vp.Layer):
+            def isNull(self):
+                return True
+
+        class Watcher(vp.ProgressWatcher):
+            def event(self, event):
+                return True
+
+        layer, watcher = handle("Layer", 1), Watcher()
+        known = number(watcher)
+
+        def made_and_destroyed():
+            one, library_number = made("Clip")
+            recording.destroy(library_number)
+            try:
+                one.name
+            except RuntimeError:
+                sys.exc_clear()
+            recording.clear()
+
+        def connected():
+            watcher.started.connect(list)
+            watcher.started.disconnect(list)
+
+        self.holds([("subclass", lambda: bool(Null(layer))), ("event", lambda: recording.send(known, 1000)),
+                    ("library's", made_and_destroyed), ("parent", lambda: vp.Clip(u"f", parent=watcher)),
+                    ("signal", connected),
+                    ("given away", self.compiled("c = Clip(u'f'); c.color_parameters = ColorParameters()"))][:-1])
+
+
+if __name__ == "__main__":
+    main()

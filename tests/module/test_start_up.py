@@ -1,0 +1,186 @@
+"""What an import does, in interpreters of its own: the order of its steps, embedded or not, and how it fails."""
+
+import os
+import shutil
+import tempfile
+
+from support import *
+
+LIBRARY_STEPS = ["STRM_ErrorDetector.init", "STRM_ErrorDetector.setFullErrorDetection", "pyBootstrap", "isEmbedded"]
+
+PREAMBLE = """
+import sys, recording
+def steps():
+    return [call[0] for call in recording.calls()]
+def project():
+    number = recording.make("Project")
+    recording.returns("getCurrentProject", number)
+    return number
+"""
+
+
+class StartUp(ModuleTest):
+    def child(self, code, **environment):
+        status, output, errors = child(PREAMBLE + code, **environment)
+        self.assertEqual((status, errors), (0, ""))
+        return output.splitlines()
+
+    def test_what_the_library_sees(self):
+        output = self.child("""
+import vireo.project
+print steps()
+print recording.calls()[1], recording.locks()[2]
+import vireo.project, imp
+__import__("vireo.project")
+print len(steps())
+""")
+        self.assertEqual(eval(output[0]), LIBRARY_STEPS)
+        self.assertEqual(output[1], "(u'STRM_ErrorDetector.setFullErrorDetection', True, False) (u'pyBootstrap', True)")
+        self.assertEqual(output[2], "4")
+
+    def test_stand_alone_there_is_no_current_project(self):
+        output = self.child("""
+import vireo.project
+try:
+    vireo.project.get_current_project
+except AttributeError as error:
+    print error
+print "getCurrentProject" in steps()
+""")
+        self.assertEqual(output, ["'module' object has no attribute 'get_current_project'", "False"])
+
+    def test_embedded_the_current_project_keeps_its_identity(self):
+        output = self.child("""
+recording.returns("isEmbedded", True)
+import gc, weakref, shiboken, vireo.project as vp
+print vp.get_current_project()
+number = project()
+first = vp.get_current_project()
+print first is vp.get_current_project(), type(first) is vp.Project, shiboken.ownedByPython(first)
+watch = weakref.ref(first)
+del first
+print watch(), recording.counts("Project")["destroyed"], type(vp.get_current_project())
+print recording.locks()[-1]
+print vp.get_current_project.__doc__, steps().count("isEmbedded")
+for given in [(1,)]:
+    try:
+        vp.get_current_project(*given)
+    except TypeError as error:
+        print error
+for kind in ("STRM_BadState", "int"):
+    recording.throws("getCurrentProject", kind, "closed")
+    try:
+        vp.get_current_project()
+    except RuntimeError as error:
+        print error
+recording.clear()
+mine = vp.Project(u"f")
+recording.returns("getCurrentProject", recording.newest("Project"))
+print vp.get_current_project() is mine, shiboken.ownedByPython(mine)
+""")
+        self.assertEqual(output, [
+            "None", "True True False", "None 0 <type 'vireo.project.Project'>", "(u'getCurrentProject', False)",
+            "None 1", "get_current_project() takes no arguments (1 given)", "closed", "Unknown error", "True False"])
+
+    def test_another_extension_finds_types_and_converters(self):
+        output = self.child("""
+import second_extension, sys
+print "vireo.project" in sys.modules
+import vireo.project as vp
+print second_extension.type_at(14) is vp.Project, second_extension.has_converter_at(29, "QMap<QString,QVariant>")
+""")
+        self.assertEqual(output, ["True", "True True"])
+
+    def test_from_a_thread(self):
+        output = self.child("""
+import threading
+def work():
+    import vireo.project
+    print len(dir(vireo.project)) > 22
+thread = threading.Thread(target=work)
+thread.start()
+thread.join()
+import vireo.project
+print len(steps())
+""")
+        self.assertEqual(output, ["True", "4"])
+
+    def test_the_library_is_told_when_the_interpreter_ends(self):
+        output = self.child("""
+import atexit, vireo.project as vp
+from PySide import QtCore
+def last():
+    print "pyCleanup" in steps(), recording.counts("Clip")["alive"]
+atexit.register(last)
+clip = vp.Clip(u"f")
+""")
+        self.assertEqual(output[0].split()[1:], ["1"])
+
+
+class FailingStartUp(ModuleTest):
+    """The import fails with the error that was met, and the interpreter goes on."""
+
+    def setUp(self):
+        super(FailingStartUp, self).setUp()
+        self.folder = tempfile.mkdtemp()
+        self.site = os.path.join(self.folder, "PySide")
+        shutil.copytree(os.path.dirname(os.path.abspath(QtCore.__file__)), self.site,
+                        ignore=shutil.ignore_patterns("*.so"))
+        self.real = os.path.dirname(os.path.abspath(QtCore.__file__))
+
+    def tearDown(self):
+        shutil.rmtree(self.folder)
+        super(FailingStartUp, self).tearDown()
+
+    def write(self, name, text):
+        with open(os.path.join(self.site, name), "w") as stream:
+            stream.write(text)
+
+    def outcome(self):
+        """The error of the import, twice, and what the library saw."""
+        code = PREAMBLE + """
+for _ in range(2):
+    try:
+        import vireo.project
+    except BaseException as error:
+        print type(error).__name__, "|", error
+    print "vireo.project" in sys.modules
+print steps()
+"""
+        path = self.folder + os.pathsep + os.environ["PYTHONPATH"]
+        status, output, errors = child(code, PYTHONPATH=path)
+        self.assertEqual((status, errors), (0, ""), output)
+        return output.splitlines()
+
+    def library(self, name):
+        os.symlink(os.path.join(self.real, name), os.path.join(self.site, name))
+
+    def test_without_the_gui_module(self):
+        self.library("QtCore.so")
+        output = self.outcome()
+        self.assertEqual(output[:2], ["ImportError | No module named QtGui", "False"])
+        self.assertEqual(eval(output[-1])[:4], LIBRARY_STEPS)
+
+    def test_with_a_gui_module_that_fails(self):
+        self.library("QtCore.so")
+        self.write("QtGui.py", "raise ValueError('no display')\n")
+        self.assertEqual(self.outcome()[:2], ["ValueError | no display", "False"])
+
+    def test_with_a_broken_core_module(self):
+        self.library("QtGui.so")
+        self.write("QtCore.so", "no library at all")
+        first = self.outcome()[0]
+        self.assertTrue(first.startswith("ImportError | ") and "QtCore.so" in first, first)
+
+    def test_without_a_core_module(self):
+        self.assertEqual(self.outcome()[:2], ["ImportError | No module named QtCore", "False"])
+
+    def test_with_a_core_module_of_something_else(self):
+        self.library("QtGui.so")
+        self.write("QtCore.py", "class QObject(object): pass\n")
+        first = self.outcome()[0]
+        self.assertTrue(first.startswith("ImportError | ") and "QtCore" in first, first)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,448 @@
+"""Every class by the table: its names, its counts, its wrong arguments, and what its type can do."""
+
+import copy
+
+from support import *
+from surface import ENUMERATIONS
+
+
+def public(names):
+    return set(name for name in names if not name.startswith("__"))
+
+
+def operations(form=None):
+    """(class, method, form, signatures) of all methods, or those of one form."""
+    for name in sorted(CLASSES):
+        for method in CLASSES[name].methods:
+            shape = method[1][0] if isinstance(method[1], tuple) and method[1][0] == "exactly" else method[1]
+            kind = shape if isinstance(shape, str) else "keywords"
+            if form in (None, kind):
+                yield name, method[0], method[1], method[2:]
+
+
+def properties():
+    for name in sorted(CLASSES):
+        for row in CLASSES[name].properties:
+            yield (name,) + row
+
+
+class Names(ModuleTest):
+    def test_the_module_holds_classes_enumerations_and_their_items(self):
+        items = [item for names in ENUMERATIONS.values() for item in names]
+        self.assertEqual(public(vars(vp)), set(CLASSES) | set(ENUMERATIONS) | set(items))
+
+    def test_types_have_the_methods_and_properties_of_the_table(self):
+        def check(name):
+            one, cls = CLASSES[name], getattr(vp, name)
+            self.assertEqual("%s.%s" % (cls.__module__, cls.__name__), "vireo.project." + name)
+            self.assertEqual(repr(cls), "<type 'vireo.project.%s'>" % name)
+            self.assertEqual(cls.__bases__[0].__name__, one.base)
+            names = [method[0] for method in one.methods] + [row[0] for row in one.properties]
+            own = public(vars(cls)) - public(dir(QtCore.QObject))
+            signals = set(n for n in own if type(vars(cls)[n]).__name__ == "Signal")
+            self.assertEqual(own - signals, public(names))
+            self.assertEqual("__copy__" in vars(cls), one.copies)
+            for row in one.properties:
+                self.assertIs(type(vars(cls)[row[0]]), property)
+                self.assertEqual(vars(cls)[row[0]].fset is not None, row[2] is not None, row[0])
+                for accessor in filter(None, row[1:3]):
+                    self.raises(AttributeError, None, getattr, cls, accessor)
+
+        self.each([(name,) for name in CLASSES], check)
+
+    def test_the_signals_of_the_library_are_there(self):
+        for name, signals in [("Project", "settingChanged viewsChanged clipsChanged layersChanged historyChanged saved"),
+                              ("Clip", "settingChanged streamsChanged"), ("ColorParameters", "propertyChanged"),
+                              ("ProgressWatcher", "started progressChanged finished cancelled cancelRequested")]:
+            for signal in signals.split():
+                self.assertEqual(type(getattr(make(name), signal)).__name__, "SignalInstance")
+
+
+class Arguments(ModuleTest):
+    def refused(self, kind, text, name, method, arguments, keywords={}):
+        """The call fails with that message, and the library hears nothing of it."""
+        one = make(name) if method else None
+        function = getattr(one, method) if method else getattr(vp, name)
+        recording.clear()
+        self.raises(kind, text, function, *arguments, **keywords)
+        self.assertEqual(calls(), [])
+
+    def test_wrong_arguments_name_the_operation_and_its_signatures(self):
+        taken_as_they_are = {"set_master_point": 2, "set": 2}
+
+        def check(name, method, form, signatures):
+            if method == "__exit__":
+                return
+            least = {ONE: 1}.get(form) or (form[1] if form[0] == "exactly" else max(form[0], 1))
+            given = [Stranger()] * taken_as_they_are.get(method, least)
+            text = signature_error("%s.%s" % (name, method), ", ".join(["Stranger"] * len(given)), *signatures)
+            self.refused(TypeError, text, name, method, given)
+
+        self.each([row for row in operations() if row[2] != NONE], check)
+
+    def test_wrong_arguments_of_setters_name_the_setter(self):
+        def check(name, prop, getter, set_name, text):
+            one = make(name)
+            recording.clear()
+            error = signature_error("%s.%s" % (name, set_name), "Stranger", text)
+            self.raises(TypeError, error, setattr, one, prop, Stranger())
+            self.assertEqual(calls(), [])
+
+        self.each([row for row in properties() if row[3] and row[4]], check)
+
+    def test_wrong_arguments_of_constructors(self):
+        def check(name):
+            one = CLASSES[name]
+            self.refused(TypeError, signature_error(name, "Stranger", *(one.signatures or ["vireo.project." + name])),
+                         name, None, [Stranger()])
+
+        self.each([(name,) for name in CLASSES if CLASSES[name].constructor], check)
+
+    def test_counts_of_methods_with_keywords(self):
+        def check(name, method, form, signatures):
+            least, most = form
+            full = "%s.%s" % (name, method)
+            strangers = [None] * (most + 1)
+            self.refused(TypeError, count_error(full, least, most + 1), name, method, strangers)
+            # Unknown keywords count too, and keywords do not make up for required arguments.
+            self.refused(TypeError, count_error(full, least, most + 1), name, method, strangers[1:], {"other": 1})
+            if least:
+                self.refused(TypeError, count_error(full, least, least - 1), name, method, strangers[:least - 1])
+                self.refused(TypeError, count_error(full, least, least - 1), name, method, strangers[:least - 1],
+                             {"view": 1})
+
+        self.each(list(operations("keywords")), check)
+
+    def test_counts_that_the_interpreter_makes(self):
+        def check(name, method, form, signatures):
+            if form == NONE:
+                rows = [((1,), {}, "%s() takes no arguments (1 given)" % method),
+                        ((), {"x": 1}, "%s() takes no keyword arguments" % method)]
+            elif form == ONE:
+                rows = [((), {}, "%s() takes exactly one argument (0 given)" % method),
+                        ((1, 2), {}, "%s() takes exactly one argument (2 given)" % method),
+                        ((1,), {"x": 1}, "%s() takes no keyword arguments" % method)]
+            else:
+                count = form[1]
+                rows = [((1,) * given, {}, "%s expected %d arguments, got %d" % (method, count, given))
+                        for given in (0, count - 1, count + 1)]
+                rows.append(((1,) * count, {"x": 1}, "%s() takes no keyword arguments" % method))
+            for given, keywords, text in rows:
+                self.refused(TypeError, text, name, method, given, keywords)
+
+        self.each([row for kind in (NONE, ONE, "exactly") for row in operations(kind)], check)
+
+    def test_counts_of_constructors(self):
+        def check(name):
+            kind = CLASSES[name].constructor
+            rows = []
+            if kind == COPY:
+                rows = [((None,) * n, {}, "%s expected 1 arguments, got %d" % (name, n)) for n in (0, 2)]
+            elif kind == "view":
+                rows = [((1, 2), {}, "View expected at most 1 arguments, got 2")]
+            elif kind[0] == "total":
+                most = kind[1]
+                rows = [((1,) * (most + 1), {}, count_error(name, 0, most + 1)),
+                        ((1,) * most, {"other": 1}, count_error(name, 0, most + 1))]
+            else:
+                most = kind[-1]
+                rows = [((1,) * (most + 1), {}, "%s() takes at most %d argument%s (%d given)" % (
+                    name, most, "s" * (most > 1), most + 1))]
+                if kind[0] == "least":
+                    rows += [((), {}, count_error(name, 1, 0)), ((), {"parent": None}, count_error(name, 1, 0))]
+            for given, keywords, text in rows:
+                self.refused(TypeError, text, name, None, given, keywords)
+
+        self.each([(name,) for name in CLASSES if CLASSES[name].constructor], check)
+
+    def test_a_keyword_beside_its_position(self):
+        view = vp.View(1)
+        self.each([
+            ("a.get_bounding_rect(1.0, time=2.0)", "BezierContour", "get_bounding_rect", "time"),
+            ("a.insert_point(0.0, BezierControlPointData(), 1, index=2)", "BezierContour", "insert_point", "index"),
+            ("a.set_master_point(None, 1.0, time=1.0)", "BezierControlPoint", "set_master_point", "time"),
+            ("a.set_master_point(None, 1.0, 0, view=0)", "BezierControlPoint", "set_master_point", "view"),
+            ("a.set_master_point(None, 1.0, time=1.0)", "XControlPoint", "set_master_point", "time"),
+            ("a.get(1.0, time=1.0)", "Parameter", "get", "time"),
+            ("a.set(5, 1.0, time=1.0)", "Parameter", "set", "time"),
+            ("a.relink(u'', path=u'')", "Clip", "relink", "path"),
+            ("a.relink(u'', u'', prefix=u'')", "Clip", "relink", "prefix"),
+            ("a.relink(u'', u'', u'', suffix=u'')", "Clip", "relink", "suffix"),
+            ("a.relink(u'', u'', u'', 1, start_frame=1)", "Clip", "relink", "start_frame"),
+            ("a.relink(u'', u'', u'', 1, 1, end_frame=1)", "Clip", "relink", "end_frame"),
+            ("a.relink(StreamInfo(), 1, view=1)", "Clip", "relink", "view"),
+            ("a.export(None, u'', u'', u'', u'', 1, 2, 3, index_width=3)", "Clip", "export", "index_width"),
+            ("a.export(None, u'', u'', u'', u'', 1, 2, 3, [], views=[])", "Clip", "export", "views"),
+            ("a.add_layer(None, u'A', name=u'B')", "Project", "add_layer", "name"),
+            ("a.add_layer(None, u'A', 1, frame_number=1)", "Project", "add_layer", "frame_number"),
+            ("a.add_group(u'A', name=u'B')", "Project", "add_group", "name"),
+            ("a.track_layers(1, start_index=1)", "Project", "track_layers", "start_index"),
+            ("a.track_layers(1, 2, stop_index=1)", "Project", "track_layers", "stop_index"),
+            ("a.track_layers(1, 2, [], layers=[])", "Project", "track_layers", "layers"),
+            ("a.export_rendered_shapes([], Grayscale, u'', u'', u'', u'', 1, 2, 3, index_width=3)", "Project",
+             "export_rendered_shapes", "index_width"),
+            ("a.export_rendered_shapes([], Grayscale, u'', u'', u'', u'', 1, 2, 3, [], views=[])", "Project",
+             "export_rendered_shapes", "views"),
+            ("Clip(u'a', u'A', clip_name=u'B')", "Clip", None, "clip_name"),
+            ("Clip(u'a', u'A', False, 1, 1, 1, None, parent=None)", "Clip", None, "parent"),
+            ("Project(None, NotInterlaced, interlace_mode=NotInterlaced)", "Project", None, "interlace_mode"),
+            ("Project(None, NotInterlaced, None, parent=None)", "Project", None, "parent"),
+            ("Project(u'', None, parent=None)", "Project", None, "parent"),
+            ("ColorParameters(LogColorspace, colorspace=LinearColorspace)", "ColorParameters", None, "colorspace"),
+            ("ColorParameters(LogColorspace, NoneConversion, 1, 1, 1, 1, 1, gamma=2)", "ColorParameters", None,
+             "gamma"),
+            ("ProgressWatcher(None, parent=None)", "ProgressWatcher", None, "parent"),
+            ("StreamInfo(u'/a', path=u'/b')", "StreamInfo", None, "path"),
+            ("StreamInfo(u'', u'', u'', 1, 2, end_frame=2)", "StreamInfo", None, "end_frame"),
+            ("ViewInfo(u'L', u'L', color=(0, 0, 0))", None, None, None),
+            ("BezierControlPointData(True, active=False)", "BezierControlPointData", None, "active"),
+            ("BezierControlPointData(True, True, 1.0, x=1.0)", "BezierControlPointData", None, "x"),
+            ("XControlPointData(True, True, 1.0, 1.0, 1.0, weight=1.0)", "XControlPointData", None, "weight"),
+        ], self.check_duplicate)
+        self.raises(TypeError, count_error("ViewInfo", 0, 4), vp.ViewInfo, u"L", u"L", (0, 0, 0), color=(0, 0, 0))
+        self.raises(TypeError, count_error("Layer.in_point", 0, 2), handle("Layer", 1).in_point, view, view=view)
+
+    def check_duplicate(self, code, name, method, keyword):
+        one = make(name) if name and method else None
+        recording.clear()
+        if not name:
+            run(code)
+            return
+        self.raises(TypeError, duplicate_error(".".join(filter(None, [name, method])), keyword), run, code, one)
+        self.assertEqual(calls("StreamInfo", "BezierControlPointData", "XControlPointData"), [])
+
+    def test_later_arguments_and_keywords_are_tested_too(self):
+        self.each([
+            ("a.add_stream('p', View(1), 1, 'x')", "Clip", "add_stream", "str, vireo.project.View, int, str"),
+            ("a.add_stream('p', View(1), 1, 2, validate='x')", "Clip", "add_stream", "str, vireo.project.View, int, int"),
+            ("a.add_stream('p', 1L, 1, 2)", "Clip", "add_stream", "str, long, int, int"),
+            ("a.relink('p', 5)", "Clip", "relink", "str, int"),
+            ("a.relink(StreamInfo(), 'x')", "Clip", "relink", "vireo.project.StreamInfo, str"),
+            ("a.relink(view='x')", "Clip", "relink", ""),
+            ("a.relink(None, None, None, None)", "Clip", "relink", "NoneType, NoneType, NoneType, NoneType"),
+            ("a.apply(None)", "Clip", "apply", "NoneType"),
+            ("a.get_info(None)", "Clip", "get_info", "NoneType"),
+            ("a.track_layers(0, 1, [handle('Layer', 1), 5])", "Project", "track_layers", "int, int, list"),
+            ("a.track_layers(views={1})", "Project", "track_layers", ""),
+            ("a.render(None, 1, 2, [], view=None)", "Project", "render", "NoneType, int, int, list"),
+            ("a.export_rendered_shapes([], 0, u'', u'', u'', u'', 1, 2)", "Project", "export_rendered_shapes",
+             "list, int, unicode, unicode, unicode, unicode, int, int"),
+            ("a.add_layer(Project(u'x'))", "Project", "add_layer", "vireo.project.Project"),
+            ("a.set_parent(handle('Layer', 1))", "Layer", "set_parent", "vireo.project.Layer"),
+            ("a.add_bezier_contour(1.0, [XControlPointData()])", "Layer", "add_bezier_contour", "float, list"),
+            ("a.add_bezier_contour(1.0, None)", "Layer", "add_bezier_contour", "float, NoneType"),
+            ("a.insert_child(None)", "LayerGroup", "insert_child", "NoneType"),
+            ("a.insert_point(0.0, XControlPointData())", "BezierContour", "insert_point",
+             "float, vireo.project.XControlPointData"),
+            ("a.get_bounding_rect(view=1.5)", "BezierContour", "get_bounding_rect", ""),
+            ("a.set_point_data(1.0, None)", "XControlPoint", "set_point_data", "float, NoneType"),
+            ("a.set_master_point(None, lock_tangents='x')", "BezierControlPoint", "set_master_point", "NoneType"),
+            ("a.set(5, view='x')", "Parameter", "set", "int"),
+            ("a.delete_keyframe(1.0, None)", "Parameter", "delete_keyframe", "float, NoneType"),
+            ("a.parameter(5)", "Layer", "parameter", "int"),
+            ("a.parameter_set(None)", "Layer", "parameter_set", "NoneType"),
+            ("ViewInfo(u'L')", "ViewInfo", None, "unicode"),
+            ("ViewInfo(u'L', 5)", "ViewInfo", None, "unicode, int"),
+            ("ViewInfo(u'L', u'L', color=5)", "ViewInfo", None, "unicode, unicode"),
+            ("View(None)", "View", None, "NoneType"),
+            ("View('1')", "View", None, "str"),
+            ("Clip(u'a', parent=5)", "Clip", None, "unicode"),
+            ("Clip(u'a', u'b', validate='x')", "Clip", None, "unicode, unicode"),
+            ("Project(5)", "Project", None, "int"),
+            ("Project(None, 1)", "Project", None, "NoneType, int"),
+            ("Project(None, LogColorspace)", "Project", None, "NoneType, vireo.project.Colorspace"),
+            ("Project(u'x', interlace_mode=1, parent=1)", "Project", None, "unicode"),
+            ("ColorParameters(1)", "ColorParameters", None, "int"),
+            ("ColorParameters(conversion=LogColorspace)", "ColorParameters", None, ""),
+            ("StreamInfo(u'a', 5)", "StreamInfo", None, "unicode, int"),
+            ("BezierControlPointData(x=1)", "BezierControlPointData", None, ""),
+            ("BezierControlPointData(active=1)", "BezierControlPointData", None, ""),
+            ("BezierControlPointData(1.0, x=2.0)", "BezierControlPointData", None, "float"),
+            ("Layer(None)", "Layer", None, "NoneType"),
+            ("UndoGroup(5)", "UndoGroup", None, "int"),
+        ], self.check_wrong)
+
+    def check_wrong(self, code, name, method, given):
+        one = make(name) if method else None
+        signatures = CLASSES[name].signatures or ["vireo.project." + name]
+        if method:
+            signatures = [row[2:] for row in CLASSES[name].methods if row[0] == method][0]
+        recording.clear()
+        full = ".".join(filter(None, [name, method]))
+        self.raises(TypeError, signature_error(full, given, *signatures), run, code, one)
+        # Only what the row itself makes has reached the library.
+        self.assertEqual([call for call in calls() if call[0].startswith(full + ".") or call[0] == name], [])
+
+    def test_a_pending_error_keeps_its_call_from_the_library(self):
+        self.each([
+            ("Project", "layer", (-1,), OverflowError), ("Project", "layer", (2 ** 32,), OverflowError),
+            ("Project", "render", (None, 2 ** 31, 1, []), OverflowError),
+            ("Layer", "get_surface_position", (-1, 0.0), OverflowError),
+            ("Clip", "delete_stream", (2 ** 40,), OverflowError),
+            ("BezierControlPointData", "handle_offset_forward", ((1.0,),), TypeError),
+            ("Parameter", "set", (2 ** 31,), OverflowError),
+        ], self.check_pending)
+
+    def check_pending(self, name, member, given, kind):
+        one = make(name)
+        recording.clear()
+        written = any(row[0] == member for row in CLASSES[name].properties)
+        self.raises(kind, None, *([setattr, one, member] + list(given) if written else [getattr(one, member)] +
+                                  list(given)))
+        self.assertEqual(calls(), [])
+
+
+class Properties(ModuleTest):
+    def test_read_only_properties_refuse_and_none_can_be_deleted(self):
+        def check(name, prop, getter, set_name, text):
+            one = make(name)
+            recording.clear()
+            if not set_name:
+                self.raises(AttributeError, "can't set attribute", setattr, one, prop, 1)
+            self.raises(AttributeError, "can't delete attribute" if set_name else None, delattr, one, prop)
+            self.assertEqual(calls(), [])
+
+        # A setter's property hands deletion to a setter without a deleter, which the interpreter refuses by itself.
+        self.each(list(properties()), check)
+
+
+class TypeSlots(ModuleTest):
+    def test_comparison_by_the_table(self):
+        refusal = "operator not implemented."
+
+        def check(name):
+            slots = CLASSES[name].slots.split()
+            one, other = make(name), make(name)
+            if "==" not in slots:
+                self.assertTrue(one == one and not one == other and one != other)
+                return
+            label = "%s.==" % name
+            for answer in (True, False):
+                recording.clear()
+                recording.returns(label, answer)
+                self.assertIs(one == other, answer)
+                self.assertEqual([call[0] for call in recording.calls()], [label])
+                self.assertEqual(dict(recording.locks()), {label: True})
+            for stranger in (5.5, None, "x", Stranger()):
+                recording.clear()
+                self.assertIs(one == stranger, False)
+                if "!=" in slots:
+                    self.assertIs(one != stranger, True)
+                self.assertEqual(recording.calls(), [])
+            if "!=" in slots:
+                recording.returns("%s.!=" % name, True)
+                self.assertIs(one != one, True)
+            else:
+                self.raises(NotImplementedError, refusal, lambda: one != other)
+                self.raises(NotImplementedError, refusal, lambda: one != 5.5)
+            for compare in (lambda: one < other, lambda: one <= other, lambda: one > other, lambda: one >= other)[
+                    1 if "<" in slots else 0:]:
+                self.raises(NotImplementedError, refusal, compare)
+
+        self.each([(name,) for name in CLASSES if CLASSES[name].slots != "QObject"], check)
+
+    def test_views_compare_with_integers(self):
+        view = vp.View(3)
+        for other, plain in [(3, 3), (True, 1), (vp.View(4), 4)]:
+            recording.clear()
+            self.assertIs(view == other, plain == 3)
+            self.assertIs(view < other, plain > 3)
+            self.assertEqual([call for call in recording.calls() if call[0] in ("View.==", "View.<")],
+                             [("View.==", 3, plain), ("View.<", 3, plain)])
+        self.assertIs(view == 3L, False)
+        self.raises(NotImplementedError, "operator not implemented.", lambda: view < "3")
+        self.assertEqual([one.id for one in sorted([vp.View(2), vp.View(0), vp.View(1)])], [0, 1, 2])
+        self.assertEqual(len({vp.View(1), vp.View(1), vp.View(2)}), 2)
+
+    def test_hash_by_the_table(self):
+        def check(name):
+            slots, one = CLASSES[name].slots.split(), make(name)
+            if "hash" in slots:
+                label = name + ".qHash"
+                recording.returns(label, UINT_MAX)
+                self.assertEqual(hash(one), UINT_MAX)
+                self.assertEqual(recording.locks(), ((label, True),))
+            elif "==" in slots:
+                self.raises(TypeError, "unhashable type: 'vireo.project.%s'" % name, hash, one)
+            else:
+                self.assertEqual(len({one, one, make(name)}), 2)
+
+        self.each([(name,) for name in CLASSES], check)
+
+    def test_truth_is_what_the_library_says_of_a_handle(self):
+        def check(name):
+            one = make(name)
+            if "bool" not in CLASSES[name].slots.split():
+                self.assertTrue(one)
+                return
+            label = name + ".isNull"
+            for null in (True, False):
+                recording.clear()
+                recording.returns(label, null)
+                self.assertIs(bool(one), not null)
+                self.assertEqual(recording.locks(), ((label, False),))
+            recording.throws(label, "STRM_BadState", "gone")
+            self.raises(RuntimeError, "gone", bool, one)
+
+        self.each([(name,) for name in CLASSES], check)
+
+    def test_copies_are_objects_of_their_own(self):
+        def check(name):
+            one = make(name)
+            before = recording.counts(name)
+            twin = copy.copy(one)
+            after = recording.counts(name)
+            self.assertIs(type(twin), type(one))
+            self.assertIsNot(twin, one)
+            if name != "View":
+                self.assertEqual(after["alive"] - before["alive"], 1)
+                self.assertEqual(after["copied unlocked"], before["copied unlocked"])
+                del twin
+                self.assertEqual(recording.counts(name)["alive"], before["alive"])
+                recording.throws(name + "(copy)", "STRM_BadArgument", "no copy")
+                self.raises(ValueError, "no copy", copy.copy, one)
+                self.assertEqual(recording.counts(name)["alive"], before["alive"])
+
+        self.each([(name,) for name in CLASSES if CLASSES[name].copies], check)
+
+    def test_copy_constructors_copy_without_the_lock(self):
+        def check(name):
+            one = make(name)
+            before = recording.counts(name)
+            twin = getattr(vp, name)(one)
+            after = recording.counts(name)
+            self.assertIsNot(twin, one)
+            self.assertEqual(after["copied unlocked"] - before["copied unlocked"], 1)
+            recording.throws(name + "(copy)", "STRM_OutOfRange", "no copy")
+            self.raises(IndexError, "no copy", getattr(vp, name), one)
+            del twin
+            self.assertEqual(recording.counts(name)["alive"], before["alive"])
+
+        self.each([(name,) for name in CLASSES if CLASSES[name].copies and name != "View"], check)
+
+    def test_text_forms(self):
+        for name, form, function in [("View", "__repr__", repr), ("View", "__str__", str),
+                                     ("ViewInfo", "__repr__", repr), ("StreamInfo", "__repr__", repr)]:
+            one = make(name)
+            recording.returns("%s.%s" % (name, form), u"text of it")
+            self.assertEqual(function(one), "text of it")
+            self.assertIn(("%s.%s" % (name, form), False), recording.locks())
+        for name in CLASSES:
+            if "repr" not in CLASSES[name].slots:
+                self.assertRegexpMatches(repr(make(name)), r"^<vireo.project.\w+ object at 0x\w+>$")
+
+
+class Enumerations(ModuleTest):
+    def test_items_carry_their_values_and_sit_on_type_and_module(self):
+        for name, items in ENUMERATIONS.items():
+            kind = getattr(vp, name)
+            self.assertEqual(repr(kind), "<type 'vireo.project.%s'>" % name)
+            for value, item in enumerate(items):
+                self.assertIs(getattr(kind, item), getattr(vp, item))
+                self.assertIs(type(getattr(vp, item)), kind)
+                self.assertEqual(int(getattr(vp, item)), value)
+                self.assertEqual(repr(getattr(vp, item)), "vireo.project.%s.%s" % (name, item))
+
+
+if __name__ == "__main__":
+    main()
