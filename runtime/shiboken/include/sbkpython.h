@@ -3,7 +3,6 @@
 #define SBKPYTHON_H
 
 #include <Python.h>
-#include <structmember.h>
 
 #define SBK_STR_NAME "str"
 #define SBK_PyMethod_New PyMethod_New

@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 
 namespace Shiboken {
 
@@ -35,12 +36,14 @@ PyObject* typeNames(PyObject* args)
     return names;
 }
 
-char** freeArguments(char** arguments, Py_ssize_t count)
+bool failWithout(char** arguments, Py_ssize_t count)
 {
+    if (!PyErr_Occurred())
+        PyErr_NoMemory();
     for (Py_ssize_t i = 0; i < count; ++i)
         std::free(arguments[i]);
     std::free(arguments);
-    return nullptr;
+    return false;
 }
 
 /// A copy of a str, or of a unicode as UTF-8; null with an error set for anything else.
@@ -108,15 +111,12 @@ bool sequenceToArgcArgv(PyObject* argList, int* argc, char*** argv, const char* 
     const Py_ssize_t count = given ? given : 1;
     char** const arguments = static_cast<char**>(std::calloc(count + 1, sizeof(char*)));
     if (!arguments)
-        return PyErr_NoMemory();
+        return failWithout(arguments, 0);
     for (Py_ssize_t i = 0; i < count; ++i) {
         arguments[i] =
             given ? copyOfText(PySequence_Fast_GET_ITEM(items.object(), i)) : strdup(scriptName(defaultAppName));
-        if (!arguments[i]) {
-            if (!PyErr_Occurred())
-                PyErr_NoMemory();
-            return freeArguments(arguments, i);
-        }
+        if (!arguments[i])
+            return failWithout(arguments, i);
     }
     *argc = static_cast<int>(count);
     *argv = arguments;

@@ -1,0 +1,218 @@
+// Which wrapper stands for which address, and which Python method replaces a virtual operation.
+#include "address_map.h"
+#include "bindingmanager.h"
+#include "wrapper_data.h"
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <pthread.h>
+#include <sched.h>
+
+namespace Shiboken {
+
+namespace {
+
+/// Held for a few instructions at a time, so that waiting for it costs less than going to sleep.
+class BriefLock
+{
+public:
+    void lock()
+    {
+        for (int tries = 0; m_taken.exchange(true, std::memory_order_acquire); ++tries) {
+            if (tries > 100)
+                sched_yield();
+        }
+    }
+    void unlock() { m_taken.store(false, std::memory_order_release); }
+
+private:
+    std::atomic<bool> m_taken{false};
+};
+
+/// Calls a function with each address under which an object is known.
+template <typename Function>
+void forEachAddress(SbkObject* object, std::size_t part, Function function)
+{
+    char* const cppObject = static_cast<char*>(cppObjectAt(object, part));
+    if (!cppObject)
+        return;
+    function(cppObject);
+    TypeData& data = typeDataOf(object).dataOfPart(part);
+    if (!data.offsets && data.findOffsets)
+        data.offsets = data.findOffsets(cppObject);
+    for (const int* offset = data.offsets; offset && *offset != -1; ++offset) {
+        if (*offset > 0)
+            function(cppObject + *offset);
+    }
+}
+
+SbkObjectType* mostDerived(void** cppObject, SbkObjectType* type, SbkObjectType* known)
+{
+    for (SbkObjectType* derived : dataOf(type).derived) {
+        if (SbkObjectType* const found = mostDerived(cppObject, derived, known))
+            return found;
+    }
+    const TypeDiscoveryFuncV2 discover = dataOf(type).discover;
+    void* const discovered = discover && type != known ? discover(*cppObject, known) : nullptr;
+    if (!discovered)
+        return nullptr;
+    *cppObject = discovered;
+    return type;
+}
+
+} // namespace
+
+struct BindingManager::BindingManagerPrivate
+{
+    BriefLock lock;
+    AddressMap wrappers;
+};
+
+BindingManager::BindingManager() : m_d(new BindingManagerPrivate)
+{
+    // A process forks with the interpreter lock held, so nothing is half written; a reader of another thread may hold
+    // the lock, and does not exist in the child.
+    pthread_atfork(nullptr, nullptr, [] { instance().m_d->lock.unlock(); });
+}
+
+BindingManager::~BindingManager() = default;
+
+BindingManager& BindingManager::instance()
+{
+    // Never destroyed: C++ objects die until the very end of the process.
+    static BindingManager* const manager = new BindingManager;
+    return *manager;
+}
+
+bool BindingManager::hasWrapper(const void* cptr) { return retrieveWrapper(cptr); }
+
+SbkObject* BindingManager::retrieveWrapper(const void* cptr)
+{
+    const std::lock_guard<BriefLock> guard(m_d->lock);
+    return m_d->wrappers.find(cptr);
+}
+
+void BindingManager::registerWrapper(SbkObject* pyObj, void* cptr)
+{
+    TypeData& data = typeDataOf(pyObj);
+    for (std::size_t part = 0; part < data.parts.size(); ++part) {
+        if (cppObjectAt(pyObj, part) != cptr)
+            continue;
+        forEachAddress(pyObj, part, [&](void* address) {
+            SbkObject* const known = retrieveWrapper(address);
+            if (known && known != pyObj && !pyObj->d.hasOwnership)
+                return;
+            if (known && known != pyObj)
+                forgetCppObject(known, address);
+            const std::lock_guard<BriefLock> guard(m_d->lock);
+            m_d->wrappers.set(address, pyObj);
+        });
+    }
+}
+
+void BindingManager::releaseWrapper(SbkObject* wrapper)
+{
+    const std::size_t count = partCount(wrapper);
+    for (std::size_t part = 0; part < count; ++part) {
+        forEachAddress(wrapper, part, [&](void* address) {
+            const std::lock_guard<BriefLock> guard(m_d->lock);
+            m_d->wrappers.erase(address, wrapper);
+        });
+    }
+}
+
+namespace {
+
+/// Methods that are written in C have a type of their own, which the interpreter does not name.
+bool isWrappedMethod(PyObject* attribute)
+{
+    static PyTypeObject* const type = Py_TYPE(PyDict_GetItemString(PyString_Type.tp_dict, "join"));
+    return Py_TYPE(attribute) == type;
+}
+
+/// The method found on the object is a Python method of this very object, and a class further up defines the name
+/// otherwise.
+bool replacesAnother(PyObject* method, PyObject* object, PyObject* name)
+{
+    if (!PyMethod_Check(method) || PyMethod_GET_SELF(method) != object)
+        return false;
+    PyObject* const classes = Py_TYPE(object)->tp_mro;
+    for (Py_ssize_t i = 1; i < PyTuple_GET_SIZE(classes) - 1; ++i) {
+        PyObject* const each = PyTuple_GET_ITEM(classes, i);
+        PyObject* const attributes = PyType_Check(each) ? reinterpret_cast<PyTypeObject*>(each)->tp_dict : nullptr;
+        PyObject* const other = attributes ? PyDict_GetItem(attributes, name) : nullptr;
+        if (other && other != PyMethod_GET_FUNCTION(method))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+PyObject* BindingManager::getOverride(const void* cptr, const char* methodName)
+{
+    SbkObject* const wrapper = retrieveWrapper(cptr);
+    if (!wrapper)
+        return nullptr;
+    const bool isUserType = typeOf(wrapper)->d->isUserType;
+    if (!wrapper->ob_dict && !isUserType)
+        return nullptr;
+    const AutoDecRef name(PyString_InternFromString(methodName));
+    if (name.isNull()) {
+        PyErr_Clear();
+        return nullptr;
+    }
+    if (PyObject* const own = wrapper->ob_dict ? PyDict_GetItem(wrapper->ob_dict, name) : nullptr) {
+        if (PyCallable_Check(own)) {
+            Py_INCREF(own);
+            return own;
+        }
+    }
+    // Most often nothing replaces the C++ method, and its bound form need not be made to find that out.
+    PyObject* const attribute = isUserType ? _PyType_Lookup(Py_TYPE(wrapper), name) : nullptr;
+    if (!attribute || isWrappedMethod(attribute))
+        return nullptr;
+    PyObject* const method = PyObject_GetAttr(asObject(wrapper), name);
+    if (!method)
+        PyErr_Clear();
+    else if (replacesAnother(method, asObject(wrapper), name))
+        return method;
+    Py_XDECREF(method);
+    return nullptr;
+}
+
+void BindingManager::addClassInheritance(SbkObjectType* parent, SbkObjectType* child)
+{
+    std::vector<SbkObjectType*>& derived = dataOf(parent).derived;
+    if (std::find(derived.begin(), derived.end(), child) == derived.end())
+        derived.push_back(child);
+}
+
+SbkObjectType* BindingManager::resolveType(void** cptr, SbkObjectType* type)
+{
+    SbkObjectType* const found = mostDerived(cptr, type, type);
+    return found ? found : type;
+}
+
+std::set<PyObject*> BindingManager::getAllPyObjects()
+{
+    std::set<PyObject*> objects;
+    const std::lock_guard<BriefLock> guard(m_d->lock);
+    for (const AddressMap::Entry& entry : m_d->wrappers.entries()) {
+        if (entry.address)
+            objects.insert(asObject(entry.wrapper));
+    }
+    return objects;
+}
+
+void BindingManager::visitAllPyObjects(ObjectVisitor visitor, void* data)
+{
+    for (PyObject* object : getAllPyObjects()) {
+        // A visitor may make others go away; those that are left are still entered.
+        if (getAllPyObjects().count(object))
+            visitor(reinterpret_cast<SbkObject*>(object), data);
+    }
+}
+
+} // namespace Shiboken

@@ -1,0 +1,327 @@
+// Wrapper objects: how they are made, freed and seen by the garbage collector, and the C++ objects behind them.
+#include "bindingmanager.h"
+#include "converter_data.h"
+#include "sbkenum.h"
+#include "wrapper_data.h"
+
+namespace Shiboken {
+
+namespace {
+
+PyObject* getDictionary(PyObject* object, void*)
+{
+    SbkObject* const self = reinterpret_cast<SbkObject*>(object);
+    if (!self->ob_dict)
+        self->ob_dict = PyDict_New();
+    Py_XINCREF(self->ob_dict);
+    return self->ob_dict;
+}
+
+PyObject* plainClassAttribute() { return PyDict_GetItemString(PyBaseObject_Type.tp_dict, "__class__"); }
+
+PyObject* getClass(PyObject* object, void*)
+{
+    Py_INCREF(Py_TYPE(object));
+    return reinterpret_cast<PyObject*>(Py_TYPE(object));
+}
+
+/// Classes that look alike to Python may stand for objects that do not.
+int setClass(PyObject* object, PyObject* value, void*)
+{
+    SbkObjectType* const current = typeOf(reinterpret_cast<SbkObject*>(object));
+    SbkObjectType* const other = reinterpret_cast<SbkObjectType*>(value);
+    if (value && PyType_Check(value) && ObjectType::isUserType(asType(current)) &&
+        ObjectType::isUserType(asType(other)) && dataOf(current).parts != dataOf(other).parts) {
+        PyErr_Format(PyExc_TypeError,
+                     "__class__ assignment: '%.100s' and '%.100s' derive from different wrapped classes",
+                     asType(current)->tp_name, asType(other)->tp_name);
+        return -1;
+    }
+    PyObject* const attribute = plainClassAttribute();
+    return Py_TYPE(attribute)->tp_descr_set(attribute, object, value);
+}
+
+PyGetSetDef attributes[] = {{const_cast<char*>("__dict__"), &getDictionary, nullptr, nullptr, nullptr},
+                            {const_cast<char*>("__class__"), &getClass, &setClass, nullptr, nullptr},
+                            {nullptr, nullptr, nullptr, nullptr, nullptr}};
+
+int traverse(PyObject* object, visitproc visit, void* arg)
+{
+    SbkObject* const self = reinterpret_cast<SbkObject*>(object);
+    Py_VISIT(self->ob_dict);
+    if (!self->d.extra)
+        return 0;
+    for (SbkObject* child = self->d.extra->firstChild; child; child = child->d.extra->nextSibling)
+        Py_VISIT(asObject(child));
+    for (const SbkObjectExtra::Kept& kept : self->d.extra->kept)
+        Py_VISIT(kept.object);
+    return 0;
+}
+
+void clearKept(SbkObject* self)
+{
+    if (!self->d.extra)
+        return;
+    std::vector<SbkObjectExtra::Kept> kept;
+    kept.swap(self->d.extra->kept);
+    for (const SbkObjectExtra::Kept& each : kept)
+        Py_DECREF(each.object);
+}
+
+/// Children stay: they make no cycle without an attribute or a kept object.
+int clear(PyObject* object)
+{
+    SbkObject* const self = reinterpret_cast<SbkObject*>(object);
+    Py_CLEAR(self->ob_dict);
+    clearKept(self);
+    return 0;
+}
+
+/// The C++ objects that Python owns, of an object that goes away.
+struct OwnedObject
+{
+    ObjectDestructor destroy;
+    void* cppObject;
+};
+
+/// Nothing is allocated for an object that holds only one.
+template <typename Function>
+void withOwnedObjects(SbkObject* self, Function function)
+{
+    TypeData& data = typeDataOf(self);
+    if (data.parts.size() == 1) {
+        const OwnedObject owned = {data.dataOfPart(0).destroy, self->d.cppObject};
+        function(&owned, &owned + 1);
+        return;
+    }
+    std::vector<OwnedObject> owned;
+    for (std::size_t part = 0; part < data.parts.size(); ++part)
+        owned.push_back({data.dataOfPart(part).destroy, cppObjectAt(self, part)});
+    function(owned.data(), owned.data() + owned.size());
+}
+
+void destroyAll(const OwnedObject* first, const OwnedObject* last)
+{
+    for (; first != last; ++first) {
+        if (first->destroy && first->cppObject)
+            first->destroy(first->cppObject);
+    }
+}
+
+void deallocate(PyObject* object, bool mayDestroy)
+{
+    SbkObject* const self = reinterpret_cast<SbkObject*>(object);
+    PyObject_GC_UnTrack(object);
+    const ErrorSaver errors;
+    if (self->weakreflist)
+        PyObject_ClearWeakRefs(object);
+    const auto release = [self] {
+        BindingManager::instance().releaseWrapper(self);
+        leaveFamily(self);
+        Py_CLEAR(self->ob_dict);
+        delete self->d.extra;
+        self->d.extra = nullptr;
+    };
+    // From the moment that its C++ objects are deleted nothing finds the wrapper any more.
+    // Of several C++ objects some may be left when one of them has died.
+    if (mayDestroy && self->d.hasOwnership && (self->d.isValid || partCount(self) > 1)) {
+        withOwnedObjects(self, [&release](const OwnedObject* first, const OwnedObject* last) {
+            release();
+            destroyAll(first, last);
+        });
+    } else {
+        release();
+    }
+    Py_TYPE(object)->tp_free(object);
+}
+
+SbkObjectType makeBaseType()
+{
+    SbkObjectType wrapperType = SbkObjectType();
+    PyTypeObject& type = wrapperType.super.ht_type;
+    Py_REFCNT(&type) = 1;
+    Py_TYPE(&type) = &SbkObjectType_Type;
+    type.tp_name = "Shiboken.Object";
+    type.tp_basicsize = sizeof(SbkObject);
+    type.tp_dealloc = &SbkDeallocWrapperWithPrivateDtor;
+    type.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_CHECKTYPES | Py_TPFLAGS_HAVE_GC;
+    type.tp_traverse = &traverse;
+    type.tp_clear = &clear;
+    type.tp_weaklistoffset = offsetof(SbkObject, weakreflist);
+    type.tp_dictoffset = offsetof(SbkObject, ob_dict);
+    type.tp_getset = attributes;
+    return wrapperType;
+}
+
+/// The type that a C++ object really has, by the name that its class has for the compiler, or by asking the classes.
+SbkObjectType* realType(SbkObjectType* type, void** cptr, const char* typeName)
+{
+    PyTypeObject* const named = typeName ? Conversions::getPythonTypeObject(typeName) : nullptr;
+    if (!named || named == asType(type) || !PyType_IsSubtype(named, asType(type)))
+        return BindingManager::instance().resolveType(cptr, type);
+    SbkObjectType* const found = reinterpret_cast<SbkObjectType*>(named);
+    const TypeDiscoveryFuncV2 discover = dataOf(found).discover;
+    if (void* const own = discover ? discover(*cptr, type) : nullptr)
+        *cptr = own;
+    return found;
+}
+
+} // namespace
+
+void* cppObjectAt(SbkObject* object, std::size_t part)
+{
+    const SbkObjectExtra* const extra = object->d.extra;
+    if (extra && !extra->cppObjects.empty())
+        return extra->cppObjects[part];
+    return part == 0 ? object->d.cppObject : nullptr;
+}
+
+void setCppObjectAt(SbkObject* object, std::size_t part, void* cppObject)
+{
+    const std::size_t count = partCount(object);
+    if (count == 1) {
+        object->d.cppObject = cppObject;
+        return;
+    }
+    SbkObjectExtra& extra = extraOf(object);
+    extra.cppObjects.resize(count);
+    extra.cppObjects[part] = cppObject;
+}
+
+SbkObjectExtra& extraOf(SbkObject* object)
+{
+    if (!object->d.extra)
+        object->d.extra = new SbkObjectExtra;
+    return *object->d.extra;
+}
+
+void init()
+{
+    static bool isReady = false;
+    if (isReady)
+        return;
+    PyEval_InitThreads();
+    ObjectType::initPrivateData(&SbkObject_Type);
+    SbkObjectType_Type.tp_base = &PyType_Type;
+    SbkEnumType_Type.tp_base = &PyType_Type;
+    // These fail only for want of memory.
+    for (PyTypeObject* type : {&SbkObjectType_Type, asType(&SbkObject_Type), &SbkEnumType_Type}) {
+        if (PyType_Ready(type) < 0)
+            Py_FatalError("cannot start the binding runtime");
+    }
+    Conversions::registerPrimitiveConverters();
+    isReady = true;
+}
+
+namespace Object {
+
+Py_ssize_t hash(PyObject* object) { return _Py_HashPointer(object); }
+
+PyObject* newObject(SbkObjectType* instanceType, void* cptr, bool hasOwnership, bool isExactType, const char* typeName)
+{
+    if (!isExactType)
+        instanceType = realType(instanceType, &cptr, typeName);
+    PyObject* const object = SbkObjectTpNew(asType(instanceType), nullptr, nullptr);
+    if (!object)
+        return nullptr;
+    SbkObject* const self = reinterpret_cast<SbkObject*>(object);
+    self->d.hasOwnership = hasOwnership;
+    self->d.isValid = true;
+    setCppObjectAt(self, 0, cptr);
+    BindingManager::instance().registerWrapper(self, cptr);
+    return object;
+}
+
+bool reportInvalid(SbkObject* object)
+{
+    const char* const name = Py_TYPE(object)->tp_name;
+    if (!object->d.wasCreatedByPython && isUserType(asObject(object)))
+        PyErr_Format(PyExc_RuntimeError, "'__init__' method of object's base class (%s) not called.", name);
+    else
+        PyErr_Format(PyExc_RuntimeError, "Internal C++ object (%s) already deleted.", name);
+    return false;
+}
+
+void setValidCpp(SbkObject* object, bool value) { object->d.isValid = value; }
+void setHasCppWrapper(SbkObject* object, bool value) { object->d.hasCppWrapper = value; }
+bool hasCppWrapper(SbkObject* object) { return object->d.hasCppWrapper; }
+bool wasCreatedByPython(SbkObject* object) { return object->d.wasCreatedByPython; }
+bool hasOwnership(SbkObject* object) { return object->d.hasOwnership; }
+
+void* cppPointer(SbkObject* object, PyTypeObject* desiredType)
+{
+    return cppObjectAt(object, partFor(typeOf(object), desiredType));
+}
+
+std::vector<void*> cppPointers(SbkObject* object)
+{
+    std::vector<void*> pointers;
+    for (std::size_t part = 0; part < partCount(object); ++part)
+        pointers.push_back(cppObjectAt(object, part));
+    return pointers;
+}
+
+bool setCppPointer(SbkObject* object, PyTypeObject* desiredType, void* cptr)
+{
+    const std::size_t part = partFor(typeOf(object), desiredType);
+    const bool isDead = object->d.wasCreatedByPython && !object->d.isValid;
+    if (isDead || cppObjectAt(object, part)) {
+        PyErr_SetString(PyExc_RuntimeError, "You can't initialize an object twice!");
+        return false;
+    }
+    setCppObjectAt(object, part, cptr);
+    object->d.wasCreatedByPython = true;
+    return true;
+}
+
+void callCppDestructors(SbkObject* object)
+{
+    const AutoDecRef guard(asObject(object));
+    Py_INCREF(object);
+    const ErrorSaver errors;
+    withOwnedObjects(object, &destroyAll);
+    // Those that do not report their own death are still entered.
+    for (void* cppObject : cppPointers(object)) {
+        if (cppObject)
+            forgetCppObject(object, cppObject);
+    }
+}
+
+void setTypeUserData(SbkObject* object, void* data, DeleteUserDataFunc deleteFunction)
+{
+    ObjectType::setTypeUserData(typeOf(object), data, deleteFunction);
+}
+
+void* getTypeUserData(SbkObject* object) { return ObjectType::getTypeUserData(typeOf(object)); }
+
+} // namespace Object
+
+namespace Conversions {
+
+void* cppPointerSlowly(PyTypeObject* desiredType, SbkObject* pyIn)
+{
+    if (!ObjectType::checkType(desiredType))
+        return pyIn;
+    void* const cppObject = ObjectType::cast(typeOf(pyIn), pyIn, desiredType);
+    if (!cppObject && pyIn->d.isValid)
+        PyErr_Format(PyExc_RuntimeError, "'__init__' method of object's base class (%s) not called.",
+                     Py_TYPE(pyIn)->tp_name);
+    return cppObject;
+}
+
+} // namespace Conversions
+} // namespace Shiboken
+
+PyObject* SbkObjectTpNew(PyTypeObject* subtype, PyObject*, PyObject*)
+{
+    PyObject* const object = PyType_GenericAlloc(subtype, 0);
+    if (object)
+        reinterpret_cast<SbkObject*>(object)->d.hasOwnership = true;
+    return object;
+}
+
+void SbkDeallocWrapper(PyObject* object) { Shiboken::deallocate(object, true); }
+
+void SbkDeallocWrapperWithPrivateDtor(PyObject* object) { Shiboken::deallocate(object, false); }
+
+SbkObjectType SbkObject_Type = Shiboken::makeBaseType();
