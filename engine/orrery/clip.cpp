@@ -75,23 +75,6 @@ const Stream& streamAt(const ClipState& state, int view)
     return found->second;
 }
 
-bool isTaken(const ClipState& state, int projectView)
-{
-    for (const auto& entry : state.mapping)
-        if (entry.second == projectView)
-            return true;
-    return false;
-}
-
-// A stream shows in the project's view of the same id unless somebody said otherwise.
-void setStream(ClipState& state, const ClipModel& model, bool detached, int view, const StreamInfo& info)
-{
-    state.streams[view] = streamOf(info);
-    const bool exists = detached || static_cast<std::size_t>(view) < model.manager().settings.views.size();
-    if (exists && !state.mapping.count(view) && !isTaken(state, view))
-        state.mapping[view] = view;
-}
-
 int idOf(const View& view) { return static_cast<int>(view.get_id()); }
 
 } // namespace

@@ -227,6 +227,26 @@ void ClipModel::followStreams()
         branch->setPresent(present() && state.streams.count(view));
 }
 
+namespace {
+
+bool isTaken(const ClipState& state, int projectView)
+{
+    for (const auto& entry : state.mapping)
+        if (entry.second == projectView)
+            return true;
+    return false;
+}
+
+} // namespace
+
+void setStream(ClipState& state, const ClipModel& model, bool detached, int view, const StreamInfo& info)
+{
+    state.streams[view] = streamOf(info);
+    const bool exists = detached || static_cast<std::size_t>(view) < model.manager().settings.views.size();
+    if (exists && !state.mapping.count(view) && !isTaken(state, view))
+        state.mapping[view] = view;
+}
+
 int ClipModel::resolveView(int id) const
 {
     if (id == Knob::View::defaultViewId()) {

@@ -129,4 +129,8 @@ private:
     const std::unique_ptr<Knob::Branch> m_streamsBranch;
 };
 
+// Makes the description the view's stream. It shows in the project's view of the same id unless somebody said
+// otherwise.
+void setStream(ClipState& state, const ClipModel& model, bool detached, int view, const StreamInfo& info);
+
 } // namespace orrery
