@@ -1,0 +1,15 @@
+// The Qt meta-objects of Python classes.
+#ifndef CLASS_META_H
+#define CLASS_META_H
+
+#include "dynamic_meta_object.h"
+#include "python_scopes.h"
+
+namespace PySide {
+
+// What Qt is to see of an object of that Python class: null for a wrapped class itself, whose meta-object C++ knows.
+std::shared_ptr<const DynamicMetaObject> classMetaObject(PyTypeObject* type);
+
+} // namespace PySide
+
+#endif

@@ -1,0 +1,203 @@
+// Connections between the signals of QObjects and C++ methods or Python callables.
+#include "connections.h"
+
+#include "dynamic_meta_object.h"
+#include "object_life.h"
+#include "qobject_wrappers.h"
+#include "signal_hub.h"
+
+namespace PySide {
+
+namespace {
+
+// The protected operations, reachable through any QObject.
+struct Notified : QObject
+{
+    using QObject::connectNotify;
+    using QObject::disconnectNotify;
+};
+
+// Qt tells a sender only of connections that are made by signature.
+void notify(QObject* sender, void (QObject::*operation)(const QMetaMethod&), const QMetaMethod& signal)
+{
+    const QPointer<QObject> guard(sender);
+    const Unlocked unlocked;
+    if (guard)
+        (sender->*operation)(signal);
+}
+
+void notifyConnected(QObject* sender, const QMetaMethod& signal) { notify(sender, &Notified::connectNotify, signal); }
+void notifyDisconnected(QObject* sender, const QMetaMethod& signal)
+{
+    notify(sender, &Notified::disconnectNotify, signal);
+}
+
+// A method of C++'s that a built-in method object stands for, if it fits the signal.
+struct BoundCppMethod
+{
+    QObject* receiver = nullptr;
+    int index = -1;
+};
+
+BoundCppMethod cppMethodOf(PyObject* callable, const QMetaMethod& signal)
+{
+    if (!PyCFunction_Check(callable))
+        return {};
+    QObject* const receiver = PyCFunction_GET_SELF(callable) ? qObjectOf(PyCFunction_GET_SELF(callable)) : nullptr;
+    if (!receiver)
+        return {};
+    const QByteArray name = reinterpret_cast<PyCFunctionObject*>(callable)->m_ml->ml_name;
+    const QMetaObject* const metaObject = receiver->metaObject();
+    BoundCppMethod best;
+    int most = -1;
+    for (int i = 0; i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        const bool isTarget = method.methodType() == QMetaMethod::Slot || method.methodType() == QMetaMethod::Signal;
+        if (isTarget && method.name() == name && method.parameterCount() > most &&
+            QMetaObject::checkConnectArgs(signal, method)) {
+            best = {receiver, i};
+            most = method.parameterCount();
+        }
+    }
+    return best;
+}
+
+// What the interpreter cannot hash cannot be told apart from its equals later.
+bool isRecognisable(PyObject* callable)
+{
+    PyObject* const self = PyCFunction_Check(callable) ? PyCFunction_GET_SELF(callable) : nullptr;
+    return !self || PyObject_Hash(self) != -1;
+}
+
+// Signals count as slots where they are connected to.
+int methodIndex(const QObject* receiver, const QByteArray& signature)
+{
+    const int slot = receiver->metaObject()->indexOfSlot(signature.constData());
+    return slot >= 0 ? slot : receiver->metaObject()->indexOfSignal(signature.constData());
+}
+
+} // namespace
+
+SignalPlace::SignalPlace(const QObject* sender, const QByteArray& signature)
+    : index(sender->metaObject()->indexOfSignal(signature.constData()))
+{
+    const QMetaObject* const metaObject = sender->metaObject();
+    method = metaObject->method(index);
+    while (index >= 0 && metaObject->method(index).attributes() & QMetaMethod::Cloned)
+        --index;
+}
+
+bool connectToCallable(QObject* sender, const QByteArray& signature, PyObject* callable, Qt::ConnectionType type)
+{
+    const SignalPlace signal(sender, signature);
+    if (!signal.exists() || !isRecognisable(callable))
+        return false;
+    const BoundCppMethod cpp = cppMethodOf(callable, signal.method);
+    bool isDone;
+    if (cpp.receiver) {
+        isDone = QMetaObject::connect(sender, signal.index, cpp.receiver, cpp.index, type);
+    } else {
+        std::unique_ptr<SignalHub>& hub = ObjectLife::of(sender).hub;
+        if (!hub)
+            hub.reset(new SignalHub(sender));
+        if (type & Qt::UniqueConnection && hub->isConnected(signal.index, callable))
+            return false;
+        isDone = hub->connectSignal(signal.index, PythonCallable(callable), parameterTypes(signal.method), type);
+    }
+    if (isDone)
+        notifyConnected(sender, signal.method);
+    return isDone;
+}
+
+bool disconnectFromCallable(QObject* sender, const QByteArray& signature, PyObject* callable)
+{
+    const SignalPlace signal(sender, signature);
+    if (!signal.exists())
+        return false;
+    const BoundCppMethod cpp = cppMethodOf(callable, signal.method);
+    const ObjectLife* const life = ObjectLife::find(sender);
+    const bool isDone = cpp.receiver ? QMetaObject::disconnect(sender, signal.index, cpp.receiver, cpp.index)
+                                     : life && life->hub && life->hub->disconnectSignal(signal.index, callable);
+    if (isDone)
+        notifyDisconnected(sender, signal.method);
+    return isDone;
+}
+
+bool connectToMethod(QObject* sender, const QByteArray& signature, QObject* receiver, const QByteArray& method,
+                     Qt::ConnectionType type)
+{
+    const SignalPlace signal(sender, signature);
+    const int target = methodIndex(receiver, method);
+    if (!signal.exists() || target < 0 ||
+        !QMetaObject::checkConnectArgs(signal.method, receiver->metaObject()->method(target)) ||
+        !QMetaObject::connect(sender, signal.index, receiver, target, type))
+        return false;
+    notifyConnected(sender, signal.method);
+    return true;
+}
+
+bool disconnectFromMethod(QObject* sender, const QByteArray& signature, QObject* receiver, const QByteArray& method)
+{
+    const SignalPlace signal(sender, signature);
+    const int target = methodIndex(receiver, method);
+    if (!signal.exists() || target < 0 || !QMetaObject::disconnectOne(sender, signal.index, receiver, target))
+        return false;
+    notifyDisconnected(sender, signal.method);
+    return true;
+}
+
+bool connectToName(QObject* sender, const QByteArray& signature, PyObject* receiver, const QByteArray& name,
+                   Qt::ConnectionType type)
+{
+    const SignalPlace signal(sender, signature);
+    if (!signal.exists())
+        return false;
+    std::unique_ptr<SignalHub>& hub = ObjectLife::of(sender).hub;
+    if (!hub)
+        hub.reset(new SignalHub(sender));
+    if (!hub->connectSignal(signal.index, PythonCallable(receiver, name), parameterTypes(signal.method), type))
+        return false;
+    notifyConnected(sender, signal.method);
+    return true;
+}
+
+bool disconnectAll(QObject* sender, const QByteArray& signature)
+{
+    const SignalPlace signal(sender, signature);
+    if (!signal.exists() || !QMetaObject::disconnect(sender, signal.index, nullptr, -1))
+        return false;
+    if (const ObjectLife* const life = ObjectLife::find(sender))
+        if (life->hub)
+            life->hub->forgetSignal(signal.index);
+    notifyDisconnected(sender, signal.method);
+    return true;
+}
+
+bool emitSignal(QObject* sender, const QMetaMethod& signal, PyObject* arguments)
+{
+    CallArguments values(parameterTypes(signal));
+    if (!values.isComplete()) {
+        PyErr_Format(PyExc_TypeError, "Values of the C++ type '%s' have no Python counterpart",
+                     values.missing().constData());
+        return false;
+    }
+    if (!values.fromPython(arguments))
+        return false;
+    void** const data = values.data();
+    const Unlocked unlocked;
+    QMetaObject::activate(sender, signal.methodIndex(), data);
+    return true;
+}
+
+bool addSignal(QObject* sender, const QByteArray& signature)
+{
+    PythonQObject* const own = dynamic_cast<PythonQObject*>(sender);
+    if (!own || signature.isEmpty() || signature.indexOf('(') <= 0 || !signature.endsWith(')'))
+        return false;
+    const QMetaObject* const base = sender->metaObject();
+    own->setPythonMetaObject(std::make_shared<DynamicMetaObject>(
+        base, base->className(), std::vector<DynamicMethod>{{signature, QByteArray()}}, std::vector<DynamicMethod>()));
+    return true;
+}
+
+} // namespace PySide

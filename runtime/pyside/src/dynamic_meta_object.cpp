@@ -1,0 +1,130 @@
+// The tables that Qt's meta-object compiler would have written, in the layout that all of Qt 5 reads.
+#include "dynamic_meta_object.h"
+
+#include <QByteArrayList>
+#include <QMetaType>
+#include <cstring>
+#include <map>
+
+namespace PySide {
+
+namespace {
+
+enum Header { Revision, ClassName, MethodCount = 4, MethodData, SignalCount = 13, HeaderSize };
+enum : uint { LayoutRevision = 7, WordsPerMethod = 5, UnresolvedType = 0x80000000 };
+enum MethodFlags : uint { PublicSignal = 0x02 | 0x04, PublicSlot = 0x02 | 0x08 };
+
+// The texts that the tables refer to by number.
+class Texts
+{
+public:
+    uint place(const QByteArray& text)
+    {
+        const auto inserted = m_places.emplace(text, static_cast<uint>(m_texts.size()));
+        if (inserted.second)
+            m_texts.push_back(text);
+        return inserted.first->second;
+    }
+
+    // One block: a QByteArrayData per text, then their characters.
+    std::unique_ptr<char[]> block() const
+    {
+        std::size_t size = m_texts.size() * sizeof(QByteArrayData);
+        for (const QByteArray& text : m_texts)
+            size += text.size() + 1;
+        std::unique_ptr<char[]> block(new char[size]);
+        QByteArrayData* const headers = reinterpret_cast<QByteArrayData*>(block.get());
+        char* characters = block.get() + m_texts.size() * sizeof(QByteArrayData);
+        for (std::size_t i = 0; i < m_texts.size(); ++i) {
+            const qptrdiff offset = characters - reinterpret_cast<char*>(headers + i);
+            new (headers + i)
+                QByteArrayData(Q_STATIC_BYTE_ARRAY_DATA_HEADER_INITIALIZER_WITH_OFFSET(m_texts[i].size(), offset));
+            std::memcpy(characters, m_texts[i].constData(), m_texts[i].size() + 1);
+            characters += m_texts[i].size() + 1;
+        }
+        return block;
+    }
+
+private:
+    std::map<QByteArray, uint> m_places;
+    std::vector<QByteArray> m_texts;
+};
+
+QByteArrayList parameterTypeNames(const QByteArray& signature)
+{
+    const int open = signature.indexOf('(');
+    const QByteArray inner = signature.mid(open + 1, signature.lastIndexOf(')') - open - 1);
+    QByteArrayList names;
+    int depth = 0, start = 0;
+    for (int i = 0; i < inner.size(); ++i) {
+        depth += inner[i] == '<' ? 1 : inner[i] == '>' ? -1 : 0;
+        if (inner[i] == ',' && depth == 0) {
+            names.append(inner.mid(start, i - start));
+            start = i + 1;
+        }
+    }
+    if (!inner.isEmpty())
+        names.append(inner.mid(start));
+    return names;
+}
+
+uint typeWord(Texts& texts, const QByteArray& name)
+{
+    if (name.isEmpty())
+        return QMetaType::Void;
+    const int type = QMetaType::type(name.constData());
+    // Types that are registered later must be found by name then.
+    return type != QMetaType::UnknownType && type < QMetaType::User ? type : UnresolvedType | texts.place(name);
+}
+
+// Appends the parameters' words, and fills the method's.
+void describe(const DynamicMethod& method, uint flags, Texts& texts, std::vector<uint>& data, std::size_t place)
+{
+    const QByteArrayList types = parameterTypeNames(method.signature);
+    const uint noText = texts.place(QByteArray());
+    const uint words[WordsPerMethod] = {texts.place(method.signature.left(method.signature.indexOf('('))),
+                                        static_cast<uint>(types.size()), static_cast<uint>(data.size()), noText, flags};
+    std::memcpy(&data[place], words, sizeof words);
+    data.push_back(typeWord(texts, method.resultType));
+    for (const QByteArray& type : types)
+        data.push_back(typeWord(texts, type));
+    data.insert(data.end(), types.size(), noText); // the parameters' names
+}
+
+} // namespace
+
+DynamicMetaObject::DynamicMetaObject(const QMetaObject* base, const QByteArray& className,
+                                     const std::vector<DynamicMethod>& signalList,
+                                     const std::vector<DynamicMethod>& slotList)
+    : m_data(HeaderSize + WordsPerMethod * (signalList.size() + slotList.size()))
+{
+    Texts texts;
+    m_data[Revision] = LayoutRevision;
+    m_data[ClassName] = texts.place(className);
+    m_data[MethodCount] = signalList.size() + slotList.size();
+    m_data[MethodData] = HeaderSize;
+    m_data[SignalCount] = signalList.size();
+    std::size_t place = HeaderSize;
+    for (const DynamicMethod& method : signalList) {
+        describe(method, PublicSignal, texts, m_data, place);
+        place += WordsPerMethod;
+    }
+    for (const DynamicMethod& method : slotList) {
+        describe(method, PublicSlot, texts, m_data, place);
+        place += WordsPerMethod;
+    }
+    m_data.push_back(0);
+    m_strings = texts.block();
+    m_metaObject.d = {base,   reinterpret_cast<const QByteArrayData*>(m_strings.get()), m_data.data(), nullptr, nullptr,
+                      nullptr};
+}
+
+PythonQObject::~PythonQObject() = default;
+
+void PythonQObject::setPythonMetaObject(std::shared_ptr<const DynamicMetaObject> metaObject)
+{
+    m_metaObject.store(metaObject->metaObject(), std::memory_order_release);
+    m_kept.push_back(std::move(metaObject));
+}
+
+} // namespace PySide

@@ -1,0 +1,72 @@
+// The types of signal and slot parameters: Python objects to C++ values and back, found by the name of the type.
+#ifndef VALUE_TYPE_H
+#define VALUE_TYPE_H
+
+#include "python_scopes.h"
+
+#include <QByteArray>
+#include <QMetaMethod>
+#include <QObject>
+#include <QPointer>
+#include <vector>
+
+namespace PySide {
+
+class ValueType
+{
+public:
+    // Needs the lock.
+    explicit ValueType(const QByteArray& name);
+
+    const QByteArray& name() const { return m_name; }
+    int metaType() const { return m_metaType; }
+    bool isQObjectPointer() const { return m_isQObjectPointer; }
+
+    // A new reference; null with an error for a type that nothing is known of.
+    PyObject* toPython(const void* value) const;
+    // Converts into an existing value. What does not convert leaves the value as it is, and its error is printed: a
+    // signal's arguments are not checked. False with an error where C++ would get a pointer to something else.
+    bool fromPython(PyObject* object, void* value) const;
+
+private:
+    QByteArray m_name;
+    int m_metaType;
+    bool m_isQObjectPointer;
+};
+
+typedef std::vector<ValueType> ValueTypes;
+
+ValueTypes parameterTypes(const QMetaMethod& method);
+
+// Values of the given types, for a meta-call: an array whose first place is for the result.
+class CallArguments
+{
+public:
+    // Default values.
+    explicit CallArguments(const ValueTypes& types);
+    // Copies, which know when the QObjects among them die.
+    CallArguments(const ValueTypes& types, void* const* arguments);
+    CallArguments(const CallArguments&) = delete;
+    CallArguments& operator=(const CallArguments&) = delete;
+    ~CallArguments();
+
+    // False when there is a type whose values cannot be made; `missing` is its name then.
+    bool isComplete() const { return m_missing.isEmpty(); }
+    const QByteArray& missing() const { return m_missing; }
+
+    // False with an error; the tuple has as many items as there are types.
+    bool fromPython(PyObject* tuple);
+
+    // Valid while this lives. Pointers to QObjects that have died are null.
+    void** data();
+
+private:
+    const ValueTypes m_types;
+    std::vector<void*> m_values;
+    std::vector<std::pair<std::size_t, QPointer<QObject>>> m_guards;
+    QByteArray m_missing;
+};
+
+} // namespace PySide
+
+#endif
