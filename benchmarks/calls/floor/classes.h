@@ -1,0 +1,20 @@
+// The parts of the hand-written module.
+#ifndef CALLS_FLOOR_CLASSES_H
+#define CALLS_FLOOR_CLASSES_H
+
+#include "object.h"
+
+#include <orrery/view.h>
+
+namespace calls {
+
+// A view, or the number of one. False without an error for anything else.
+bool viewFromPython(PyObject* object, View& view);
+
+// Enter the classes; false with an error.
+bool addValues(PyObject* module);
+bool addModel(PyObject* module);
+
+} // namespace calls
+
+#endif
