@@ -4,7 +4,6 @@
 #define CALLS_CONVERSIONS_H
 
 #include <Python.h>
-
 #include <QString>
 
 namespace calls {

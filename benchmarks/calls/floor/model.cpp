@@ -98,13 +98,12 @@ PyObject* setClipFrameRate(PyObject* self, PyObject* given)
     return none();
 }
 
-PyMethodDef clipMethods[] = {
-    {"add_stream", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&addStream)),
-     METH_VARARGS | METH_KEYWORDS, nullptr},
-    {"assign_project_view", &assignProjectView, METH_VARARGS, nullptr},
-    {"get_frame_rate", &clipFrameRate, METH_NOARGS, nullptr},
-    {"set_frame_rate", &setClipFrameRate, METH_O, nullptr},
-    {}};
+PyMethodDef clipMethods[] = {{"add_stream", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&addStream)),
+                              METH_VARARGS | METH_KEYWORDS, nullptr},
+                             {"assign_project_view", &assignProjectView, METH_VARARGS, nullptr},
+                             {"get_frame_rate", &clipFrameRate, METH_NOARGS, nullptr},
+                             {"set_frame_rate", &setClipFrameRate, METH_O, nullptr},
+                             {}};
 constexpr Property clipProperties[] = {{"frame_rate", "get_frame_rate", "set_frame_rate"}};
 
 // --- Layer ----------------------------------------------------------------------------------------------------------
