@@ -12,13 +12,16 @@ else()
     target_link_libraries(Vireo::QtCore INTERFACE Qt5::Core)
 endif()
 
-# Adds the meta-object code of the given headers to a target.
+# Adds the meta-object code of the given headers to a target. (The caller may have a variable of the list's name, to
+# which the generators would append.)
 function(vireo_moc target)
+    set(meta_objects)
     if(VIREO_BINDING_RUNTIME STREQUAL system)
-        qt4_wrap_cpp(sources ${ARGN} OPTIONS -DBOOST_TT_HAS_OPERATOR_HPP_INCLUDED) # its moc trips over that header
+        # Boost's header trips Qt 4's generator.
+        qt4_wrap_cpp(meta_objects ${ARGN} OPTIONS -DBOOST_TT_HAS_OPERATOR_HPP_INCLUDED)
     else()
-        qt5_wrap_cpp(sources ${ARGN})
+        qt5_wrap_cpp(meta_objects ${ARGN})
     endif()
-    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w")
-    target_sources(${target} PRIVATE ${sources})
+    set_source_files_properties(${meta_objects} PROPERTIES COMPILE_OPTIONS "-w")
+    target_sources(${target} PRIVATE ${meta_objects})
 endfunction()
