@@ -47,8 +47,10 @@ PyObject* createdByPython(PyObject*, PyObject* object)
 PyObject* getCppPointer(PyObject*, PyObject* object)
 {
     SbkObject* const wrapper = wrapperObject(object);
-    const bool wasMade = wrapper && (wrapper->d.isValid || Shiboken::Object::wasCreatedByPython(wrapper));
-    if (!wrapper || (wasMade && !Shiboken::Object::isValid(wrapper)))
+    if (!wrapper)
+        return nullptr;
+    const bool isUninitialised = Shiboken::Object::isUserType(object) && !Shiboken::Object::wasCreatedByPython(wrapper);
+    if (!isUninitialised && !Shiboken::Object::isValid(wrapper))
         return nullptr;
     const std::vector<void*> pointers = Shiboken::Object::cppPointers(wrapper);
     PyObject* const result = PyTuple_New(pointers.size());
