@@ -5,7 +5,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 #include <sys/resource.h>
+
+double Watch::now()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return double(time.tv_sec) + 1e-9 * double(time.tv_nsec);
+}
 
 void PointError::add(pixels::Point found, pixels::Point truth)
 {

@@ -2,19 +2,21 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <filesystem>
 #include <pixels_loader.h>
 
+// Processor time, which other programs on the machine disturb least.
 class Watch
 {
 public:
-    void start() { m_start = std::chrono::steady_clock::now(); }
-    void stop() { m_seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count(); }
+    void start() { m_start = now(); }
+    void stop() { m_seconds += now() - m_start; }
     double seconds() const { return m_seconds; }
 
 private:
-    std::chrono::steady_clock::time_point m_start;
+    static double now();
+
+    double m_start = 0;
     double m_seconds = 0;
 };
 

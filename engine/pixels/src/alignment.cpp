@@ -21,6 +21,7 @@ constexpr double pixelsPerMeasurement = 8;
 
 // Of a parameter at once; more is outside of what a linear view of the patch can say.
 constexpr double longestStep = 0.25;
+constexpr int stepsWithNewMatrix = 2;
 
 bool smaller(double a, double b) { return std::abs(a) < std::abs(b); }
 
@@ -65,12 +66,12 @@ Matrix toLevel(int level)
 
 } // namespace
 
-Matrix smallMotion(const double* p, int count)
+Matrix smallMotion(const std::vector<double>& p)
 {
     Matrix motion = Matrix::translation(p[0], p[1]);
-    if (count >= 6)
+    if (p.size() >= 6)
         motion = {{1 + p[2], p[3], p[0], p[4], 1 + p[5], p[1], 0, 0, 1}};
-    if (count == mostParameters) {
+    if (p.size() == mostParameters) {
         motion(2, 0) = p[6];
         motion(2, 1) = p[7];
     }
@@ -87,24 +88,36 @@ void LevelAlignment::sample(const Matrix& toFrame)
     const Matrix whole = m_toLevel * toFrame;
     std::array<float, 9> m;
     std::transform(whole.values.begin(), whole.values.end(), m.begin(), [](double v) { return float(v); });
-    const auto right = float(m_frame.cols - 1), bottom = float(m_frame.rows - 1);
-    const auto stride = std::ptrdiff_t(m_frame.step1());
-    for (std::size_t i = 0; i < m_patch.size(); ++i) {
-        const float u = m_patch.x[i], v = m_patch.y[i];
-        const float w = m[6] * u + m[7] * v + m[8];
-        const float x = (m[0] * u + m[1] * v + m[2]) / w, y = (m[3] * u + m[4] * v + m[5]) / w;
-        m_visible[i] = m_value[i] = 0;
-        if (!(w > 0 && x >= 0 && y >= 0 && x < right && y < bottom))
-            continue;
-        const auto column = int(x), row = int(y);
-        if (!m_excluded.empty() && m_excluded.at<float>(int(y + 0.5f), int(x + 0.5f)) > hidden)
-            continue;
-        const float* at = m_frame.ptr<float>(row) + column;
-        const float fx = x - float(column), fy = y - float(row);
-        const float above = at[0] + fx * (at[1] - at[0]), below = at[stride] + fx * (at[stride + 1] - at[stride]);
-        m_value[i] = above + fy * (below - above);
-        m_visible[i] = m_patch.weight[i];
+    std::array<float, blockSize> x, y, w;
+    for (std::size_t begin = 0; begin < m_patch.size(); begin += blockSize) {
+        const std::size_t count = std::min(blockSize, m_patch.size() - begin);
+        const float *u = m_patch.x.data() + begin, *v = m_patch.y.data() + begin;
+        for (std::size_t i = 0; i < count; ++i) {
+            w[i] = m[6] * u[i] + m[7] * v[i] + m[8];
+            x[i] = (m[0] * u[i] + m[1] * v[i] + m[2]) / w[i];
+            y[i] = (m[3] * u[i] + m[4] * v[i] + m[5]) / w[i];
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            const bool seen = w[i] > 0 && isVisible(x[i], y[i]);
+            m_value[begin + i] = seen ? interpolated(x[i], y[i]) : 0;
+            m_visible[begin + i] = seen ? m_patch.weight[begin + i] : 0;
+        }
     }
+}
+
+bool LevelAlignment::isVisible(float x, float y) const
+{
+    return x >= 0 && y >= 0 && x < float(m_frame.cols - 1) && y < float(m_frame.rows - 1) &&
+           (m_excluded.empty() || m_excluded.at<float>(int(y + 0.5f), int(x + 0.5f)) <= hidden);
+}
+
+float LevelAlignment::interpolated(float x, float y) const
+{
+    const auto column = int(x), row = int(y);
+    const float *above = m_frame.ptr<float>(row) + column, *below = above + m_frame.step1();
+    const float right = x - float(column), down = y - float(row);
+    const float first = above[0] + right * (above[1] - above[0]), second = below[0] + right * (below[1] - below[0]);
+    return first + down * (second - first);
 }
 
 void LevelAlignment::fitBrightness()
@@ -139,31 +152,52 @@ void LevelAlignment::weighResiduals()
     }
 }
 
-void LevelAlignment::addNormalEquations(int parameters, cv::Mat1d& normal, cv::Mat1d& right) const
+// Calls `use` with the first pixel and the number of pixels of each block, and with its columns of the linear system:
+// the parameters, the patch's values (whose factor is the gain), and ones (the offset).
+template <class Use>
+void LevelAlignment::forEachBlock(int parameters, const Use& use) const
 {
-    const int unknowns = parameters + 2;
-    std::vector<float> columns(std::size_t(unknowns + 1) * blockSize), weighted(blockSize);
+    const std::vector<float> ones(blockSize, 1);
+    std::vector<const float*> columns(std::size_t(parameters + 2));
     for (std::size_t begin = 0; begin < m_patch.size(); begin += blockSize) {
-        const std::size_t count = std::min(blockSize, m_patch.size() - begin);
-        std::vector<const float*> column;
         for (int i = 0; i < parameters; ++i)
-            column.push_back(m_patch.change[std::size_t(i)].data() + begin);
-        float* ones = columns.data();
-        std::fill_n(ones, count, 1.0f);
-        column.insert(column.end(), {m_patch.value.data() + begin, ones, m_value.data() + begin});
-        for (int i = 0; i <= unknowns; ++i) {
-            for (std::size_t k = 0; k < count; ++k)
-                weighted[k] = m_weight[begin + k] * column[std::size_t(i)][k];
-            if (i == unknowns)
-                break;
-            for (int j = 0; j <= i; ++j)
-                normal(i, j) += dot(weighted.data(), column[std::size_t(j)], count);
-            right(i, 0) += dot(weighted.data(), column.back(), count);
-        }
+            columns[std::size_t(i)] = m_patch.change[std::size_t(i)].data() + begin;
+        columns[std::size_t(parameters)] = m_patch.value.data() + begin;
+        columns[std::size_t(parameters + 1)] = ones.data();
+        use(begin, std::min(blockSize, m_patch.size() - begin), columns);
     }
-    for (int i = 0; i < unknowns; ++i)
-        for (int j = i + 1; j < unknowns; ++j)
-            normal(i, j) = normal(j, i);
+}
+
+cv::Mat1d LevelAlignment::normalMatrix(int parameters) const
+{
+    cv::Mat1d normal = cv::Mat1d::zeros(parameters + 2, parameters + 2);
+    std::vector<float> weighted(blockSize);
+    forEachBlock(parameters, [&](std::size_t begin, std::size_t count, const std::vector<const float*>& columns) {
+        for (int i = 0; i < normal.rows; ++i) {
+            for (std::size_t k = 0; k < count; ++k)
+                weighted[k] = m_weight[begin + k] * columns[std::size_t(i)][k];
+            for (int j = 0; j <= i; ++j)
+                normal(i, j) += dot(weighted.data(), columns[std::size_t(j)], count);
+        }
+    });
+    cv::completeSymm(normal, true);
+    return normal;
+}
+
+cv::Mat1d LevelAlignment::rightSide(int parameters) const
+{
+    cv::Mat1d right = cv::Mat1d::zeros(parameters + 2, 1);
+    std::vector<float> residual(blockSize);
+    const auto gain = float(m_gain), offset = float(m_offset);
+    forEachBlock(parameters, [&](std::size_t begin, std::size_t count, const std::vector<const float*>& columns) {
+        const float *weight = m_weight.data() + begin, *seen = m_value.data() + begin;
+        const float* expected = m_patch.value.data() + begin;
+        for (std::size_t k = 0; k < count; ++k)
+            residual[k] = weight[k] * (seen[k] - gain * expected[k] - offset);
+        for (int i = 0; i < right.rows; ++i)
+            right(i, 0) += dot(residual.data(), columns[std::size_t(i)], count);
+    });
+    return right;
 }
 
 // The unknowns of the motion are scaled by the gain, and so is what is expected of them.
@@ -185,22 +219,22 @@ void LevelAlignment::addExpectation(const Expectation& expectation, const Matrix
     }
 }
 
-bool LevelAlignment::solveStep(const Matrix& toFrame, int parameters, const Expectation* expectation, double* step)
+bool LevelAlignment::solveStep(const Matrix& toFrame, const cv::Mat1d& ofPixels, const Expectation& expectation,
+                               std::vector<double>& step) const
 {
-    const int unknowns = parameters + 2;
-    cv::Mat1d normal = cv::Mat1d::zeros(unknowns, unknowns), right = cv::Mat1d::zeros(unknowns, 1), solution;
-    addNormalEquations(parameters, normal, right);
-    if (expectation)
-        addExpectation(*expectation, toFrame, parameters, normal, right);
-    for (int i = 0; i < unknowns; ++i)
+    const int parameters = int(step.size());
+    cv::Mat1d normal = ofPixels.clone(), right = rightSide(parameters), solution;
+    addExpectation(expectation, toFrame, parameters, normal, right);
+    for (int i = 0; i < normal.rows; ++i)
         normal(i, i) *= 1 + 1e-9;
     if (!cv::solve(normal, right, solution, cv::DECOMP_CHOLESKY))
         return false;
-    m_gain = std::clamp(solution(parameters, 0), 0.1, 10.0);
-    m_offset = solution(parameters + 1, 0);
-    for (int i = 0; i < parameters; ++i)
-        step[i] = solution(i, 0) / m_gain;
-    return std::all_of(step, step + parameters, [](double value) { return std::isfinite(value); });
+    std::transform(solution.begin(), solution.begin() + parameters, step.begin(),
+                   [this](double value) { return value / m_gain; });
+    const double largest = std::abs(*std::max_element(step.begin(), step.end(), smaller));
+    if (largest > longestStep)
+        std::for_each(step.begin(), step.end(), [&](double& value) { value *= longestStep / largest; });
+    return std::isfinite(largest);
 }
 
 Fit LevelAlignment::summary(const Matrix& toFrame) const
@@ -224,41 +258,45 @@ Fit LevelAlignment::summary(const Matrix& toFrame) const
     return fit;
 }
 
-Fit LevelAlignment::evaluate(const Matrix& toFrame)
+void LevelAlignment::look(const Matrix& toFrame)
 {
     sample(toFrame);
     m_weight = m_visible;
     fitBrightness();
     weighResiduals();
+}
+
+Fit LevelAlignment::evaluate(const Matrix& toFrame)
+{
+    look(toFrame);
     return summary(toFrame);
 }
 
-Fit LevelAlignment::refine(const Matrix& start, int parameters, const Expectation* expectation,
+Fit LevelAlignment::refine(const Matrix& start, int parameters, const Expectation& expectation,
                            const std::array<Point, 4>& corners, double tolerance, int mostSteps)
 {
     Matrix toFrame = start;
+    cv::Mat1d normal;
+    std::vector<double> step(static_cast<std::size_t>(parameters));
     for (int count = 0; count < mostSteps; ++count) {
-        sample(toFrame);
-        m_weight = m_visible;
-        fitBrightness();
-        weighResiduals();
-        double step[mostParameters] = {};
-        if (!solveStep(toFrame, parameters, expectation, step))
+        look(toFrame);
+        // Later the weights hardly change, and what is solved for is what is left, so an older matrix does.
+        if (count < stepsWithNewMatrix)
+            normal = normalMatrix(parameters);
+        if (!solveStep(toFrame, normal, expectation, step))
             break;
-        const double largest = std::abs(*std::max_element(step, step + parameters, smaller));
-        if (largest > longestStep)
-            std::for_each(step, step + parameters, [&](double& value) { value *= longestStep / largest; });
-        const Matrix next = toFrame * smallMotion(step, parameters).inverse();
+        const Matrix next = toFrame * smallMotion(step).inverse();
+        const Matrix before = m_toLevel * toFrame, after = m_toLevel * next;
         double moved = 0;
         for (const Point corner : corners) {
-            const Point from = (m_toLevel * toFrame).map(corner), to = (m_toLevel * next).map(corner);
+            const Point from = before.map(corner), to = after.map(corner);
             moved = std::max({moved, std::abs(to.x - from.x), std::abs(to.y - from.y)});
         }
         if (!std::isfinite(moved))
             break;
         toFrame = next;
         if (moved < tolerance)
-            break;
+            return summary(toFrame);
     }
     return evaluate(toFrame);
 }

@@ -35,17 +35,24 @@ public:
 
     // Improves `start` by steps of the first `parameters` parameters until none moves a corner by more than
     // `tolerance` pixels of the level.
-    Fit refine(const Matrix& start, int parameters, const Expectation* expectation, const std::array<Point, 4>& corners,
+    Fit refine(const Matrix& start, int parameters, const Expectation& expectation, const std::array<Point, 4>& corners,
                double tolerance, int mostSteps);
 
 private:
+    void look(const Matrix& toFrame); // samples, and decides what each pixel weighs
     void sample(const Matrix& toFrame);
+    bool isVisible(float x, float y) const;
+    float interpolated(float x, float y) const;
     void fitBrightness();
     void weighResiduals();
-    bool solveStep(const Matrix& toFrame, int parameters, const Expectation* expectation, double* step);
-    void addNormalEquations(int parameters, cv::Mat1d& normal, cv::Mat1d& right) const;
+    template <class Use>
+    void forEachBlock(int parameters, const Use& use) const;
+    cv::Mat1d normalMatrix(int parameters) const;
+    cv::Mat1d rightSide(int parameters) const;
     void addExpectation(const Expectation& expectation, const Matrix& toFrame, int parameters, cv::Mat1d& normal,
                         cv::Mat1d& right) const;
+    bool solveStep(const Matrix& toFrame, const cv::Mat1d& ofPixels, const Expectation& expectation,
+                   std::vector<double>& step) const;
     Fit summary(const Matrix& toFrame) const;
 
     const PatchLevel& m_patch;
@@ -60,7 +67,7 @@ private:
     double m_noise = 0;
 };
 
-// A point of the patch's plane after a small motion with the given parameters.
-Matrix smallMotion(const double* parameters, int count);
+// A motion within the patch's plane, of as many parameters as are given.
+Matrix smallMotion(const std::vector<double>& parameters);
 
 } // namespace pixels

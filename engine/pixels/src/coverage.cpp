@@ -67,21 +67,21 @@ Outline moved(const Outline& outline, const Matrix& m)
     return result;
 }
 
-Window windowAround(const std::vector<Outline>& outlines, Size size)
+} // namespace
+
+Window windowAround(const std::vector<Outline>& outlines, Size size, double reach)
 {
     double left = size.width, top = size.height, right = 0, bottom = 0;
     for (const Outline& outline : outlines)
         for (const OutlineVertex& vertex : outline) {
-            left = std::min(left, vertex.x);
-            right = std::max(right, vertex.x);
-            top = std::min(top, vertex.y);
-            bottom = std::max(bottom, vertex.y);
+            left = std::min(left, vertex.x - reach);
+            right = std::max(right, vertex.x + reach);
+            top = std::min(top, vertex.y - reach);
+            bottom = std::max(bottom, vertex.y + reach);
         }
     return {int(std::floor(std::max(left, 0.0))), int(std::floor(std::max(top, 0.0))),
             int(std::ceil(std::min(right, double(size.width)))), int(std::ceil(std::min(bottom, double(size.height))))};
 }
-
-} // namespace
 
 Image coverageOf(const std::vector<Outline>& outlines, Size size, const Matrix& transform, FillRule rule)
 {
@@ -96,17 +96,18 @@ Image coverageOf(const std::vector<Outline>& outlines, Size size, const Matrix& 
         if (Outline polygon = moved(outline, transform); polygon.size() >= 3)
             drawn.push_back(std::move(polygon));
 
-    Image hard(size, 1);
-    if (const Window window = windowAround(drawn, size); !window.empty()) {
+    Image matte(size, 1);
+    if (const Window window = windowAround(drawn, size, 0); !window.empty()) {
         EdgeArea area(window);
         for (const Outline& outline : drawn)
             for (std::size_t i = 0; i < outline.size(); ++i) {
                 const OutlineVertex &from = outline[i], &to = outline[(i + 1) % outline.size()];
                 area.addEdge({from.x, from.y}, {to.x, to.y});
             }
-        area.resolve(rule, hard);
+        area.resolve(rule, matte);
     }
-    return std::any_of(drawn.begin(), drawn.end(), hasFeather) ? feathered(hard, drawn) : hard;
+    feather(matte, drawn);
+    return matte;
 }
 
 } // namespace pixels

@@ -2,20 +2,9 @@
 // area to its right as a difference between neighbouring pixels, and a running sum along the row gives the coverage.
 #pragma once
 
-#include <pixels/pixels.h>
+#include "window.h"
 
 namespace pixels {
-
-// Whole pixels, the end excluded.
-struct Window
-{
-    int left = 0;
-    int top = 0;
-    int right = 0;
-    int bottom = 0;
-
-    bool empty() const { return right <= left || bottom <= top; }
-};
 
 class EdgeArea
 {

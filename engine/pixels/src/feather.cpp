@@ -3,6 +3,8 @@
 
 #include "feather.h"
 
+#include "window.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -10,7 +12,8 @@
 namespace pixels {
 namespace {
 
-constexpr double narrowest = 1e-3; // below, an edge is hard
+constexpr double narrowest = 1e-3;      // below, an edge is hard
+constexpr double halfDiagonal = 0.7072; // of a pixel
 
 // 1 up to `start`, 0 from `start + width` on, and its first and second integrals.
 struct Ramp
@@ -44,9 +47,11 @@ struct Ramp
 
 struct SoftMatte
 {
-    Image matte;
-    // Of the pixels that an outline passes through, to the nearest edge whose ramp lies on the other side of it.
-    Image distance;
+    Image& matte;
+    Window window; // of the matte, in which there is feather
+    Image hard;    // the window as it was
+    Image
+        distance; // of the pixels that an outline passes through, to the nearest edge with its ramp on their other side
 };
 
 class EdgeRamp
@@ -58,23 +63,33 @@ public:
         m_dy = to.y - from.y;
         m_squaredLength = m_dx * m_dx + m_dy * m_dy;
         m_reach = std::max(std::abs(from.edgeWidth), std::abs(to.edgeWidth)) + 1;
+        m_onlyOutside = from.edgeWidth >= 0 && to.edgeWidth >= 0;
+        m_onlyInside = from.edgeWidth <= 0 && to.edgeWidth <= 0;
     }
 
-    void draw(SoftMatte& soft, const Image& hard) const
+    void draw(SoftMatte& soft) const
     {
-        const int top =
-            int(std::clamp(std::floor(std::min(m_from.y, m_to.y) - m_reach), 0.0, double(hard.size.height)));
-        const int bottom =
-            int(std::clamp(std::ceil(std::max(m_from.y, m_to.y) + m_reach), 0.0, double(hard.size.height)));
+        const Window& window = soft.window;
+        const int top = within(std::floor(std::min(m_from.y, m_to.y) - m_reach), window.top, window.bottom);
+        const int bottom = within(std::ceil(std::max(m_from.y, m_to.y) + m_reach), window.top, window.bottom);
         for (int y = top; y < bottom; ++y) {
             const auto [left, right] = columns(y + 0.5);
-            const int end = int(std::clamp(std::ceil(right), 0.0, double(hard.size.width)));
-            for (int x = int(std::clamp(std::floor(left), 0.0, double(hard.size.width))); x < end; ++x)
-                drawPixel(*soft.matte.at(x, y), *soft.distance.at(x, y), *hard.at(x, y), x + 0.5, y + 0.5);
+            const int begin = within(std::floor(left), window.left, window.right);
+            const int end = within(std::ceil(right), window.left, window.right);
+            float* pixel = soft.matte.row(y);
+            float* nearest = soft.distance.row(y - window.top) - window.left;
+            const float* hard = soft.hard.row(y - window.top) - window.left;
+            for (int x = begin; x < end; ++x)
+                drawPixel(pixel[x], nearest[x], hard[x], x + 0.5, y + 0.5);
         }
     }
 
 private:
+    static int within(double position, int first, int last)
+    {
+        return int(std::clamp(position, double(first), double(last)));
+    }
+
     // Where along a row the edge can reach.
     std::pair<double, double> columns(double y) const
     {
@@ -90,15 +105,23 @@ private:
 
     void drawPixel(float& pixel, float& nearest, float hard, double x, double y) const
     {
+        if ((m_onlyOutside && hard >= 1) || (m_onlyInside && hard <= 0))
+            return;
         const double px = x - m_from.x, py = y - m_from.y;
         const double part = m_squaredLength > 0 ? std::clamp((px * m_dx + py * m_dy) / m_squaredLength, 0.0, 1.0) : 0;
         const double width = m_from.edgeWidth + part * (m_to.edgeWidth - m_from.edgeWidth);
         if (std::abs(width) < narrowest || (width > 0 ? hard >= 1 : hard <= 0))
             return;
+        // On the ramp's side of the outline the strongest edge counts. On the other side every edge but the nearest
+        // would say that the ramp is far away.
+        const bool inside = hard > 0.5f, across = inside == (width > 0);
+        const double left = width > 0 ? 1 - pixel : pixel;
+        const double furthest = across ? nearest : left * std::abs(width) + halfDiagonal;
         double nx = px - part * m_dx, ny = py - part * m_dy;
-        const double distance = std::sqrt(nx * nx + ny * ny);
-        if (distance > std::abs(width) + 1)
+        const double squared = nx * nx + ny * ny;
+        if (squared >= furthest * furthest)
             return;
+        const double distance = std::sqrt(squared);
         if (distance > 1e-9) {
             nx /= distance;
             ny /= distance;
@@ -107,14 +130,9 @@ private:
             nx = -m_dy / length;
             ny = m_dx / length;
         }
-        const bool inside = hard > 0.5f;
         const Ramp ramp{width > 0 ? 0 : width, std::abs(width)};
         const auto value = float(ramp.mean(inside ? -distance : distance, nx, ny));
-        // On the ramp's side of the outline the strongest edge counts. On the other side every edge but the nearest
-        // would say that the ramp is far away.
-        if (inside == (width > 0)) {
-            if (float(distance) >= nearest)
-                return;
+        if (across) {
             nearest = float(distance);
             pixel = hard;
         }
@@ -127,26 +145,44 @@ private:
     double m_dy;
     double m_squaredLength;
     double m_reach;
+    bool m_onlyOutside;
+    bool m_onlyInside;
 };
+
+double reachOf(const std::vector<Outline>& outlines)
+{
+    double reach = 0;
+    for (const Outline& outline : outlines)
+        for (const OutlineVertex& vertex : outline)
+            reach = std::max(reach, std::abs(vertex.edgeWidth));
+    return reach;
+}
+
+Image part(const Image& image, const Window& window)
+{
+    Image part(window.size(), 1);
+    for (int y = window.top; y < window.bottom; ++y)
+        std::copy_n(image.at(window.left, y), part.size.width, part.row(y - window.top));
+    return part;
+}
 
 } // namespace
 
-bool hasFeather(const Outline& outline)
+void feather(Image& matte, const std::vector<Outline>& outlines)
 {
-    return std::any_of(outline.begin(), outline.end(),
-                       [](const OutlineVertex& vertex) { return std::abs(vertex.edgeWidth) >= narrowest; });
-}
-
-Image feathered(const Image& hard, const std::vector<Outline>& outlines)
-{
-    SoftMatte soft{hard, Image(hard.size, 1, std::numeric_limits<float>::max())};
-    for (const Outline& outline : outlines) {
-        if (!hasFeather(outline))
-            continue;
-        for (std::size_t i = 0; i < outline.size(); ++i)
-            EdgeRamp(outline[i], outline[(i + 1) % outline.size()]).draw(soft, hard);
-    }
-    return std::move(soft.matte);
+    const double reach = reachOf(outlines);
+    if (reach < narrowest)
+        return;
+    const Window window = windowAround(outlines, matte.size, reach + 1);
+    if (window.empty())
+        return;
+    SoftMatte soft{matte, window, part(matte, window), Image(window.size(), 1, std::numeric_limits<float>::max())};
+    for (const Outline& outline : outlines)
+        for (std::size_t i = 0; i < outline.size(); ++i) {
+            const OutlineVertex &from = outline[i], &to = outline[(i + 1) % outline.size()];
+            if (std::abs(from.edgeWidth) >= narrowest || std::abs(to.edgeWidth) >= narrowest)
+                EdgeRamp(from, to).draw(soft);
+        }
 }
 
 } // namespace pixels

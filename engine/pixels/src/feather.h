@@ -5,9 +5,7 @@
 
 namespace pixels {
 
-// Softens `hard`, the coverage of all outlines without any edge width.
-Image feathered(const Image& hard, const std::vector<Outline>& outlines);
-
-bool hasFeather(const Outline& outline);
+// Softens a matte that holds the coverage of all outlines without any edge width.
+void feather(Image& matte, const std::vector<Outline>& outlines);
 
 } // namespace pixels

@@ -14,10 +14,11 @@ namespace {
 constexpr double leastVisible = 0.04;
 constexpr double leastCorrelation = 0.5;
 constexpr double leastRegular = 0.3;
-constexpr double poorGuess = 0.8;   // a correlation on the coarsest level that calls for a search
-constexpr int searchReach = 5;      // pixels of that level
-constexpr double largestChange = 3; // of the patch's size between two frames
-constexpr double coarseTolerance = 0.05, fineTolerance = 0.002; // pixels of a level
+constexpr double poorGuess = 0.8;                  // a correlation on the coarsest level that calls for a search
+constexpr int searchReach = 5, farSearchReach = 9; // pixels of that level
+constexpr double farDeviation = 0.2;               // of the patch's size
+constexpr double largestChange = 3;                // of the patch's size between two frames
+constexpr double coarseTolerance = 0.05, fineTolerance = 0.01; // pixels of a level
 constexpr int mostCoarseSteps = 20, mostFineSteps = 15;
 
 // How far a frame may be from what the one before let expect, in pixels.
@@ -104,32 +105,56 @@ std::vector<PatchTracker::Pair> PatchTracker::pairs(const FramePyramid& frame) c
     return pairs;
 }
 
-// The best of a grid of places around a transform.
-Matrix PatchTracker::searched(LevelAlignment& alignment, const Matrix& around, double step) const
+LevelAlignment PatchTracker::alignmentOf(const Scene& scene, const Pair& pair) const
 {
-    Matrix best = around;
-    double correlation = -1;
-    for (int y = -searchReach; y <= searchReach; ++y)
-        for (int x = -searchReach; x <= searchReach; ++x) {
-            const Matrix tried = Matrix::translation(x * step, y * step) * around;
-            const Fit fit = alignment.evaluate(tried);
-            if (fit.visible > leastVisible && fit.correlation * fit.visible > correlation) {
-                correlation = fit.correlation * fit.visible;
-                best = tried;
+    return {*pair.patch, scene.frame.levels[std::size_t(pair.frameLevel)], pair.frameLevel,
+            scene.excludedAt(pair.frameLevel)};
+}
+
+// The best of a grid of places around each of the given transforms.
+Matrix PatchTracker::searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const
+{
+    const Pair coarsest = pairs(scene.frame).back();
+    LevelAlignment alignment = alignmentOf(scene, coarsest);
+    const double step = double(1 << coarsest.frameLevel);
+    Matrix best = around.front();
+    double quality = -1;
+    for (const Matrix& start : around)
+        for (int y = -reach; y <= reach; ++y)
+            for (int x = -reach; x <= reach; ++x) {
+                const Matrix tried = Matrix::translation(x * step, y * step) * start;
+                const Fit fit = alignment.evaluate(tried);
+                if (fit.visible > leastVisible && fit.correlation * fit.visible > quality) {
+                    quality = fit.correlation * fit.visible;
+                    best = tried;
+                }
             }
-        }
     return best;
 }
 
-Matrix PatchTracker::firstGuess(const Scene& scene, const Pair& coarsest, const Matrix& predicted) const
+Matrix PatchTracker::firstGuess(const Scene& scene, const Matrix& predicted) const
 {
-    LevelAlignment alignment(*coarsest.patch, scene.frame.levels[std::size_t(coarsest.frameLevel)], coarsest.frameLevel,
-                             scene.excludedAt(coarsest.frameLevel));
+    LevelAlignment alignment = alignmentOf(scene, pairs(scene.frame).back());
     const double there = alignment.evaluate(predicted).correlation, before = alignment.evaluate(m_last).correlation;
     const Matrix& guess = there >= before ? predicted : m_last;
-    if (std::max(there, before) >= poorGuess)
-        return guess;
-    return searched(alignment, guess, double(1 << coarsest.frameLevel));
+    return std::max(there, before) >= poorGuess ? guess : searched(scene, {guess}, searchReach);
+}
+
+// Where the patch could be when it is not near where it was: further away, turned, larger or smaller.
+Expectation PatchTracker::farGuess(const Scene& scene) const
+{
+    std::vector<Matrix> turned;
+    for (const double scale : {1.0, 0.84, 1.19})
+        for (const double angle : {0.0, -0.22, 0.22}) {
+            const double c = scale * std::cos(angle), s = scale * std::sin(angle);
+            turned.push_back(m_last * Matrix{{c, -s, 0, s, c, 0, 0, 0, 1}});
+        }
+    if (m_parameters == 2)
+        turned.resize(1);
+    Expectation expectation;
+    expectation.toFrame = searched(scene, turned, farSearchReach);
+    expectation.deviation.fill(farDeviation);
+    return expectation;
 }
 
 Fit PatchTracker::align(const Scene& scene, const Matrix& start, const Expectation& expectation) const
@@ -138,15 +163,13 @@ Fit PatchTracker::align(const Scene& scene, const Matrix& start, const Expectati
     fit.toFrame = start;
     const std::vector<Pair> pairs = this->pairs(scene.frame);
     for (std::size_t i = pairs.size(); i-- > 0;) {
-        const int level = pairs[i].frameLevel;
-        LevelAlignment alignment(*pairs[i].patch, scene.frame.levels[std::size_t(level)], level,
-                                 scene.excludedAt(level));
+        LevelAlignment alignment = alignmentOf(scene, pairs[i]);
         const int parameters = parametersFor(pairs[i].patch->size(), m_parameters);
         const bool finest = i == 0;
         if (i + 1 == pairs.size() && parameters > 2)
-            fit = alignment.refine(fit.toFrame, 2, &expectation, m_patch.corners(), coarseTolerance, mostCoarseSteps);
+            fit = alignment.refine(fit.toFrame, 2, expectation, m_patch.corners(), coarseTolerance, mostCoarseSteps);
         const Fit refined =
-            alignment.refine(fit.toFrame, finest ? m_parameters : parameters, &expectation, m_patch.corners(),
+            alignment.refine(fit.toFrame, finest ? m_parameters : parameters, expectation, m_patch.corners(),
                              finest ? fineTolerance : coarseTolerance, finest ? mostFineSteps : mostCoarseSteps);
         if (finest || refined.correlation >= fit.correlation || sound(refined.toFrame, m_patch.corners()))
             fit = refined;
@@ -181,11 +204,16 @@ TrackResult PatchTracker::advance(const SharedTrackingFrame& frame, const Image&
     }
 
     const Expectation expectation = expected();
-    const Matrix start = firstGuess(scene, pairs(*pyramid).back(), expectation.toFrame);
-    const Fit fit = align(scene, start, expectation);
-
+    Fit fit = align(scene, firstGuess(scene, expectation.toFrame), expectation);
     TrackResult result;
     result.problem = problemOf(fit);
+    if (!result.problem.empty()) {
+        const Expectation far = farGuess(scene);
+        if (const Fit second = align(scene, far.toFrame, far); problemOf(second).empty()) {
+            fit = second;
+            result.problem.clear();
+        }
+    }
     result.aligned = result.problem.empty();
     result.quality = std::clamp(fit.correlation, 0.0, 1.0);
     result.visible = fit.visible;

@@ -33,8 +33,10 @@ private:
 
     Expectation expected() const;
     std::vector<Pair> pairs(const FramePyramid& frame) const;
-    Matrix firstGuess(const Scene& scene, const Pair& coarsest, const Matrix& predicted) const;
-    Matrix searched(LevelAlignment& alignment, const Matrix& around, double step) const;
+    LevelAlignment alignmentOf(const Scene& scene, const Pair& pair) const;
+    Matrix firstGuess(const Scene& scene, const Matrix& predicted) const;
+    Expectation farGuess(const Scene& scene) const;
+    Matrix searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const;
     Fit align(const Scene& scene, const Matrix& start, const Expectation& expectation) const;
     std::string problemOf(const Fit& fit) const;
 
