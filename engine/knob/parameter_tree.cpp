@@ -56,6 +56,12 @@ QString ParameterSet::displayName() const
     return isParameter() ? translated(m_target.description->displayName) : m_branch->displayName();
 }
 
+QString ParameterSet::scriptName() const
+{
+    const QString name = isParameter() ? QString() : m_branch->scriptName();
+    return name.isEmpty() ? m_target.name : name;
+}
+
 const void* ParameterSet::target() const
 {
     return isParameter() ? static_cast<const void*>(m_target.animation) : m_branch;

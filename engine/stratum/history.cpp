@@ -86,11 +86,13 @@ bool History::isOpen(Transaction transaction) const
                        [transaction](const Open& open) { return open.transaction == transaction; });
 }
 
-void History::commit(Transaction transaction, Notices& notices)
+bool History::commit(Transaction transaction, Notices& notices)
 {
     m_open.erase(std::find_if(m_open.begin(), m_open.end(),
                               [transaction](const Open& open) { return open.transaction == transaction; }));
+    const bool changed = !m_open.empty() || !m_gathered.empty();
     finish(notices);
+    return changed;
 }
 
 void History::rollBack(Transaction transaction, Notices& notices)

@@ -34,18 +34,31 @@ void STRM_ProjectManager::announce(const Stratum::Notices& notices)
         listener->announce(notices);
 }
 
-boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer()
+boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer() { return makeLayer(m_lastId + 1); }
+
+boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup() { return makeGroup(m_lastId + 1); }
+
+boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer(unsigned int id)
 {
-    m_layers.push_back(boost::make_shared<Stratum::LayerModel>(*this, m_lastId + 1));
-    ++m_lastId;
+    m_layers.push_back(boost::make_shared<Stratum::LayerModel>(*this, id));
+    m_lastId = std::max(m_lastId, id);
     return m_layers.back();
 }
 
-boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup()
+boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup(unsigned int id)
 {
-    m_groups.push_back(boost::make_shared<Stratum::GroupModel>(*this, m_lastId + 1));
-    ++m_lastId;
+    m_groups.push_back(boost::make_shared<Stratum::GroupModel>(*this, id));
+    m_lastId = std::max(m_lastId, id);
     return m_groups.back();
+}
+
+void STRM_ProjectManager::idsGiven(unsigned int nextId)
+{
+    if (nextId > 0)
+        m_lastId = std::max(m_lastId, nextId - 1);
+    const auto byId = [](const auto& a, const auto& b) { return a->id() < b->id(); };
+    std::sort(m_layers.begin(), m_layers.end(), byId);
+    std::sort(m_groups.begin(), m_groups.end(), byId);
 }
 
 namespace {

@@ -237,6 +237,8 @@ std::vector<Member> LayerModel::members()
     return members;
 }
 
+QString LayerModel::scriptName() const { return QString::fromLatin1("layer_%1").arg(id()); }
+
 QString LayerModel::displayName() const
 {
     const Reading lock(manager());
@@ -244,6 +246,8 @@ QString LayerModel::displayName() const
 }
 
 std::vector<Member> GroupModel::members() { return {leaf(groupOpacity, opacityAnimation())}; }
+
+QString GroupModel::scriptName() const { return QString::fromLatin1("group_%1").arg(id()); }
 
 QString GroupModel::displayName() const
 {
@@ -273,6 +277,8 @@ Member ContourModel::member(const QString& name)
     return point && point->present() ? set(name, *point) : Member();
 }
 
+QString ContourModel::scriptName() const { return QString::fromLatin1("contour_%1").arg(id()); }
+
 QString ContourModel::displayName() const
 {
     return Knob::translated(type() == VX_CONTOUR_BEZIER ? QT_TRANSLATE_NOOP("Parameter", "Bezier contour")
@@ -288,6 +294,8 @@ std::vector<Member> PointModel::members()
         members.push_back(leaf(table[i], fields[i]));
     return members;
 }
+
+QString PointModel::scriptName() const { return QString::fromLatin1("point_%1").arg(id()); }
 
 QString PointModel::displayName() const
 {
@@ -321,6 +329,8 @@ ProjectParameters::ProjectParameters(STRM_ProjectManager& manager)
 ProjectParameters::~ProjectParameters() = default;
 
 bool ProjectParameters::present() const { return m_branches->manager.isOpen(); }
+
+QString ProjectParameters::scriptName() const { return QString::fromLatin1("project"); }
 
 QString ProjectParameters::displayName() const { return Knob::translated(QT_TRANSLATE_NOOP("Parameter", "Project")); }
 

@@ -2,7 +2,6 @@
 #include "key_edits.h"
 
 #include <algorithm>
-#include <boost/make_shared.hpp>
 #include <cmath>
 #include <set>
 #include <stratum/exception.h>
@@ -102,10 +101,7 @@ void checkPointValues(int contourType, const PointValues& values)
 ContourModel& addContour(Edit& edit, LayerModel& layer, int type, const std::vector<PointValues>& points, double time,
                          int view)
 {
-    const unsigned int id = layer.allContours.empty() ? 0 : layer.allContours.back()->id() + 1;
-    layer.allContours.push_back(boost::make_shared<ContourModel>(layer, type, id));
-    ContourModel& contour = *layer.allContours.back();
-    contour.setPresent(false);
+    ContourModel& contour = *layer.makeContour(type, layer.nextContourId);
     contour.points.reserve(points.size());
     KeyEdits first;
     for (const PointValues& values : points) {

@@ -121,6 +121,16 @@ CurvePoint PointModel::state(double time, int view) const
 
 // ---- Contours ----
 
+ContourModel* LayerModel::makeContour(int type, unsigned int id)
+{
+    if (id < nextContourId)
+        return nullptr;
+    allContours.push_back(boost::make_shared<ContourModel>(*this, type, id));
+    allContours.back()->setPresent(false);
+    nextContourId = id + 1;
+    return allContours.back().get();
+}
+
 ContourModel::ContourModel(LayerModel& layer, int type, unsigned int id) : Contour(type), m_layer(layer), m_id(id)
 {
     settings[0].setRest({double(type), 0});

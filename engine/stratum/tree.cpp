@@ -39,7 +39,7 @@ bool LayerModel::shown() const
     return visible && (!holder || holder->visible);
 }
 
-void LayerModel::requireWritable() const
+void LayerModel::requireUnlocked() const
 {
     const GroupModel* const holder = group();
     if (!locked && !(holder && holder->locked))

@@ -63,6 +63,8 @@ public:
 
     // Without a lock: texts are translated, and a translation may be a script's.
     virtual QString displayName() const = 0;
+    // A Python name for objects that the tree names by their number; empty where the node's own name is one. No lock.
+    virtual QString scriptName() const { return QString(); }
 
     // For the rest the model's lock is held.
     virtual std::vector<Member> members() = 0;
@@ -130,7 +132,7 @@ public:
     bool present() const { return m_branch->present(); }
     QStringList path() const;
     QString displayName() const;
-    const QString& name() const { return m_target.name; }
+    QString scriptName() const;
 
     // The branch that holds the value, or that the set stands for.
     Branch& branch() const { return *m_branch; }

@@ -17,15 +17,12 @@
 
 namespace orrery {
 
-// Throws the exception with this place in the source: raise<STRM_BadArgument>(HERE...) without a macro.
+// Throws the exception with this place in the source: raise<STRM_BadArgument>(message).
 template <class Exception>
 [[noreturn]] void raise(const QString& message, const char* file = __builtin_FILE(), int line = __builtin_LINE())
 {
     throw Exception(file, line, message, message);
 }
-
-// STRM_BadState "Invalid object".
-[[noreturn]] void raiseInvalidObject();
 
 // The manager, kept alive and still open, or STRM_BadState "Invalid object".
 boost::shared_ptr<STRM_ProjectManager> openManager(const boost::weak_ptr<STRM_ProjectManager>& manager);

@@ -38,6 +38,9 @@ namespace orrery {
 Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
 QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted); // lock held
 
+// The project is going: it is current no more.
+void forgetProject(Project* project);
+
 // The project's clip with that id (Clip::get_id), or null. The lock is held.
 Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id);
 

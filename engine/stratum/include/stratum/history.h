@@ -106,8 +106,8 @@ public:
     Transaction begin();
     bool isOpen(Transaction transaction) const;
     // Ends the transaction. When it was the last that is open, what was gathered becomes one step, which belongs to the
-    // transaction that began it; without any change there is no step.
-    void commit(Transaction transaction, Notices& notices);
+    // transaction that began it; without any change there is no step, which is what false says.
+    bool commit(Transaction transaction, Notices& notices);
     // Takes back everything since the transaction began, whoever did it, and ends it.
     void rollBack(Transaction transaction, Notices& notices);
 

@@ -32,6 +32,11 @@ struct ViewSettings
     QString name;
     QString abbreviation;
     Fundo::Colour3<float> color{0, 0, 0};
+
+    bool operator==(const ViewSettings& other) const
+    {
+        return name == other.name && abbreviation == other.abbreviation && color == other.color;
+    }
 };
 
 // What a project is set to, beside what it contains.
@@ -97,6 +102,13 @@ public:
     // New objects, not in the tree yet: that is a change of its own (tree.h).
     boost::shared_ptr<Stratum::LayerModel> makeLayer();
     boost::shared_ptr<Stratum::GroupModel> makeGroup();
+    // The same with ids of a saved project, in any order and each once; idsGiven() ends it, and says from which id on
+    // none was ever used.
+    boost::shared_ptr<Stratum::LayerModel> makeLayer(unsigned int id);
+    boost::shared_ptr<Stratum::GroupModel> makeGroup(unsigned int id);
+    void idsGiven(unsigned int nextId);
+    unsigned int nextId() const { return m_lastId + 1; }
+
     // Null when the project has no such layer now.
     Stratum::LayerModel* findLayer(unsigned int id) const;
     Stratum::GroupModel* findGroup(unsigned int id) const;
@@ -118,7 +130,7 @@ private:
     unsigned int m_lastId = 0;
     boost::shared_ptr<Stratum::RootModel> m_root;
     std::unique_ptr<Stratum::ProjectParameters> m_parameters;
-    // Every layer and group that ever was: pointers between them stay good until the manager goes.
+    // Every layer and group that ever was, by id: pointers between them stay good until the manager goes.
     std::vector<boost::shared_ptr<Stratum::LayerModel>> m_layers;
     std::vector<boost::shared_ptr<Stratum::GroupModel>> m_groups;
     std::vector<boost::shared_ptr<void>> m_kept;

@@ -71,6 +71,7 @@ public:
     CurvePoint state(double time, int view) const;
 
     QString displayName() const override;
+    QString scriptName() const override;
     std::vector<Knob::Member> members() override;
 
     // Of the link; null without one.
@@ -104,7 +105,7 @@ public:
     bool present() const override { return m_present.load(std::memory_order_acquire) && m_layer.present(); }
     void setPresent(bool present) { m_present.store(present, std::memory_order_release); }
     void requirePresent() const;
-    void requireWritable() const override { m_layer.requireWritable(); }
+    void requireWritable() const override { m_layer.requireUnlocked(); }
 
     // Takes the lock.
     boost::shared_ptr<ControlPoint> pointByID(unsigned int id) override;
@@ -120,6 +121,7 @@ public:
     Curve curve(double time, int view) const;
 
     QString displayName() const override;
+    QString scriptName() const override;
     std::vector<Knob::Member> members() override;
     Knob::Member member(const QString& name) override;
 

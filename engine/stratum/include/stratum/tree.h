@@ -79,8 +79,8 @@ public:
     bool present() const override { return parentGroup() != nullptr; }
     void setParentGroup(LayerGroup* group) { m_parentGroup.store(group, std::memory_order_release); }
 
-    // STRM_BadState when the layer, or the group that holds it, is locked.
-    void requireWritable() const override;
+    // For changes of its shapes: STRM_BadState when the layer, or the group that holds it, is locked.
+    void requireUnlocked() const;
     // The group that holds it; null at the top of the project.
     GroupModel* group() const;
     // Visible, and not hidden by its group.
@@ -99,9 +99,12 @@ public:
     // The end of the chain of links: whose track counts.
     LayerModel& trackSource();
 
-    // In the order in which they were added. Removed ones are in allContours only.
+    // In the order in which they were added. Removed ones are in allContours only, which is ordered by id.
     std::vector<ContourModel*> contours;
     std::vector<boost::shared_ptr<ContourModel>> allContours;
+    unsigned int nextContourId = 0;
+    // Not in the layer yet. Null for an id that does not come after those that were used.
+    ContourModel* makeContour(int type, unsigned int id);
 
     // Null as long as nobody asked for it: then everything has its initial value.
     const LayerAnimations* animationsIfAny() const { return m_animations.get(); }
@@ -117,6 +120,7 @@ public:
     Corners surface(int view);
 
     QString displayName() const override;
+    QString scriptName() const override;
     std::vector<Knob::Member> members() override;
 
 private:
@@ -141,6 +145,7 @@ public:
     const Knob::Animation* opacityIfAny() const { return m_opacity.get(); }
 
     QString displayName() const override;
+    QString scriptName() const override;
     std::vector<Knob::Member> members() override;
 
 private:
@@ -166,6 +171,7 @@ public:
 
     bool present() const override;
     QString displayName() const override;
+    QString scriptName() const override;
     std::vector<Knob::Member> members() override;
 
     // A further branch, for what the project holds beside layers (its clips). Once, when the project is made.

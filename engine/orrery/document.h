@@ -1,0 +1,11 @@
+// What a saved project is told by.
+#pragma once
+
+namespace orrery {
+namespace document {
+
+constexpr const char* format = "vireo project";
+constexpr int version = 1;
+
+} // namespace document
+} // namespace orrery
