@@ -163,14 +163,14 @@ ClipState readState(const JsonReader& reader)
     return state;
 }
 
+} // namespace
+
 std::unique_ptr<Clip> newClip(const boost::shared_ptr<STRM_ProjectManager>& manager, ClipState state)
 {
     auto clip = std::make_unique<Clip>(QString(), QString(), false, 0, 0, 0, nullptr);
     clip->data().moveTo(manager, std::move(state));
     return clip;
 }
-
-} // namespace
 
 std::unique_ptr<Clip> copyForProject(const Clip& source, const QString& name,
                                      const boost::shared_ptr<STRM_ProjectManager>& manager)

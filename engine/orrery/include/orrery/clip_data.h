@@ -65,3 +65,10 @@ private:
     std::mutex m_colorMutex; // guards the pointer; nothing is called while it is held
     ColorParameters* m_color = nullptr;
 };
+
+namespace orrery {
+
+// A clip that the project of the manager can adopt, with that state.
+std::unique_ptr<Clip> newClip(const boost::shared_ptr<STRM_ProjectManager>& manager, ClipState state);
+
+} // namespace orrery
