@@ -1,6 +1,7 @@
 // Properties: getter and setter methods of a class, reached only by one name.
 #include "properties.h"
 
+#include <cstdlib>
 #include <string>
 
 namespace binding {
@@ -11,6 +12,7 @@ namespace {
 {
     PyErr_Print();
     Py_FatalError(("Cannot initialize '" + std::string(property) + "' property of '" + className + "' class").c_str());
+    std::abort(); // not reached; the interpreter's headers do not say so
 }
 
 bool buildProperty(PyObject* type, const Property& property)
