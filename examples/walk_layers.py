@@ -26,7 +26,7 @@ def print_parameters(parameters, indent):
         print '%s%s/' % (indent, subset.script_name)
         print_parameters(subset, indent + '    ')
     for parameter in parameters.parameters:
-        print '%s%s = %s' % (indent, parameter.name_components[-1], parameter.get())
+        print '%s%s = %s' % (indent, parameter.name_components[-1], parameter.get(0.0))
 
 
 def main():
