@@ -2,6 +2,7 @@
 #include "properties.h"
 
 #include <cstdlib>
+#include <cstdlib>
 #include <string>
 
 namespace binding {
