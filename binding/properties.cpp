@@ -2,7 +2,6 @@
 #include "properties.h"
 
 #include <cstdlib>
-#include <cstdlib>
 #include <string>
 
 namespace binding {
