@@ -2,6 +2,7 @@
 // a host of the module does and in which order: the application object, the project, Python; and backwards at the end.
 #include "command_line.h"
 #include "interpreter.h"
+#include "progress_display.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -90,6 +91,7 @@ int run(const CommandLine& line)
         return complain(refused, QString("cannot open project '%1': %2")
                                      .arg(QFile::decodeName(line.project.c_str()), QString::fromUtf8(error.what())));
     }
+    showProgress();
     try {
         startInterpreter(line.interpreter.front(), endSession);
     } catch (const InterpreterError& error) {

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <orrery/destruction_hook.h>
+#include <orrery/embedding.h>
 #include <orrery/handle_access.h>
 #include <orrery/message.h>
 #include <orrery/operation_progress.h>
@@ -31,14 +32,32 @@ namespace {
 
 constexpr std::chrono::milliseconds leastInterval(40);
 
+// Of the whole process: what the application hears and wants.
+std::atomic<OperationListener*> listener{nullptr};
+std::atomic<int> running{0};
+std::atomic<unsigned> cancels{0};
+
 } // namespace
 
+void setOperationListener(OperationListener* wanted) { listener.store(wanted); }
+
+bool cancelOperations()
+{
+    if (running.load() == 0)
+        return false;
+    ++cancels;
+    return true;
+}
+
 OperationProgress::OperationProgress(ProgressWatcher& watcher, const QString& title)
-    : m_watcher(watcher), m_title(title)
+    : m_watcher(watcher), m_title(title), m_cancelsAtStart(cancels.load())
 {
     auto idle = ProgressWatcher::Data::Idle;
     if (!watcher.data().state.compare_exchange_strong(idle, ProgressWatcher::Data::Running))
         raise<STRM_OperationInProgress>(text("%1: another operation that reports to the same watcher runs", title));
+    ++running;
+    if (OperationListener* const host = listener.load())
+        host->started(title);
     watcher.data().tellStarted(title);
 }
 
@@ -48,11 +67,14 @@ OperationProgress::~OperationProgress()
     if (m_cancelled)
         m_watcher.data().tellCancelled();
     m_watcher.data().tellFinished();
+    --running;
+    if (OperationListener* const host = listener.load())
+        host->finished(m_cancelled);
 }
 
 bool OperationProgress::cancelWanted() const noexcept
 {
-    return m_watcher.data().state.load() == ProgressWatcher::Data::CancelWanted;
+    return m_watcher.data().state.load() == ProgressWatcher::Data::CancelWanted || cancels.load() != m_cancelsAtStart;
 }
 
 void OperationProgress::throwIfCancelled()
@@ -73,6 +95,8 @@ void OperationProgress::report(double fraction, const QString& doing)
         return;
     m_told = now;
     m_fraction = fraction;
+    if (OperationListener* const host = listener.load())
+        host->progressed(fraction, doing);
     m_watcher.data().tellProgress(fraction, doing);
     throwIfCancelled();
 }

@@ -37,6 +37,7 @@ private:
     std::chrono::steady_clock::time_point m_told;
     double m_fraction = -1;
     bool m_cancelled = false;
+    const unsigned m_cancelsAtStart;
 };
 
 // Calls `work` with 0 to count - 1 from all cores, several at once, in order as far as that goes, and reports meanwhile
