@@ -37,6 +37,7 @@ endfunction()
 
 # Python sources of a package, copied into the build tree's Python path and installed beside the modules.
 function(vireo_python_sources folder)
+    file(MAKE_DIRECTORY ${VIREO_SITE}/${folder}) # else the first file would be copied under the folder's name
     foreach(source IN LISTS ARGN)
         configure_file(${source} ${VIREO_SITE}/${folder}/ COPYONLY)
     endforeach()
