@@ -92,6 +92,16 @@ TEST(Files, NamesTheFileAndWhatIsWrongWithIt)
     EXPECT_EQ(problem("words.png").find('\n'), std::string::npos);
 }
 
+TEST(Files, AreWholeWhateverFollowsTheirEnd)
+{
+    const Folder folder;
+    for (const char* name : {"a.png", "a.jpg"}) {
+        library().writeFrame(folder / name, grain({40, 30}, 3));
+        std::ofstream(folder / name, std::ios::app) << std::string(500, 'x');
+        EXPECT_NO_THROW(library().readFrame(folder / name)) << name;
+    }
+}
+
 TEST(Files, RefusesAFrameOfAnotherSize)
 {
     const Folder folder;

@@ -24,9 +24,12 @@ Image paintedTexture(Size size, unsigned seed, int shapes, double contrast)
     cv::RNG random(seed);
     cv::Mat painted(size.height, size.width, CV_32FC3, cv::Scalar::all(0.4));
     for (int cell = std::max(size.width / 4, 8); cell >= 2 * fineness; cell /= 2) {
-        cv::Mat coarse(size.height / cell + 3, size.width / cell + 3, CV_32FC3), cloud;
-        random.fill(coarse, cv::RNG::UNIFORM, -0.09 * contrast, 0.09 * contrast);
-        cv::resize(coarse, cloud, painted.size(), 0, 0, cv::INTER_CUBIC);
+        const cv::Size coarse(size.width / cell + 3, size.height / cell + 3);
+        cv::Mat light(coarse, CV_32F), hue(coarse, CV_32FC3), cloud;
+        random.fill(light, cv::RNG::UNIFORM, -0.08 * contrast, 0.08 * contrast);
+        random.fill(hue, cv::RNG::UNIFORM, -0.02 * contrast, 0.02 * contrast);
+        cv::cvtColor(light, cloud, cv::COLOR_GRAY2RGB);
+        cv::resize(cloud + hue, cloud, painted.size(), 0, 0, cv::INTER_CUBIC);
         painted += cloud;
     }
     for (int i = 0; i < shapes; ++i) {
@@ -64,6 +67,22 @@ void addSample(float* sum, const Image& texture, double x, double y)
     for (int channel = 0; channel < 3; ++channel)
         sum[channel] += (a[channel] * (1 - right) + a[channel + 3] * right) * (1 - below) +
                         (b[channel] * (1 - right) + b[channel + 3] * right) * below;
+}
+
+struct Box
+{
+    double left, top, right, bottom;
+
+    bool touches(int x, int y) const { return x + 1 >= left && x <= right && y + 1 >= top && y <= bottom; }
+};
+
+Box boxAround(const std::array<Point, 4>& corners)
+{
+    Box box{corners[0].x, corners[0].y, corners[0].x, corners[0].y};
+    for (const Point corner : corners)
+        box = {std::min(box.left, corner.x), std::min(box.top, corner.y), std::max(box.right, corner.x),
+               std::max(box.bottom, corner.y)};
+    return box;
 }
 
 Matrix rotation(double yaw, double pitch, double roll)
@@ -130,34 +149,24 @@ Outline MadeFootage::occluder(int index) const
     return {{left, height * 0.2, 0}, {right, height * 0.2, 0}, {right, height, 0}, {left, height, 0}};
 }
 
-Image MadeFootage::frame(int index) const
+// What the lens sees, before it blurs.
+Image MadeFootage::scene(int index) const
 {
     const Size size = m_options.size;
     const Matrix toSurface = placed(index).inverse();
     const double drift = m_options.motion * 0.25 * size.width * index / std::max(m_options.frames - 1, 1);
-    const double light = 1 + m_options.brightness * index / std::max(m_options.frames - 1, 1);
-    const Outline bar = m_options.occluder ? occluder(index) : Outline();
-    const auto corner = corners(index);
-    const auto [leftmost, rightmost] =
-        std::minmax_element(corner.begin(), corner.end(), [](Point a, Point b) { return a.x < b.x; });
-    const auto [topmost, bottommost] =
-        std::minmax_element(corner.begin(), corner.end(), [](Point a, Point b) { return a.y < b.y; });
-
+    const Box box = boxAround(corners(index));
     Image image(size, 3);
     for (int y = 0; y < size.height; ++y)
         for (int x = 0; x < size.width; ++x) {
             float* pixel = image.at(x, y);
-            if (!bar.empty() && x >= bar[0].x && x < bar[1].x && y >= bar[0].y) {
-                std::fill_n(pixel, 3, 0.3f + 0.2f * float((y / 16) % 2));
-                continue;
-            }
-            if (x + 1 < leftmost->x || x > rightmost->x || y + 1 < topmost->y || y > bottommost->y) {
+            if (!box.touches(x, y)) {
                 addSample(pixel, m_background, x + 0.5 + drift, y + 0.5);
                 continue;
             }
             for (int sample = 0; sample < fineness * fineness; ++sample) {
-                const double sx = x + (sample % fineness + 0.5) / fineness,
-                             sy = y + (sample / fineness + 0.5) / fineness;
+                const double sx = x + (sample % fineness + 0.5) / fineness;
+                const double sy = y + (double(sample / fineness) + 0.5) / fineness;
                 const Point at = toSurface.map({sx, sy});
                 if (at.x >= 0 && at.y >= 0 && at.x < m_surface.width && at.y < m_surface.height)
                     addSample(pixel, m_texture, at.x * fineness, at.y * fineness);
@@ -167,11 +176,26 @@ Image MadeFootage::frame(int index) const
             for (int channel = 0; channel < 3; ++channel)
                 pixel[channel] /= fineness * fineness;
         }
+    return image;
+}
 
-    cv::Mat view(size.height, size.width, CV_32FC3, image.values.data());
+void MadeFootage::coverWithBar(Image& image, int index) const
+{
+    const Outline bar = occluder(index);
+    const auto column = [&](double x) { return std::clamp(int(std::lround(x)), 0, image.size.width); };
+    for (int y = int(std::lround(bar[0].y)); y < image.size.height; ++y)
+        std::fill(image.at(column(bar[0].x), y), image.at(column(bar[1].x), y), 0.3f + 0.2f * float((y / 16) % 2));
+}
+
+Image MadeFootage::frame(int index) const
+{
+    Image image = scene(index);
+    if (m_options.occluder)
+        coverWithBar(image, index);
+    cv::Mat view(image.size.height, image.size.width, CV_32FC3, image.values.data());
     if (m_options.blur > 0)
         cv::GaussianBlur(view, view, {}, m_options.blur);
-    view *= light;
+    view *= 1 + m_options.brightness * index / std::max(m_options.frames - 1, 1);
     if (m_options.noise > 0) {
         cv::RNG random(m_options.seed * 7919u + unsigned(index) + 1);
         cv::Mat grain(view.size(), view.type());

@@ -40,6 +40,8 @@ public:
 
 private:
     Matrix placed(int index) const; // from the surface (its own pixels) to the frame
+    Image scene(int index) const;
+    void coverWithBar(Image& image, int index) const;
 
     FootageOptions m_options;
     Size m_surface; // in pixels of a frame in which it is seen straight on

@@ -1,41 +1,40 @@
-// Finds the pixel library, first as the dynamic loader does, then beside the library that this file is linked into.
+// Finds the pixel library: as the dynamic loader does, beside the library that this file is linked into, or in lib
+// beside the folder of the program that it is linked into.
 
 #include "pixels_loader.h"
 
 #include <atomic>
 #include <dlfcn.h>
 #include <mutex>
+#include <unistd.h>
 
 namespace pixels {
 namespace {
 
 constexpr const char* fileName = "libvireo-pixels.so";
 
-std::string pathBesideThis()
+std::string ownFolder()
 {
     Dl_info info{};
-    if (!dladdr(reinterpret_cast<const void*>(&pathBesideThis), &info) || !info.dli_fname)
+    if (!dladdr(reinterpret_cast<const void*>(&ownFolder), &info) || !info.dli_fname)
         return {};
     const std::string self = info.dli_fname;
     const auto slash = self.rfind('/');
-    return slash == std::string::npos ? std::string() : self.substr(0, slash + 1) + fileName;
-}
-
-std::string lastError()
-{
-    const char* text = dlerror();
-    return text ? text : "no reason given";
+    return slash == std::string::npos ? std::string("./") : self.substr(0, slash + 1);
 }
 
 void* open()
 {
     if (void* handle = dlopen(fileName, RTLD_NOW | RTLD_LOCAL))
         return handle;
-    std::string problem = lastError();
-    if (const std::string beside = pathBesideThis(); !beside.empty()) {
-        if (void* handle = dlopen(beside.c_str(), RTLD_NOW | RTLD_LOCAL))
+    std::string problem = dlerror();
+    const std::string folder = ownFolder();
+    for (const std::string& path : {folder + fileName, folder + "../lib/" + fileName}) {
+        if (::access(path.c_str(), F_OK) != 0)
+            continue;
+        if (void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL))
             return handle;
-        problem = lastError();
+        problem = dlerror();
     }
     throw LoadError("The pixel library cannot be loaded: " + problem);
 }

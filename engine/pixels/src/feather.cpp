@@ -62,6 +62,7 @@ public:
         m_dx = to.x - from.x;
         m_dy = to.y - from.y;
         m_squaredLength = m_dx * m_dx + m_dy * m_dy;
+        m_perSquare = m_squaredLength > 0 ? 1 / m_squaredLength : 0;
         m_reach = std::max(std::abs(from.edgeWidth), std::abs(to.edgeWidth)) + 1;
         m_onlyOutside = from.edgeWidth >= 0 && to.edgeWidth >= 0;
         m_onlyInside = from.edgeWidth <= 0 && to.edgeWidth <= 0;
@@ -108,7 +109,7 @@ private:
         if ((m_onlyOutside && hard >= 1) || (m_onlyInside && hard <= 0))
             return;
         const double px = x - m_from.x, py = y - m_from.y;
-        const double part = m_squaredLength > 0 ? std::clamp((px * m_dx + py * m_dy) / m_squaredLength, 0.0, 1.0) : 0;
+        const double part = std::clamp((px * m_dx + py * m_dy) * m_perSquare, 0.0, 1.0);
         const double width = m_from.edgeWidth + part * (m_to.edgeWidth - m_from.edgeWidth);
         if (std::abs(width) < narrowest || (width > 0 ? hard >= 1 : hard <= 0))
             return;
@@ -144,6 +145,7 @@ private:
     double m_dx;
     double m_dy;
     double m_squaredLength;
+    double m_perSquare; // 0 where the edge is a point
     double m_reach;
     bool m_onlyOutside;
     bool m_onlyInside;

@@ -3,13 +3,13 @@
 
 #include "image_files.h"
 
+#include "cut_off_files.h"
 #include "written_file.h"
 
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -178,20 +178,6 @@ std::vector<unsigned char> encoded(const std::string& path, const Image& image, 
     return bytes;
 }
 
-// The JPEG reader fills what is missing with grey and calls it an image.
-void refuseTruncatedJpeg(const std::string& path, const OIIO::ImageInput& input)
-{
-    if (std::strcmp(input.format_name(), "jpeg") != 0)
-        return;
-    std::vector<unsigned char> tail(64);
-    OIIO::Filesystem::IOFile file(path, OIIO::Filesystem::IOProxy::Read);
-    const std::size_t size = file.size(), wanted = std::min(size, tail.size());
-    tail.resize(file.pread(tail.data(), wanted, std::int64_t(size - wanted)));
-    constexpr unsigned char endMarker[] = {0xff, 0xd9};
-    if (std::search(tail.begin(), tail.end(), std::begin(endMarker), std::end(endMarker)) == tail.end())
-        throw FileError(path, "is damaged or cut off (its end is missing)");
-}
-
 } // namespace
 
 FrameInfo readImageHeader(const std::string& path)
@@ -204,6 +190,8 @@ FrameInfo readImageHeader(const std::string& path)
 Image readImage(const std::string& path)
 {
     const auto input = open(path);
+    if (isCutOff(path, input->format_name()))
+        throw FileError(path, "is cut off (its end is missing)");
     const OIIO::ImageSpec spec = input->spec();
     std::vector<float> pixels(std::size_t(spec.width) * std::size_t(spec.height) * std::size_t(spec.nchannels));
     const bool read = input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::FLOAT, pixels.data());
@@ -211,7 +199,6 @@ Image readImage(const std::string& path)
     const std::string problem = input->geterror();
     if (!read || !problem.empty())
         throw FileError(path, problemWith("is damaged or cut off", problem));
-    refuseTruncatedJpeg(path, *input);
     const bool plain = spec.width == spec.full_width && spec.height == spec.full_height && spec.x == spec.full_x &&
                        spec.y == spec.full_y && (spec.nchannels == 1 || spec.nchannels == 3);
     if (!plain)

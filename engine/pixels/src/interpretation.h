@@ -9,9 +9,6 @@ namespace pixels {
 // Throws std::invalid_argument where the numbers describe no curve.
 void check(const Interpretation& interpretation);
 
-// Linear light of one value of a file, 0 to 1 for the range of its whole numbers.
-double toLinear(double value, const Interpretation& interpretation);
-
 // Colour channels only; alpha stays.
 void interpret(Image& image, const Interpretation& interpretation);
 
