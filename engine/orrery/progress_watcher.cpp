@@ -113,13 +113,17 @@ public:
 
     void run()
     {
-        for (int frame = m_next++; frame < m_count && !m_stop; frame = m_next++)
+        while (!m_stop) { // a frame that was taken is worked on: the first that fails is the first in order
+            const int frame = m_next++;
+            if (frame >= m_count)
+                break;
             try {
                 m_work(frame);
                 ended(m_count, nullptr);
             } catch (...) {
                 ended(frame, std::current_exception());
             }
+        }
     }
 
     void stop() { m_stop = true; }

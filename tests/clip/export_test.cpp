@@ -1,0 +1,318 @@
+// Exports of clips and of shapes: what is written, under which names, and what is left when it goes wrong.
+
+#include "test_footage.h"
+
+#include <QDir>
+#include <QFile>
+#include <cmath>
+#include <orrery/color_parameters.h>
+#include <orrery/progress_watcher.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr unsigned int last = 4294967295U;
+
+class Exporting : public testing::Test
+{
+protected:
+    Exporting() : made(smallOptions()), pattern(writeFootage(folder, made))
+    {
+        clip = std::make_unique<Clip>(pattern, "Plate", true, 0, 0, 0, nullptr);
+    }
+
+    void exportTo(const QString& path, const char* suffix = ".png", Clip* destination = nullptr)
+    {
+        clip->exportClip(destination, path, "out.", suffix, "", 0, last, 3, {}, false);
+    }
+
+    Folder folder, output;
+    pixels::MadeFootage made;
+    QString pattern;
+    std::unique_ptr<Clip> clip;
+};
+
+// What of a polygon's pixels is covered, from 16 x 16 samples each.
+pixels::Image sampled(const std::vector<pixels::Point>& polygon, pixels::Size size)
+{
+    pixels::Image image(size, 1);
+    const auto inside = [&polygon](double x, double y) {
+        bool in = false;
+        for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++)
+            if ((polygon[i].y > y) != (polygon[j].y > y) &&
+                x < (polygon[j].x - polygon[i].x) * (y - polygon[i].y) / (polygon[j].y - polygon[i].y) + polygon[i].x)
+                in = !in;
+        return in;
+    };
+    for (int y = 0; y < size.height; ++y)
+        for (int x = 0; x < size.width; ++x)
+            for (int i = 0; i < 256; ++i)
+                *image.at(x, y) += inside(x + (i % 16 + 0.5) / 16, y + (i / 16 + 0.5) / 16) ? 1 / 256.0f : 0;
+    return image;
+}
+
+QString frame(const Folder& folder, const char* prefix, int number)
+{
+    return folder.path() + QString::fromLatin1("/%1%2.png").arg(QLatin1String(prefix)).arg(number);
+}
+
+} // namespace
+
+TEST_F(Exporting, WritesTheClipsFramesAndDescribesThem)
+{
+    Clip destination("", "Copy", false, 0, 0, 0, nullptr);
+    clip->exportClip(&destination, output / "new/deep", "out.", ".png", "ignored", 2, 4, 3, {View(0)}, false);
+    EXPECT_EQ(QDir(output / "new/deep").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name),
+              (QStringList{"out.002.png", "out.003.png", "out.004.png"}));
+    EXPECT_EQ(readImage(output / "new/deep/out.003.png")->values, readImage(folder / "plate.0004.png")->values);
+    EXPECT_EQ(destination.get_info(View(0)).__repr__(),
+              StreamInfo(output / "new/deep", "out.", ".png", 2, 4, 3).__repr__());
+}
+
+TEST_F(Exporting, AppliesTheColourInterpretationAndTheGain)
+{
+    clip->parameter({"gain"}).set(0.5, 4294967295.0, View());
+    exportTo(output.path(), ".exr");
+    const pixels::SharedImage source = readImage(folder / "plate.0001.png"), half = readImage(output / "out.000.exr");
+    pixels::Image expected = *source;
+    for (float& value : expected.values)
+        value /= 2;
+    EXPECT_LT(meanDifference(*half, expected), 1e-3);
+    clip->get_color_parameters()->set_colorspace(LogColorspace);
+    clip->get_color_parameters()->set_conversion(FloatConversion);
+    exportTo(output.path(), ".exr");
+    EXPECT_GT(meanDifference(*readImage(output / "out.000.exr"), expected), 0.01);
+    clip->get_color_parameters()->set_gamma(0);
+    expectThrow<STRM_BadArgument>([&] { exportTo(output.path()); }, "gamma");
+}
+
+TEST_F(Exporting, ATimeOffsetShiftsWhatIsShown)
+{
+    clip->parameter({"streams", "0", "time_offset"}).set(2.0, 4294967295.0, View());
+    expectThrow<STRM_OutOfRange>([&] { exportTo(output.path()); }, "has no frame 13");
+    clip->exportClip(nullptr, output.path(), "out.", ".png", "", 0, 0, 3, {}, false);
+    EXPECT_EQ(readImage(output / "out.000.png")->values, readImage(folder / "plate.0003.png")->values);
+}
+
+TEST_F(Exporting, EachViewHasASequenceOfItsOwn)
+{
+    clip->add_stream(pattern, View(1), 2, 3, true);
+    clip->exportClip(nullptr, output.path(), "out.", ".png", "%v-", 0, 1, 1, {}, true);
+    EXPECT_EQ(output.files(), (QStringList{"0-out.0.png", "0-out.1.png", "1-out.0.png", "1-out.1.png"}));
+    EXPECT_EQ(readImage(output / "1-out.0.png")->values, readImage(folder / "plate.0002.png")->values);
+    expectThrow<STRM_BadArgument>(
+        [&] { clip->exportClip(nullptr, output.path(), "out.", ".png", "same", 0, 1, 1, {}, true); }, "view_format");
+    expectThrow<STRM_OutOfRange>(
+        [&] { clip->exportClip(nullptr, output.path(), "out.", ".png", "", 0, 1, 1, {View(2)}, true); }, "view 2");
+}
+
+TEST_F(Exporting, RefusesArgumentsByName)
+{
+    const auto with = [&](const char* prefix, const char* suffix, unsigned int first, unsigned int end,
+                          unsigned int width) {
+        clip->exportClip(nullptr, output.path(), prefix, suffix, "", first, end, width, {}, false);
+    };
+    expectThrow<STRM_BadArgument>([&] { with("a/b", ".png", 0, 1, 1); }, "prefix");
+    expectThrow<STRM_BadArgument>([&] { with("a", ".gif", 0, 1, 1); }, ".gif");
+    expectThrow<STRM_BadArgument>([&] { with("a", ".png", 2, 1, 1); }, "first");
+    expectThrow<STRM_OutOfRange>([&] { with("a", ".png", 0, 12, 1); }, "12");
+    expectThrow<STRM_OutOfRange>([&] { with("a", ".png", 0, 1, 33); }, "index_width");
+    expectThrow<STRM_BadArgument>([&] { exportTo(QString()); }, "path");
+    expectThrow<STRM_BadFile>([&] { exportTo(pattern.section('/', 0, -2) + "/plate.0001.png"); }, "plate.0001.png");
+    EXPECT_TRUE(output.files().isEmpty());
+    Clip nothing("", "N", false, 0, 0, 0, nullptr);
+    EXPECT_THROW(nothing.exportClip(nullptr, output.path(), "a", ".png", "", 0, last, 1, {}, false), STRM_BadState);
+}
+
+TEST_F(Exporting, AnErrorOrACancelLeavesTheFolderAsItWas)
+{
+    writeBytes(output / "out.000.png", "mine");
+    const std::string whole = readBytes(folder / "plate.0012.png");
+    QFile::remove(folder / "plate.0012.png");
+    expectThrow<STRM_BadFile>([&] { exportTo(output.path()); }, "plate.0012.png");
+    expectThrow<STRM_BadFile>([&] { exportTo(output / "new/folder"); }, "plate.0012.png");
+    EXPECT_EQ(output.files(), QStringList{"out.000.png"});
+    writeBytes(folder / "plate.0012.png", whole);
+
+    const auto connection = QObject::connect(clip->get_progress_watcher(), &ProgressWatcher::progressChanged,
+                                             [&] { clip->get_progress_watcher()->cancel(); });
+    EXPECT_THROW(exportTo(output.path()), STRM_OperationCancelledByUser);
+    EXPECT_EQ(output.files(), QStringList{"out.000.png"});
+    QObject::disconnect(connection);
+
+    // The last file cannot be given its name: those before it are taken back.
+    QDir(output.path()).mkdir("out.011.png");
+    expectThrow<STRM_BadFile>([&] { exportTo(output.path()); }, "out.011.png");
+    EXPECT_EQ(output.files(), (QStringList{"out.000.png", "out.011.png"}));
+    EXPECT_EQ(readBytes(output / "out.000.png"), "mine");
+}
+
+TEST_F(Exporting, MayReplaceItsOwnSource)
+{
+    clip->parameter({"gain"}).set(0.0, 4294967295.0, View());
+    clip->exportClip(clip.get(), folder.path(), "plate.", ".png", "", 1, last, 4, {}, false);
+    EXPECT_EQ(folder.files().size(), 12);
+    EXPECT_EQ(readImage(folder / "plate.0005.png")->values[0], 0);
+    EXPECT_EQ(clip->get_info(View(0)).get_end_frame(), 11u);
+}
+
+TEST_F(Exporting, AFullDiskIsReportedAndLeavesNoFrame)
+{
+    Folder mountPoint;
+    const QByteArray place = mountPoint.path().toUtf8();
+    if (mount("none", place.constData(), "tmpfs", 0, "size=32k") != 0)
+        GTEST_SKIP() << "mounting a small file system is not permitted here";
+    expectThrow<STRM_BadFile>([&] { exportTo(mountPoint.path()); }, "out.0");
+    EXPECT_TRUE(mountPoint.files().isEmpty()) << mountPoint.files().join(" ").toStdString();
+    umount(place.constData());
+}
+
+TEST_F(Exporting, AFolderThatMayNotBeWrittenToIsNamed)
+{
+    chmod(output.path().toUtf8().constData(), 0555);
+    // Root may write everywhere: a child that is nobody tries.
+    const pid_t child = fork();
+    if (child == 0) {
+        if (geteuid() == 0 && setuid(65534) != 0)
+            _exit(3);
+        try {
+            Clip("", "N", false, 0, 0, 0, nullptr);
+            exportTo(output / "deep");
+        } catch (const STRM_BadFile& error) {
+            const bool names = std::string(error.what()).find("cannot be") != std::string::npos;
+            _exit(names ? 0 : 2);
+        } catch (...) {
+            _exit(1);
+        }
+        _exit(4);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    chmod(output.path().toUtf8().constData(), 0755);
+    EXPECT_TRUE(output.files().isEmpty());
+}
+
+// ---- Shapes ---------------------------------------------------------------------------------------------------------
+
+namespace {
+
+class ExportingShapes : public Exporting
+{
+protected:
+    ExportingShapes() : project(projectOver(pattern, output)) {}
+
+    std::unique_ptr<Clip> shapes(const QVector<Layer>& layers, ColorizeOutput colorize = Grayscale,
+                                 const QVector<View>& views = {}, bool separate = false)
+    {
+        return std::unique_ptr<Clip>(project->export_rendered_shapes(layers, colorize, "Mattes", output.path(), "m.",
+                                                                     ".png", 0, 1, 1, views, separate));
+    }
+
+    std::unique_ptr<Project> project;
+};
+
+} // namespace
+
+TEST_F(ExportingShapes, MattesAreTheCoverageOfTheShape)
+{
+    const std::vector<pixels::Point> polygon = {{10.3, 5.7}, {50.2, 12.4}, {44.9, 40.1}, {15.5, 33.3}};
+    addPolygon(*project, "layer", polygon);
+    const auto mattes = shapes({});
+    EXPECT_EQ(mattes->get_name(), QString("Mattes"));
+    EXPECT_EQ(mattes->get_info(View(0)).__repr__(), StreamInfo(output.path(), "m.", ".png", 0, 1, 1).__repr__());
+    EXPECT_EQ(mattes->get_frame_size(), qMakePair(64u, 48u));
+    const pixels::Image truth = sampled(polygon, {64, 48}), matte = *readImage(frame(output, "m.", 0));
+    double difference = 0;
+    int edges = 0;
+    for (std::size_t i = 0; i < truth.values.size(); ++i)
+        if (truth.values[i] > 0 && truth.values[i] < 1) {
+            difference += std::abs(truth.values[i] - matte.values[i]);
+            ++edges;
+        }
+    EXPECT_LT(difference / edges, 0.004);
+}
+
+TEST_F(ExportingShapes, LayersAddUpInTheirOrder)
+{
+    Layer low = addPolygon(*project, "low", square(0, 0, 40, 48)),
+          high = addPolygon(*project, "high", square(20, 0, 64, 48));
+    low.set_matte_color({1, 0, 0});
+    high.set_matte_color({0, 0, 1});
+    high.parameter({"opacity"}).set(0.5, 4294967295.0, View());
+    const auto at = [&](int x) {
+        const pixels::SharedImage image = readImage(frame(output, "m.", 0));
+        std::vector<int> values;
+        for (int channel = 0; channel < image->channels; ++channel)
+            values.push_back(static_cast<int>(std::lround(255 * image->at(x, 24)[channel])));
+        return values;
+    };
+    shapes({high, low}, ByMatteColor);
+    EXPECT_EQ(at(10), (std::vector<int>{255, 0, 0}));
+    EXPECT_EQ(at(30), (std::vector<int>{128, 0, 128}));
+    EXPECT_EQ(at(50), (std::vector<int>{0, 0, 128}));
+    shapes({}, ByLayer);
+    EXPECT_EQ(at(10), (std::vector<int>{128}));
+    EXPECT_EQ(at(30), (std::vector<int>{191}));
+    high.parameter({"blend_mode"}).set(1, 4294967295.0, View());
+    shapes({});
+    EXPECT_EQ(at(30), (std::vector<int>{128})) << "half of it is taken away";
+    high.parameter({"blend_mode"}).set(2, 4294967295.0, View());
+    shapes({});
+    EXPECT_EQ(at(10), (std::vector<int>{0}));
+    EXPECT_EQ(at(30), (std::vector<int>{128}));
+    high.set_visibility(false);
+    shapes({});
+    EXPECT_EQ(at(30), (std::vector<int>{255}));
+    shapes({high});
+    EXPECT_EQ(at(50), (std::vector<int>{0})) << "there is nothing to intersect with";
+}
+
+TEST_F(ExportingShapes, AnInnerContourIsAHoleAndTheTrackMovesBoth)
+{
+    Layer layer = addPolygon(*project, "ring", square(10, 10, 30, 30));
+    QVector<BezierControlPointData> hole;
+    for (const pixels::Point& corner : square(16, 16, 24, 24))
+        hole.append(BezierControlPointData(true, true, float(corner.x), float(corner.y)));
+    layer.add_bezier_contour(0, hole, View(0));
+    for (int corner = 0; corner < 4; ++corner) {
+        const QString name = QString::fromLatin1("corner%1_").arg(corner);
+        Parameter x = layer.parameter({"transform", name + "x"}), y = layer.parameter({"transform", name + "y"});
+        const pixels::Point place = square(10, 10, 30, 30)[std::size_t(corner)];
+        x.set(place.x, 0, View(0));
+        y.set(place.y, 0, View(0));
+        x.set(place.x + 20, 1, View(0));
+        y.set(place.y, 1, View(0));
+    }
+    shapes({});
+    const pixels::SharedImage first = readImage(frame(output, "m.", 0)), second = readImage(frame(output, "m.", 1));
+    EXPECT_EQ(*first->at(12, 12), 1);
+    EXPECT_EQ(*first->at(20, 20), 0);
+    EXPECT_EQ(*second->at(12, 12), 0);
+    EXPECT_EQ(*second->at(32, 12), 1);
+    EXPECT_EQ(*second->at(40, 20), 0);
+}
+
+TEST_F(ExportingShapes, ViewsAreWrittenApart)
+{
+    project->set_views({ViewInfo("Left", "L", {1, 0, 0}), ViewInfo("Right", "R", {0, 1, 0})});
+    addPolygon(*project, "layer", square(10, 10, 30, 30));
+    const auto clip = shapes({}, Grayscale, {}, true);
+    EXPECT_EQ(output.files(), (QStringList{"L_m.0.png", "L_m.1.png", "R_m.0.png", "R_m.1.png"}));
+    EXPECT_EQ(clip->get_info(View(1)).get_prefix(), QString("R_m."));
+    EXPECT_EQ(clip->get_views().size(), 2);
+}
+
+TEST_F(ExportingShapes, WithoutASizeThereIsNoFrame)
+{
+    Project bare("", nullptr);
+    addPolygon(bare, "layer", square(1, 1, 9, 9));
+    expectThrow<STRM_BadState>(
+        [&] { bare.export_rendered_shapes({}, Grayscale, "M", output.path(), "m", ".png", 0, 1, 1, {}, false); },
+        "size");
+    expectThrow<STRM_BadArgument>([&] { shapes({}, static_cast<ColorizeOutput>(7)); }, "colorize");
+    EXPECT_TRUE(output.files().isEmpty());
+}

@@ -1,0 +1,173 @@
+// The render operations: what each makes of the footage, where it is written, and the clip that the project gets.
+
+#include "test_footage.h"
+
+#include <QDir>
+#include <cmath>
+#include <orrery/progress_watcher.h>
+#include <orrery/render_operation.h>
+
+namespace {
+
+constexpr unsigned int last = 4294967295U;
+
+class Rendering : public testing::Test
+{
+protected:
+    // A still background with a block that moves over it by four pixels a frame.
+    Rendering()
+    {
+        for (int frame = 0; frame < 10; ++frame)
+            writeImage(folder.path() + QString("/plate.%1.png").arg(frame), picture(frame));
+        project = projectOver(folder / "plate.#.png", output);
+    }
+
+    static pixels::Image background()
+    {
+        pixels::Image image({64, 48}, 3);
+        for (int y = 0; y < 48; ++y)
+            for (int x = 0; x < 64; ++x)
+                for (int channel = 0; channel < 3; ++channel)
+                    image.at(x, y)[channel] = static_cast<float>((x * 3 + y * 5 + channel * 40) % 256) / 255.0f;
+        return image;
+    }
+
+    static pixels::Image picture(int frame)
+    {
+        pixels::Image image = background();
+        for (int y = 16; y < 32; ++y)
+            for (int x = 4 + 4 * frame; x < 16 + 4 * frame; ++x)
+                std::fill_n(image.at(x, y), 3, 1.0f);
+        return image;
+    }
+
+    // Around the block, moved with it by hand.
+    Layer block()
+    {
+        Layer layer = addPolygon(*project, "block", square(4, 16, 16, 32));
+        BezierContour contour(layer.getAllContours().at(0), layer.projectManager());
+        for (unsigned int i = 0; i < 4; ++i) {
+            Parameter x = contour.control_point(i).parameter({"x"});
+            x.set(x.get(0, View(0)).toDouble() + 36, 9, View(0));
+        }
+        return layer;
+    }
+
+    pixels::Image rendered(Clip& clip, int frame)
+    {
+        const StreamInfo info = clip.get_info(View(0));
+        return *readImage(info.get_path() + '/' + info.get_prefix() +
+                          QString::number(frame).rightJustified(static_cast<int>(info.get_index_width()), '0') +
+                          info.get_suffix());
+    }
+
+    Folder folder, output;
+    std::unique_ptr<Project> project;
+};
+
+} // namespace
+
+TEST_F(Rendering, InsertPutsTheMatteColourOverTheFootage)
+{
+    Layer layer = block();
+    layer.set_matte_color({0, 1, 0});
+    project->set_first_frame_offset(100);
+    RenderInsertOperation operation;
+    Clip* clip = project->render(&operation, 2, 5, {}, View(0));
+    EXPECT_EQ(project->get_clips().value("insert"), clip);
+    EXPECT_EQ(clip->get_info(View(0)).__repr__(),
+              StreamInfo(output / "insert_1", "insert.", ".png", 2, 5, 4).__repr__());
+    EXPECT_EQ(clip->get_first_frame_offset(), 102);
+    pixels::Image expected = background();
+    for (int y = 16; y < 32; ++y)
+        for (int x = 12; x < 24; ++x)
+            std::copy_n(std::begin({0.0f, 1.0f, 0.0f}), 3, expected.at(x, y));
+    EXPECT_LT(meanDifference(rendered(*clip, 2), expected), 1e-4);
+
+    project->parameter({"render", "insert_opacity"}).set(0.0, 4294967295.0, View());
+    Clip* again = project->render(&operation, 2, 2, {layer}, View(0));
+    EXPECT_EQ(again->get_info(View(0)).get_path(), output / "insert_2");
+    EXPECT_LT(meanDifference(rendered(*again, 2), picture(2)), 1e-4);
+}
+
+TEST_F(Rendering, RemoveFillsFromFramesThatShowTheBackground)
+{
+    block();
+    RenderRemoveOperation operation;
+    for (const int algorithm : {0, 1}) {
+        project->parameter({"render", "fill_algorithm"}).set(algorithm, 4294967295.0, View());
+        Clip* clip = project->render(&operation, 0, 9, {}, View(0));
+        for (int frame = 0; frame < 10; ++frame)
+            EXPECT_LT(meanDifference(rendered(*clip, frame), background()), 2e-3) << frame;
+    }
+}
+
+TEST_F(Rendering, RemoveFitsTheLightOfOtherFrames)
+{
+    block();
+    for (int frame = 0; frame < 10; ++frame) {
+        pixels::Image image = picture(frame);
+        for (float& value : image.values)
+            value *= frame == 5 ? 1.0f : 0.5f;
+        writeImage(folder.path() + QString("/plate.%1.png").arg(frame), image);
+    }
+    RenderRemoveOperation operation;
+    const auto difference = [&] {
+        return meanDifference(rendered(*project->render(&operation, 5, 5, {}, View(0)), 5), background());
+    };
+    EXPECT_GT(difference(), 0.01);
+    project->parameter({"render", "illumination_model"}).set(1, 4294967295.0, View());
+    EXPECT_LT(difference(), 0.003);
+}
+
+TEST(RenderingStabilized, TheSurfaceStandsStill)
+{
+    pixels::FootageOptions options = smallOptions();
+    options.size = {128, 96};
+    const pixels::MadeFootage made(options);
+    Folder folder, output;
+    const auto project = projectOver(writeFootage(folder, made), output);
+    Layer layer = addPolygon(*project, "surface", cornersOf(made, 0));
+    project->track_layers(0, last, {layer}, {});
+    RenderStabilizeOperation operation;
+    Clip* clip = project->render(&operation, 0, 11, {layer}, View(0));
+    const StreamInfo info = clip->get_info(View(0));
+    const auto corners = cornersOf(made, 0);
+    const pixels::SharedImage first = readImage(info.get_path() + "/stabilize.0000.png"),
+                              end = readImage(info.get_path() + "/stabilize.0011.png"),
+                              unmoved = readImage(folder / "plate.0012.png");
+    const int x = static_cast<int>((corners[0].x + corners[2].x) / 2),
+              y = static_cast<int>((corners[0].y + corners[2].y) / 2);
+    double still = 0, moving = 0;
+    for (int dy = -8; dy <= 8; ++dy)
+        for (int dx = -8; dx <= 8; ++dx) {
+            still += std::abs(first->at(x + dx, y + dy)[0] - end->at(x + dx, y + dy)[0]);
+            moving += std::abs(first->at(x + dx, y + dy)[0] - unmoved->at(x + dx, y + dy)[0]);
+        }
+    EXPECT_LT(still, moving / 2);
+}
+
+TEST_F(Rendering, NothingIsLeftOfARenderThatFails)
+{
+    RenderInsertOperation operation;
+    expectThrow<STRM_BadState>([&] { project->render(&operation, 0, 1, {}, View(0)); }, "no visible layer");
+    block();
+    expectThrow<STRM_BadArgument>([&] { project->render(nullptr, 0, 1, {}, View(0)); }, "operation");
+    expectThrow<STRM_OutOfRange>([&] { project->render(&operation, -1, 1, {}, View(0)); }, "-1");
+    expectThrow<STRM_OutOfRange>([&] { project->render(&operation, 0, 10, {}, View(0)); }, "10");
+    expectThrow<STRM_BadArgument>([&] { project->render(&operation, 3, 1, {}, View(0)); }, "3");
+    expectThrow<STRM_OutOfRange>([&] { project->render(&operation, 0, 1, {}, View(4)); }, "4");
+    QObject::connect(operation.get_progress_watcher(), &ProgressWatcher::progressChanged,
+                     [&operation] { operation.get_progress_watcher()->cancel(); });
+    EXPECT_THROW(project->render(&operation, 0, 9, {}, View(0)), STRM_OperationCancelledByUser);
+    EXPECT_TRUE(output.files().isEmpty());
+    EXPECT_EQ(project->get_clips().size(), 1);
+    RenderRemoveOperation other;
+    writeBytes(folder / "plate.4.png", "no image");
+    expectThrow<STRM_BadFile>([&] { project->render(&other, 0, 9, {}, View(0)); }, "plate.4.png");
+    EXPECT_TRUE(output.files().isEmpty());
+    Project bare("", nullptr);
+    addPolygon(bare, "layer", square(1, 1, 9, 9));
+    RenderRemoveOperation third;
+    expectThrow<STRM_BadState>([&] { bare.render(&third, 0, 1, {}, View(0)); }, "clip");
+}
