@@ -27,7 +27,7 @@ void destroyQCoreApplication();
 void initDynamicMetaObject(SbkObjectType* type, const QMetaObject* base, const std::size_t& cppObjectSize);
 
 // For Shiboken::ObjectType::setSubTypeInitHook: names the signals that a Python subclass declares and makes its
-// meta-object. Types that derive from QObject inherit the hook.
+// meta-object.
 void initQObjectSubType(SbkObjectType* type, PyObject* arguments, PyObject* keywords);
 
 // Sets the properties and connects the signals that the keyword arguments of a constructor name, except those in

@@ -4,10 +4,16 @@
 #define DYNAMIC_META_OBJECT_H
 
 #include <QByteArray>
+#include <QEvent>
 #include <QMetaObject>
 #include <atomic>
 #include <memory>
 #include <vector>
+
+QT_BEGIN_NAMESPACE
+class QTimerEvent;
+class QChildEvent;
+QT_END_NAMESPACE
 
 namespace PySide {
 
@@ -34,14 +40,22 @@ private:
     QMetaObject m_metaObject;
 };
 
-// The part of a QObject that Python made which knows its Python class's meta-object. What such a QObject's metaObject()
-// returns, on any thread.
+// The part of a QObject that Python made: what the object's metaObject() returns, and the operations of its C++ class
+// without regard to Python overrides. All of it may be used on any thread, without the lock.
 class PythonQObject
 {
 public:
     virtual ~PythonQObject();
+
+    // Null while the C++ class's own is right.
     const QMetaObject* pythonMetaObject() const { return m_metaObject.load(std::memory_order_acquire); }
     void setPythonMetaObject(std::shared_ptr<const DynamicMetaObject> metaObject);
+
+    virtual bool ownEvent(QEvent* event) = 0;
+    virtual bool ownEventFilter(QObject* watched, QEvent* event) = 0;
+    virtual void ownTimerEvent(QTimerEvent* event) = 0;
+    virtual void ownChildEvent(QChildEvent* event) = 0;
+    virtual void ownCustomEvent(QEvent* event) = 0;
 
 private:
     std::atomic<const QMetaObject*> m_metaObject{nullptr};

@@ -26,6 +26,13 @@ const char* disconnectSignatures[] = {"PySide.QtCore.QObject, str, callable",
                                       "PySide.QtCore.QObject, str, PySide.QtCore.QObject, str", "str, callable",
                                       "str, PySide.QtCore.QObject, str", nullptr};
 
+void refuse(const char* operation, QObject* source, const SignalInstanceData& data, PyObject* slot)
+{
+    const Reference arguments(Py_BuildValue("(NsO)", wrapperOf(source), data.signatures[0].constData(), slot));
+    if (arguments)
+        setWrongConnectArguments(operation, arguments.get());
+}
+
 PyObject* fail(const char* what, const SignalInstanceData& data)
 {
     if (!PyErr_Occurred())
@@ -68,7 +75,7 @@ PyObject* connect(PyObject* self, PyObject* arguments, PyObject* keywords)
         return nullptr;
     bool isDone = false;
     if (!isSlotLike(slot)) {
-        setWrongCallable("connect", source, data.signatures[0], slot);
+        refuse("connect", source, data, slot);
     } else if (Signal::checkType(slot)) {
         QObject* const target = sourceOf(instanceData(slot));
         isDone = target && connectToMethod(source, data.signatures[0], target, instanceData(slot).signatures[0], type);
@@ -93,7 +100,7 @@ PyObject* disconnect(PyObject* self, PyObject* arguments)
     if (!slot || slot == Py_None) {
         isDone = disconnectAll(source, data.signatures[0]);
     } else if (!isSlotLike(slot)) {
-        setWrongCallable("disconnect", source, data.signatures[0], slot);
+        refuse("disconnect", source, data, slot);
     } else if (Signal::checkType(slot)) {
         QObject* const target = sourceOf(instanceData(slot));
         isDone = target && disconnectFromMethod(source, data.signatures[0], target, instanceData(slot).signatures[0]);
@@ -191,14 +198,11 @@ QObject* sourceOf(const SignalInstanceData& instance)
     return instance.source;
 }
 
-void setWrongCallable(const char* operation, QObject* source, const QByteArray& signature, PyObject* given)
+void setWrongConnectArguments(const char* operation, PyObject* arguments)
 {
     const bool isConnect = std::strcmp(operation, "connect") == 0;
-    const Reference tuple(Py_BuildValue("(NsO)", wrapperOf(source), signature.constData(), given));
-    if (!tuple)
-        return;
     const QByteArray name = QByteArray("PySide.QtCore.QObject.") + operation;
-    Shiboken::setErrorAboutWrongArguments(tuple.get(), name.constData(),
+    Shiboken::setErrorAboutWrongArguments(arguments, name.constData(),
                                           isConnect ? connectSignatures : disconnectSignatures);
 }
 

@@ -61,8 +61,8 @@ bool isProperty(PyObject* object);
 // The source, or null with the error about an object that has gone.
 QObject* sourceOf(const SignalInstanceData& instance);
 
-// For a call that gave something else than a callable: the TypeError with all ways to connect or disconnect.
-void setWrongCallable(const char* operation, QObject* source, const QByteArray& signature, PyObject* given);
+// For "connect" or "disconnect" with arguments that fit no signature: the TypeError with all of them.
+void setWrongConnectArguments(const char* operation, PyObject* arguments);
 
 } // namespace PySide
 

@@ -1,0 +1,70 @@
+// The beginning and the end of QObjects that Python makes.
+#include "object_shim.h"
+
+#include "pyside.h"
+#include "pysidesignal.h"
+
+#include <QAbstractEventDispatcher>
+
+namespace QtCore {
+
+bool canInitialise(PyObject* self, PyTypeObject* type)
+{
+    return !Shiboken::Object::isUserType(self) || Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type);
+}
+
+namespace {
+
+// Qt refuses a parent in another thread.
+bool setQtParent(PyObject* self, QObject* object, PyObject* parent)
+{
+    if (!parent || parent == Py_None)
+        return true;
+    QObject* const cppParent = validQObjectOf(parent);
+    if (!cppParent)
+        return false;
+    {
+        const Unlocked unlocked;
+        object->setParent(cppParent);
+    }
+    if (object->parent() == cppParent)
+        Shiboken::Object::setParent(parent, self);
+    return !PyErr_Occurred();
+}
+
+} // namespace
+
+bool attach(PyObject* self, PyTypeObject* type, QObject* object, PythonQObject* pythonPart, PyObject* parent,
+            PyObject* keywords, const char** ignoredKeywords, unsigned ignoredCount)
+{
+    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
+    if (!Shiboken::Object::setCppPointer(wrapper, type, object)) {
+        const ErrorAside aside;
+        const Unlocked unlocked;
+        delete object;
+        return false;
+    }
+    if (const std::shared_ptr<const DynamicMetaObject> own = classMetaObject(Py_TYPE(self)))
+        pythonPart->setPythonMetaObject(own);
+    Shiboken::Object::setValidCpp(wrapper, true);
+    Shiboken::Object::setHasCppWrapper(wrapper, true);
+    Shiboken::BindingManager::instance().registerWrapper(wrapper, object);
+    Signal::updateSourceObject(self);
+    return setQtParent(self, object, parent) &&
+           (!keywords || fillQtProperties(self, object->metaObject(), keywords, ignoredKeywords, ignoredCount));
+}
+
+void deleteQObject(void* address)
+{
+    QObject* const object = static_cast<QObject*>(address);
+    const Unlocked unlocked;
+    // Timers, sockets and queued calls must not be pulled from under a thread that is at work on them.
+    const bool isElsewhere =
+        object->thread() != QThread::currentThread() && QAbstractEventDispatcher::instance(object->thread());
+    if (isElsewhere)
+        object->deleteLater();
+    else
+        delete object;
+}
+
+} // namespace QtCore
