@@ -333,6 +333,8 @@ Json parsed(const QString& file, const std::string& content)
                                 .arg(file)
                                 .arg(error.byte)
                                 .arg(content.size()));
+    } catch (const Json::exception& error) { // a number that no double can hold
+        raise<STRM_BadFile>(QString::fromLatin1("%1 is damaged: %2").arg(file, QString::fromUtf8(error.what())));
     }
 }
 

@@ -299,7 +299,7 @@ Split splitXSpline(const Curve& curve, std::size_t segment, double t)
     for (int eighths = 0; eighths <= 8; ++eighths) {
         after.points[index].weight = -eighths / 8.0;
         const double moved = deviation(curve, segment % curve.points.size(), after);
-        if (moved < least) {
+        if (moved < least - 1e-9) { // else the one that is more of a corner: on straight lines all fit
             least = moved;
             split.point.weight = after.points[index].weight;
         }

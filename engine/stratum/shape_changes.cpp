@@ -13,6 +13,7 @@ namespace Stratum {
 namespace {
 
 constexpr double beforeAllTimes = -4294967295.0;
+constexpr double shortestTime = 1.0 / 4096; // frames; between two keyframes
 
 using Place = std::pair<int, double>; // view and time
 
@@ -419,8 +420,13 @@ void keepPlace(KeyEdits& edits, PointModel& point)
     for (const Place& place : places)
         views.insert(place.first);
     for (const PointModel* part = &point; part->masterModel(); part = part->masterModel())
-        for (const int view : views)
-            places.insert({view, part->link()->time});
+        for (const int view : views) {
+            const MasterLink& link = *part->link();
+            places.insert({view, link.time});
+            // Where the master was moved since, the point jumps when the link begins.
+            if (part->masterModel()->position(link.time, view) != link.reference)
+                places.insert({view, link.time - shortestTime});
+        }
     addHeroTimes(places, hero);
     const bool bezier = point.contourModel().type() == VX_CONTOUR_BEZIER;
     const bool turns = bezier && point.link()->lockTangents;

@@ -1,0 +1,259 @@
+#include "sample.h"
+
+#include <QDir>
+#include <climits>
+#include <cstdlib>
+#include <orrery/clip.h>
+#include <orrery/point_constraint.h>
+#include <orrery/project_data.h>
+#include <ostream>
+
+namespace {
+
+QString text(const QVariant& value)
+{
+    if (value.userType() == QMetaType::QVariantList) {
+        QStringList items;
+        for (const QVariant& item : value.toList())
+            items << text(item);
+        return QLatin1Char('[') + items.join(QLatin1String(", ")) + QLatin1Char(']');
+    }
+    if (value.userType() >= QMetaType::User)
+        return QString::fromLatin1("%1(%2)")
+            .arg(QLatin1String(value.typeName()))
+            .arg(*static_cast<const int*>(value.constData()));
+    return value.userType() == QMetaType::Double ? QString::number(value.toDouble(), 'g', 17) : value.toString();
+}
+
+QString text(float value) { return QString::number(double(value), 'g', 9); }
+
+QString text(const Fundo::Colour3<float>& color)
+{
+    return QString::fromLatin1("(%1, %2, %3)").arg(text(color.red), text(color.green), text(color.blue));
+}
+
+const float times[] = {-3, 0, 2.5f, 10, 17, 50};
+
+class Description
+{
+public:
+    explicit Description(Project& project) : m_project(project) {}
+
+    QStringList all()
+    {
+        settings();
+        for (Layer layer : m_project.get_layers())
+            add(layer);
+        for (LayerGroup group : m_project.get_groups()) {
+            say("group " + group.get_name(), QString::number(group.get_z_order()) + text(group.get_matte_color()) +
+                                                 text(group.get_stroke_color()) +
+                                                 QString::number(group.get_visibility() + 2 * group.get_locked()));
+            for (Layer layer : group.get_layers())
+                say("member", layer.get_name());
+        }
+        add(m_project.parameter_set(QStringList()));
+        return m_lines;
+    }
+
+private:
+    void say(const QString& what, const QString& value) { m_lines << what + QLatin1String(": ") + value; }
+
+    void settings()
+    {
+        say("frame_rate", text(m_project.get_frame_rate()));
+        say("offset", QString::number(m_project.get_first_frame_offset()));
+        say("length", QString::number(m_project.get_length()));
+        say("playback", QString::fromLatin1("%1 %2")
+                            .arg(m_project.get_playback_in_point())
+                            .arg(m_project.get_playback_out_point()));
+        say("range", QString::fromLatin1("%1 %2")
+                         .arg(m_project.get_in_out_range().first)
+                         .arg(m_project.get_in_out_range().second));
+        say("interlace", QString::number(m_project.get_interlace_mode()));
+        say("notes", m_project.get_notes());
+        say("output_dir", m_project.get_output_dir());
+        say("hero", m_project.get_default_hero_view().__repr__());
+        for (const ViewInfo& view : m_project.get_views())
+            say("view", view.__repr__());
+        QStringList clips = m_project.get_clips().keys();
+        clips.sort();
+        for (const QString& name : clips) {
+            Clip* clip = m_project.get_clips()[name];
+            say("clip " + name, QString::fromLatin1("%1 %2 %3")
+                                    .arg(text(clip->get_frame_rate()), clip->get_name())
+                                    .arg(clip->get_frame_size().first));
+        }
+    }
+
+    void add(Layer& layer)
+    {
+        say("layer " + layer.get_name(),
+            QString::fromLatin1("z %1 flags %2 %3 %4 points %5 %6")
+                .arg(layer.get_z_order())
+                .arg(layer.get_visibility() + 2 * layer.get_locked() + 4 * layer.get_selected())
+                .arg(text(layer.get_matte_color()), text(layer.get_stroke_color()))
+                .arg(layer.in_point(View()))
+                .arg(layer.out_point(View())));
+        const boost::optional<Layer> link = layer.get_link_to_track();
+        say("link", link ? Layer(*link).get_name() : QString::fromLatin1("none"));
+        Clip* clip = layer.tracking_input_clip(false);
+        say("clip", clip ? clip->get_name() : QString::fromLatin1("none"));
+        for (const float time : times) {
+            QString matrix;
+            for (const double value : layer.get_transform_matrix(time, View()).values)
+                matrix += QString::number(value, 'g', 17) + QLatin1Char(' ');
+            say("matrix", matrix);
+            say("corner", text(layer.get_surface_position(2, time, View())[0]));
+        }
+        for (const auto& contour : layer.getAllContours()) {
+            if (contour->type() == 1)
+                add(BezierContour(contour, layer.projectManager()));
+            else
+                add(XSplineContour(contour, layer.projectManager()));
+        }
+    }
+
+    template <class Contour>
+    void add(Contour contour)
+    {
+        for (const float time : times) {
+            QString rectangle;
+            for (const float side : contour.get_bounding_rect(time, View()))
+                rectangle += text(side) + QLatin1Char(' ');
+            say("bounds", rectangle);
+            for (auto point : contour.get_control_points()) {
+                const auto data = point.get_point_data(time, View());
+                say("point", text(*data.get_x()) + QLatin1Char(' ') + text(*data.get_y()) + QLatin1Char(' ') +
+                                 text(*data.get_edge_width()) + QString::number(*data.get_active()) +
+                                 QString::number(*data.get_corner()) + text(*data.get_edge_angle_ratio()));
+            }
+        }
+        for (auto point : contour.get_control_points()) {
+            const auto engine = point.handledObject();
+            say("master", engine->master() ? QString::number(engine->master()->id()) : QString::fromLatin1("none"));
+        }
+    }
+
+    void add(ParameterSet set)
+    {
+        const QString path = set.get_name_components().join(QLatin1String("/"));
+        say("set", path + QLatin1Char(' ') + set.get_display_name() + QLatin1Char(' ') + set.get_script_name());
+        for (Parameter parameter : set.get_parameters()) {
+            QString line =
+                parameter.get(UINT_MAX, View()).isValid() ? text(parameter.get(UINT_MAX, View())) : QString();
+            for (const auto& key : parameter.get_keyframes())
+                line += QString::fromLatin1(" %1@%2=%3")
+                            .arg(key.first.get_id())
+                            .arg(key.second, 0, 'g', 17)
+                            .arg(text(parameter.get(key.second, key.first)));
+            say(path + QLatin1Char('/') + parameter.get_name_components().last(), line);
+        }
+        for (ParameterSet subset : set.get_subsets())
+            add(subset);
+    }
+
+    Project& m_project;
+    QStringList m_lines;
+};
+
+} // namespace
+
+QStringList describe(Project& project) { return Description(project).all(); }
+
+std::string documentOf(Project& project) { return orrery::writeProject(project.data()); }
+
+BezierControlPointData bezierPoint(float x, float y)
+{
+    return BezierControlPointData(true, false, x, y, 0.f, 0.f, QPointF(-3.3, 1), QPointF(4, -1.25));
+}
+
+XControlPointData xPoint(float x, float y, float weight)
+{
+    return XControlPointData(true, false, x, y, weight, 1.5f, 0.5f);
+}
+
+std::unique_ptr<Project> emptyProject() { return std::make_unique<Project>(QString(), nullptr); }
+
+void fill(Project& project)
+{
+    project.set_views({ViewInfo("Left", "L", {1, 0, 0}), ViewInfo(QString::fromUtf8("R\xc3\xa9"), "R", {0, 0.1f, 1})});
+    project.set_default_hero_view(View(1));
+    project.set_frame_rate(23.976f);
+    project.set_first_frame_offset(-7);
+    project.set_length(60);
+    project.set_in_out_range(qMakePair(3u, 50u));
+    project.set_playback_out_point(44);
+    project.set_notes(QString::fromUtf8("line\n\"quoted\" \xf0\x9f\x8e\xac \xe4\xb8\xad ") + QString(5000, 'n'));
+    project.set_output_dir("/somewhere/else", false);
+    Clip clip(QString(), "plate", false, 64, 48, 60, nullptr);
+    project.add_clip(&clip, "plate");
+    project.add_clip(&clip, "plate");
+
+    Layer back = project.add_layer(nullptr, "back", 2, 1);
+    Layer front = project.add_layer(project.get_clips()["plate 2"], "front", 0, 0);
+    Layer third = project.add_layer(nullptr, "third \xe2\x82\xac", 10, 0);
+    LayerGroup group = project.add_group("group", {third, back});
+    group.set_matte_color({0.1f, 0.2f, 0.3f});
+    back.set_link_to_track(front);
+    front.set_stroke_color({0.5f, 0, 1});
+    front.set_selected(true);
+    third.set_visibility(false);
+
+    BezierContour outline = front.add_bezier_contour(
+        2, {bezierPoint(10, 10.1f), bezierPoint(40, 12), bezierPoint(38, 33.3f), bezierPoint(9, 30)}, View(0));
+    XSplineContour loop =
+        back.add_xspline_contour(0, {xPoint(5, 5, -0.5f), xPoint(25, 6, 1), xPoint(20, 30), xPoint(2, 28, -1)}, View());
+    BezierControlPointData moved;
+    moved.set_x(14.7f);
+    moved.set_edge_width(2.f);
+    outline.control_point(1).update_point_data(17, moved, View(0));
+    outline.control_point(1).update_point_data(12.25f, moved, View(1));
+    outline.insert_point(2, BezierControlPointData(), 2, View(0));
+    loop.insert_point(0, xPoint(22, 15), UINT_MAX, View());
+    loop.control_point(1).remove();
+    const auto master = outline.control_point(1).handledObject(), follower = loop.control_point(0).handledObject();
+    Python::setPointConstraint(master, follower, front.projectManager().lock().get(), {3, 0, 3}, true);
+
+    front.parameter({"opacity"}).set(0.25, 5, View(0));
+    front.parameter({"blend_mode"}).set(1, 7, View());
+    for (int corner = 0; corner < 4; ++corner) {
+        const QString name = QString::fromLatin1("corner%1_").arg(corner);
+        const double x = corner == 1 || corner == 2 ? 40 : 10, y = corner > 1 ? 33 : 10;
+        for (const double time : {0.0, 20.0}) {
+            front.parameter({"transform", name + "x"}).set(x + time * (1 + corner * 0.1), time, View(0));
+            front.parameter({"transform", name + "y"}).set(y - time / 3, time, View(0));
+        }
+    }
+    project.parameter({"render", "insert_opacity"}).set(0.75, 4294967295.0, View());
+    project.set_views(project.get_views() << ViewInfo("Third", "T", {0, 0, 0}));
+}
+
+std::unique_ptr<Project> sampleProject()
+{
+    auto project = emptyProject();
+    fill(*project);
+    return project;
+}
+
+std::ostream& operator<<(std::ostream& stream, const QPointF& point) { return stream << point.x() << ' ' << point.y(); }
+
+void PrintTo(const QString& text, std::ostream* stream) { *stream << text.toStdString(); }
+
+TemporaryFolder::TemporaryFolder()
+{
+    char name[] = "/tmp/engine-test-XXXXXX";
+    m_path = QString::fromLatin1(::mkdtemp(name));
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    QDir folder(m_path);
+    for (const QString& file : files())
+        folder.remove(file);
+    folder.rmdir(m_path);
+}
+
+QStringList TemporaryFolder::files() const
+{
+    return QDir(m_path).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+}

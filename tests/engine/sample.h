@@ -1,0 +1,56 @@
+// Projects with something of everything in them, and all that can be read of a project as text.
+#pragma once
+
+#include <QPointF>
+#include <QStringList>
+#include <boost/optional/optional_io.hpp>
+#include <gtest/gtest.h>
+#include <iosfwd>
+#include <memory>
+#include <orrery/project.h>
+#include <stratum/exception.h>
+
+// Every property that the public interface lets one read, the tree of parameters with its values at a number of times
+// included; a line each.
+QStringList describe(Project& project);
+
+// The document that would be saved: equal for projects that are equal in everything.
+std::string documentOf(Project& project);
+
+// Layers in and out of groups, both kinds of contours, keyframes in two views, links between layers and points, a clip.
+void fill(Project& project);
+
+std::unique_ptr<Project> emptyProject();
+std::unique_ptr<Project> sampleProject();
+
+BezierControlPointData bezierPoint(float x, float y);
+XControlPointData xPoint(float x, float y, float weight = 0);
+
+// Expects an exception of that class whose text holds the given part.
+template <class Exception, class Function>
+void expectThrow(Function function, const std::string& part)
+{
+    try {
+        function();
+        ADD_FAILURE() << "nothing was thrown where \"" << part << "\" was expected";
+    } catch (const Exception& error) {
+        EXPECT_NE(std::string(error.what()).find(part), std::string::npos) << error.what();
+    }
+}
+
+void PrintTo(const QString& text, std::ostream* stream);
+std::ostream& operator<<(std::ostream& stream, const QPointF& point);
+
+// A folder that goes with the test.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    QString path(const QString& name) const { return m_path + QLatin1Char('/') + name; }
+    QString path() const { return m_path; }
+    QStringList files() const;
+
+private:
+    QString m_path;
+};

@@ -1,0 +1,181 @@
+// Any number of threads on one project: nothing is torn, nothing waits for ever, handles outlive what they refer to.
+#include "sample.h"
+
+#include <atomic>
+#include <orrery/clip.h>
+#include <orrery/point_constraint.h>
+#include <random>
+#include <thread>
+
+namespace {
+
+// One call of any kind; what the model refuses is refused by an exception of the library.
+void callSomething(Project& project, std::mt19937& random)
+{
+    const auto anyLayer = [&] { return project.layer(static_cast<unsigned int>(random() % 12)); };
+    const float time = static_cast<float>(random() % 20);
+    Layer layer = anyLayer();
+    switch (random() % 22) {
+    case 0:
+        project.add_layer(nullptr, "layer", 0, 0);
+        break;
+    case 1:
+        layer.remove();
+        break;
+    case 2:
+        layer.set_name(QString::number(random()));
+        break;
+    case 3:
+        layer.add_bezier_contour(time, {bezierPoint(1, 2), bezierPoint(30, 4), bezierPoint(9, 40)}, View());
+        break;
+    case 4:
+        layer.add_xspline_contour(time, {xPoint(1, 2), xPoint(30, 4), xPoint(9, 40)}, View());
+        break;
+    case 5:
+        layer.set_z_order(static_cast<int>(random() % 12));
+        break;
+    case 6:
+        layer.set_link_to_track(anyLayer());
+        break;
+    case 7:
+        project.add_group("group", {layer});
+        break;
+    case 8:
+        layer.set_parent(nullptr, 0);
+        break;
+    case 9:
+        layer.parameter({"opacity"}).set(0.5, time, View());
+        break;
+    case 10:
+        layer.parameter_set(QStringList()).get_keyframes();
+        break;
+    case 11:
+        project.parameter_set({"layers"}).get_subsets();
+        break;
+    case 12:
+        project.find_layers("1");
+        break;
+    case 13:
+        project.set_length(1 + static_cast<unsigned int>(random() % 100));
+        break;
+    case 14:
+        layer.get_surface_position(1, time, View());
+        break;
+    case 15:
+        documentOf(project);
+        break;
+    case 16:
+        project.get_clips();
+        break;
+    case 17:
+    case 18:
+    case 19: {
+        for (const auto& contour : layer.getAllContours()) {
+            if (contour->type() != 1)
+                continue;
+            BezierContour bezier(contour, layer.projectManager());
+            bezier.insert_point(time, BezierControlPointData(), static_cast<unsigned int>(random() % 5), View());
+            bezier.get_bounding_rect(time, View());
+            BezierControlPoint point = bezier.control_point(static_cast<unsigned int>(random() % 5));
+            const BezierControlPoint master = bezier.control_point(static_cast<unsigned int>(random() % 5));
+            Python::setPointConstraint(master.handledObject(), point.handledObject(),
+                                       layer.projectManager().lock().get(), {time, -1, 3}, random() % 2);
+            point.set_point_data(time, bezierPoint(time, 3), View());
+            if (random() % 2)
+                point.remove();
+            else
+                bezier.remove();
+        }
+        break;
+    }
+    default: {
+        UndoGroup group = project.undo_group();
+        group.begin();
+        layer.set_visibility(random() % 2);
+        if (random() % 2)
+            group.rollback();
+        else
+            group.commit();
+        group.undo();
+        break;
+    }
+    }
+}
+
+void callInThreads(Project& project, int threadCount, int calls)
+{
+    std::atomic<int> refused{0}, done{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < threadCount; ++i)
+        threads.emplace_back([&, i] {
+            std::mt19937 random(static_cast<unsigned int>(i));
+            for (int call = 0; call < calls; ++call) {
+                try {
+                    callSomething(project, random);
+                    ++done;
+                } catch (const STRM_Exception&) {
+                    ++refused;
+                }
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_GT(done, refused / 2);
+}
+
+TEST(Threads, MayCallAnythingOnOneProject)
+{
+    auto project = sampleProject();
+    callInThreads(*project, 6, 300);
+    TemporaryFolder folder;
+    project->save_as(folder.path("p"));
+    EXPECT_EQ(describe(*std::make_unique<Project>(folder.path("p"), nullptr)), describe(*project));
+}
+
+TEST(Threads, WhateverTheyDidIsTakenBack)
+{
+    auto project = sampleProject();
+    const QStringList before = describe(*project);
+    UndoGroup group = project->undo_group();
+    group.begin();
+    callInThreads(*project, 4, 200);
+    group.rollback();
+    EXPECT_EQ(describe(*project), before);
+}
+
+TEST(Threads, HandlesOutliveTheProject)
+{
+    for (int round = 0; round < 20; ++round) {
+        auto project = sampleProject();
+        std::vector<std::thread> threads;
+        std::atomic<bool> gone{false};
+        for (int i = 0; i < 3; ++i)
+            threads.emplace_back([&gone, layers = project->get_layers(), groups = project->get_groups()]() mutable {
+                for (bool last = false; !last;) {
+                    last = gone;
+                    try {
+                        for (Layer& layer : layers) {
+                            layer.isNull();
+                            layer.get_transform_matrix(3, View());
+                            layer.parameter({"opacity"}).get(0, View());
+                            for (const auto& contour : layer.getAllContours())
+                                contour->pointByID(0);
+                            EXPECT_EQ(layer == layers[0], &layer == &layers[0]);
+                        }
+                        groups[0].get_layers();
+                        EXPECT_FALSE(last);
+                    } catch (const STRM_BadState& error) {
+                        EXPECT_STREQ(error.what(), "Invalid object");
+                    }
+                }
+                EXPECT_TRUE(layers[0].isNull() && groups[0].isNull());
+            });
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        project.reset();
+        gone = true;
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+}
+
+} // namespace
