@@ -50,6 +50,7 @@ bool start()
     PyObject* const module = Shiboken::Module::create("QtCore", functions);
     if (!module)
         return false;
+    init(module);
     registerPrimitiveNames();
     registerTextConverters();
     registerVariantConverter();
@@ -59,7 +60,6 @@ bool start()
                                registerQTimer(module) && registerQThread(module) && addVersion(module);
     if (!areRegistered || PyErr_Occurred())
         return false;
-    init(module);
     Shiboken::Module::registerTypes(module, types);
     Shiboken::Module::registerTypeConverters(module, converters);
     return !PyErr_Occurred();

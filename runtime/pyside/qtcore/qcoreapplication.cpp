@@ -53,19 +53,20 @@ QCoreApplication* instance() { return QCoreApplication::instance(); }
 bool sendEvent(Given<QObject> receiver, Given<QEvent> event) { return QCoreApplication::sendEvent(receiver, event); }
 
 // The event is Qt's from then on.
-PyObject* postEvent(PyObject* receiver, PyObject* event, std::optional<int> priority)
+PyObject* postEvent(Given<QObject> receiver, Given<QEvent> event, std::optional<int> priority)
 {
-    QObject* const target = validQObjectOf(receiver);
-    QEvent* const cppEvent = target ? cppObject<QEvent>(event) : nullptr;
-    if (!cppEvent)
+    const Reference wrapper(Crossing<QEvent*>::toPython(event));
+    if (!wrapper)
         return nullptr;
-    if (!Shiboken::Object::hasOwnership(reinterpret_cast<SbkObject*>(event))) {
-        PyErr_SetString(PyExc_RuntimeError, "only an event that Python made, and made once, can be posted");
+    if (!Shiboken::Object::hasOwnership(reinterpret_cast<SbkObject*>(wrapper.get()))) {
+        PyErr_SetString(PyExc_RuntimeError, "an event can be posted once, and only one that Python made");
         return nullptr;
     }
-    Shiboken::Object::releaseOwnership(event);
-    const Unlocked unlocked;
-    QCoreApplication::postEvent(target, cppEvent, priority.value_or(Qt::NormalEventPriority));
+    Shiboken::Object::releaseOwnership(wrapper.get());
+    {
+        const Unlocked unlocked;
+        QCoreApplication::postEvent(receiver, event, priority.value_or(Qt::NormalEventPriority));
+    }
     return Reference::borrow(Py_None).release();
 }
 

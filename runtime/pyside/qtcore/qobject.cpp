@@ -24,26 +24,26 @@ bool isAncestor(const QObject& object, const QObject* candidate)
     return false;
 }
 
-PyObject* setParent(QObject& object, PyObject* parent)
+PyObject* setParent(QObject& object, QObject* parent)
 {
-    QObject* const cpp = parent == Py_None ? nullptr : qObjectOf(parent);
-    if (isAncestor(object, cpp)) {
+    if (isAncestor(object, parent)) {
         PyErr_SetString(PyExc_ValueError, "a QObject cannot become its own ancestor");
         return nullptr;
     }
     // The parent that goes may hold the last reference.
     const Reference self(wrapperOf(&object));
-    if (!self)
+    const Reference parentWrapper(wrapperOf(parent));
+    if (!self || !parentWrapper)
         return nullptr;
     {
         const Unlocked unlocked;
-        object.setParent(cpp);
+        object.setParent(parent);
     }
-    if (object.parent() != cpp) {
+    if (object.parent() != parent) {
         PyErr_SetString(PyExc_RuntimeError, "a QObject's parent must live in the same thread");
         return nullptr;
     }
-    Shiboken::Object::setParent(parent, self.get());
+    Shiboken::Object::setParent(parentWrapper.get(), self.get());
     return PyErr_Occurred() ? nullptr : Reference::borrow(Py_None).release();
 }
 
@@ -67,6 +67,15 @@ PyObject* children(QObject& object)
             return nullptr;
     }
     return list.release();
+}
+
+// A type, or a tuple of types, as isinstance() takes it.
+bool isSearchable(PyObject* type)
+{
+    if (PyType_Check(type) || PyClass_Check(type) || PyTuple_Check(type))
+        return true;
+    PyErr_Format(PyExc_TypeError, "a type to look for is needed, not %s", Py_TYPE(type)->tp_name);
+    return false;
 }
 
 // Visits what lies below, until the visitor answers false.
@@ -94,6 +103,8 @@ struct Search
 
 PyObject* findChild(QObject& object, PyObject* type, std::optional<QString> name)
 {
+    if (!isSearchable(type))
+        return nullptr;
     const Search search = {type, name};
     const Reference self(wrapperOf(&object));
     Reference found = Reference::borrow(Py_None);
@@ -108,6 +119,8 @@ PyObject* findChild(QObject& object, PyObject* type, std::optional<QString> name
 
 PyObject* findChildren(QObject& object, PyObject* type, std::optional<QString> name)
 {
+    if (!isSearchable(type))
+        return nullptr;
     const Search search = {type, name};
     const Reference self(wrapperOf(&object));
     Reference list(PyList_New(0));
