@@ -28,9 +28,10 @@ public:
     // without active points.
     QList<float> get_bounding_rect(float time, View view);
 
-    // Puts a point before the one at `index`; 4294967295 (UINT_MAX) or any index past the end appends. The other points
-    // and their keyframes stay as they are. Fields that `data` leaves unset are chosen on the curve, so that its shape
-    // stays as it was there; on an empty contour they take their initial values.
+    // Puts a point before the one at `index`; 4294967295 (UINT_MAX) or any index past the end appends. Fields that
+    // `data` leaves unset are chosen on the curve, so that the contour keeps its shape, at other times and in other
+    // views too: the tangents beside the new point become shorter for that, unless `data` sets one of its own. A place
+    // beside the curve keeps its distance from it. On an empty contour unset fields take their initial values.
     BezierControlPoint insert_point(float time, const BezierControlPointData& data, unsigned int index, View view);
 
     // The contour's own settings, and one set per point, named by its id.
