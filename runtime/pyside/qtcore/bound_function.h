@@ -1,8 +1,8 @@
 // From a C++ function to a Python method: arguments counted, tested and converted, the call made without the lock, the
 // result converted back.
 //
-// method<&QObject::startTimer>("startTimer") makes the method's row in a table. A free function whose first parameter is
-// a reference to the class is a method too, any other is one for staticMethod<QObject, &function>("name").
+// method<&QObject::startTimer>("startTimer") makes the method's row in a table. A free function whose first parameter
+// is a reference to the class is a method too, any other is one for staticMethod<QObject, &function>("name").
 #ifndef BOUND_FUNCTION_H
 #define BOUND_FUNCTION_H
 
@@ -66,7 +66,8 @@ struct Caller
     static std::string signature()
     {
         std::string text;
-        ((text += (text.empty() ? "" : ", "), text += Crossing<typename Parameter<std::decay_t<A>>::Value>::text()), ...);
+        ((text += (text.empty() ? "" : ", "), text += Crossing<typename Parameter<std::decay_t<A>>::Value>::text()),
+         ...);
         return text;
     }
 
@@ -218,7 +219,8 @@ struct StaticOf<C, function, R (*)(A...)>
     static PyObject* entry(PyObject*, PyObject* given)
     {
         const Reference arguments = Call::tuple(given);
-        return arguments ? Call::call({Wrapped<C>::name, nameOfFunction<function>}, arguments.get(), function) : nullptr;
+        return arguments ? Call::call({Wrapped<C>::name, nameOfFunction<function>}, arguments.get(), function)
+                         : nullptr;
     }
 };
 

@@ -50,8 +50,9 @@ SbkConverter* registerClass(PyObject* module, const ClassTable& table, Conversio
 }
 
 PyTypeObject* registerEnumeration(SbkObjectType* scope, const char* fullName, const char* cppName, int place,
-                                  const EnumerationItem* items, std::size_t count, Conversions::CppToPythonFunc toPython,
-                                  PythonToCppFunc fromPython, Conversions::IsConvertibleToCppFunc accepts)
+                                  const EnumerationItem* items, std::size_t count,
+                                  Conversions::CppToPythonFunc toPython, PythonToCppFunc fromPython,
+                                  Conversions::IsConvertibleToCppFunc accepts)
 {
     PyTypeObject* const type = Enum::createScopedEnum(scope, bareName(fullName), fullName, cppName);
     if (!type)

@@ -19,7 +19,7 @@ struct ClassTable
     PyMethodDef* methods;
     initproc initialise; // null for a class that scripts cannot make
     ObjectDestructor destroy;
-    SbkObjectType* base; // null for none
+    SbkObjectType* base;         // null for none
     const char* cppTypeNames[2]; // typeid names of the class and of its shim
 };
 
@@ -29,8 +29,8 @@ struct PointerConversion
 {
     static void fromPython(PyObject* object, void* pointer)
     {
-        *static_cast<T**>(pointer) = static_cast<T*>(
-            Shiboken::Conversions::cppPointer(typeOf<T>(), reinterpret_cast<SbkObject*>(object)));
+        *static_cast<T**>(pointer) =
+            static_cast<T*>(Shiboken::Conversions::cppPointer(typeOf<T>(), reinterpret_cast<SbkObject*>(object)));
     }
     static PythonToCppFunc accepts(PyObject* object)
     {
@@ -52,7 +52,8 @@ struct PointerConversion
 };
 
 // Fills the type, enters it into the module and its table, and gives it the converter. Null with an error.
-SbkConverter* registerClass(PyObject* module, const ClassTable& table, Shiboken::Conversions::IsConvertibleToCppFunc accepts, PythonToCppFunc fromPython,
+SbkConverter* registerClass(PyObject* module, const ClassTable& table,
+                            Shiboken::Conversions::IsConvertibleToCppFunc accepts, PythonToCppFunc fromPython,
                             Shiboken::Conversions::CppToPythonFunc toPython,
                             Shiboken::Conversions::CppToPythonFunc copyToPython);
 
@@ -61,8 +62,15 @@ SbkConverter* registerClass(PyObject* module, SbkObjectType& type, PyMethodDef* 
                             ObjectDestructor destroy, SbkObjectType* base = nullptr,
                             Shiboken::Conversions::CppToPythonFunc copyToPython = nullptr)
 {
-    const ClassTable table = {&type,      Wrapped<T>::name, Wrapped<T>::place, copyToPython != nullptr, methods,
-                              initialise, destroy,          base,              {typeid(T).name(), typeid(Shim).name()}};
+    const ClassTable table = {&type,
+                              Wrapped<T>::name,
+                              Wrapped<T>::place,
+                              copyToPython != nullptr,
+                              methods,
+                              initialise,
+                              destroy,
+                              base,
+                              {typeid(T).name(), typeid(Shim).name()}};
     typedef PointerConversion<T> Conversion;
     return registerClass(module, table, &Conversion::accepts, &Conversion::fromPython, &Conversion::toPython,
                          copyToPython);
@@ -97,8 +105,8 @@ PyTypeObject* registerEnumeration(SbkObjectType* scope, const char* cppName, con
             return PyObject_TypeCheck(object, typeOf<T>()) ? &fromPython : nullptr;
         }
     };
-    return registerEnumeration(scope, Wrapped<T>::name, cppName, Wrapped<T>::place, items, count,
-                               &Conversion::toPython, &Conversion::fromPython, &Conversion::accepts);
+    return registerEnumeration(scope, Wrapped<T>::name, cppName, Wrapped<T>::place, items, count, &Conversion::toPython,
+                               &Conversion::fromPython, &Conversion::accepts);
 }
 
 // Each enters its classes; false with an error.

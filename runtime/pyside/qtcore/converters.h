@@ -12,10 +12,10 @@ PyObject* textToPython(const QString& text);
 // str, unicode or None.
 bool isText(PyObject* object);
 
-void registerTextConverters();    // QString, QStringList
-void registerVariantConverter();  // QVariant
-void registerListConverters();    // lists and maps of these, of QObjects and of byte arrays
-void registerPrimitiveNames();    // Qt's names of numbers
+void registerTextConverters();   // QString, QStringList
+void registerVariantConverter(); // QVariant
+void registerListConverters();   // lists and maps of these, of QObjects and of byte arrays
+void registerPrimitiveNames();   // Qt's names of numbers
 
 // A variant for any Python object; an error may be pending afterwards.
 QVariant variantFromPython(PyObject* object);

@@ -82,10 +82,7 @@ PythonToCppFunc acceptsMap(PyObject* object)
     return &mapFromPython;
 }
 
-PyObject* mapToPython(const void* value)
-{
-    return variantToPython(QVariant(*static_cast<const QVariantMap*>(value)));
-}
+PyObject* mapToPython(const void* value) { return variantToPython(QVariant(*static_cast<const QVariantMap*>(value))); }
 
 } // namespace
 

@@ -5,8 +5,17 @@
 #include "pysidesignal.h"
 
 #include <QAbstractEventDispatcher>
+#include <cstring>
 
 namespace QtCore {
+
+bool isPythonClass(const QMetaObject* own, const QMetaObject* cpp, const char* className)
+{
+    for (; className && own && own != cpp; own = own->superClass())
+        if (!std::strcmp(own->className(), className))
+            return true;
+    return false;
+}
 
 bool canInitialise(PyObject* self, PyTypeObject* type)
 {

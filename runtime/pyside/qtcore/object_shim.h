@@ -1,5 +1,5 @@
-// QObject classes as Python makes them: virtual operations go to Python overrides, the meta-object is the Python class's,
-// and the wrapper object learns of the end.
+// QObject classes as Python makes them: virtual operations go to Python overrides, the meta-object is the Python
+// class's, and the wrapper object learns of the end.
 #ifndef OBJECT_SHIM_H
 #define OBJECT_SHIM_H
 
@@ -11,6 +11,9 @@
 #include <QMetaMethod>
 
 namespace QtCore {
+
+// Whether a class between the object's own and the C++ one has that name.
+bool isPythonClass(const QMetaObject* own, const QMetaObject* cpp, const char* className);
 
 template <class Base>
 class ObjectShim : public Base, public PythonQObject
@@ -28,6 +31,12 @@ public:
     {
         const QMetaObject* const own = pythonMetaObject();
         return own ? own : Base::metaObject();
+    }
+
+    void* qt_metacast(const char* className) override
+    {
+        return isPythonClass(metaObject(), &Base::staticMetaObject, className) ? static_cast<QObject*>(this)
+                                                                               : Base::qt_metacast(className);
     }
 
     int qt_metacall(QMetaObject::Call call, int id, void** arguments) override
@@ -70,26 +79,30 @@ public:
 protected:
     void timerEvent(QTimerEvent* event) override
     {
-        dispatch("timerEvent", [event] { return Crossing<QTimerEvent*>::toPython(event); },
-                 [=] { Base::timerEvent(event); });
+        dispatch(
+            "timerEvent", [event] { return Crossing<QTimerEvent*>::toPython(event); },
+            [=] { Base::timerEvent(event); });
     }
     void childEvent(QChildEvent* event) override
     {
-        dispatch("childEvent", [event] { return Crossing<QChildEvent*>::toPython(event); },
-                 [=] { Base::childEvent(event); });
+        dispatch(
+            "childEvent", [event] { return Crossing<QChildEvent*>::toPython(event); },
+            [=] { Base::childEvent(event); });
     }
     void customEvent(QEvent* event) override
     {
-        dispatch("customEvent", [event] { return Crossing<QEvent*>::toPython(event); },
-                 [=] { Base::customEvent(event); });
+        dispatch(
+            "customEvent", [event] { return Crossing<QEvent*>::toPython(event); }, [=] { Base::customEvent(event); });
     }
     void connectNotify(const QMetaMethod& signal) override
     {
-        dispatch("connectNotify", [&] { return marked(signal); }, [&] { Base::connectNotify(signal); });
+        dispatch(
+            "connectNotify", [&] { return marked(signal); }, [&] { Base::connectNotify(signal); });
     }
     void disconnectNotify(const QMetaMethod& signal) override
     {
-        dispatch("disconnectNotify", [&] { return marked(signal); }, [&] { Base::disconnectNotify(signal); });
+        dispatch(
+            "disconnectNotify", [&] { return marked(signal); }, [&] { Base::disconnectNotify(signal); });
     }
 
     template <class ToPython, class Own>
@@ -119,8 +132,8 @@ private:
 // Whether `object` may be made with a constructor of T's at all: false with an error.
 bool canInitialise(PyObject* self, PyTypeObject* type);
 
-// Makes a C++ object that is ready the one of `self`: false, with an error and the C++ object deleted, for a second one.
-// Then come the parent, which may be null or None, and the keywords.
+// Makes a C++ object that is ready the one of `self`: false, with an error and the C++ object deleted, for a second
+// one. Then come the parent, which may be null or None, and the keywords.
 bool attach(PyObject* self, PyTypeObject* type, QObject* object, PythonQObject* pythonPart, PyObject* parent,
             PyObject* keywords, const char** ignoredKeywords = nullptr, unsigned ignoredCount = 0);
 

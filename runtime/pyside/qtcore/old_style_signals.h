@@ -18,7 +18,6 @@ bool connectToText(QObject* sender, const QByteArray& signal, PyObject* receiver
 
 PyObject* emitOldStyle(PyObject* self, PyObject* arguments);
 
-
 } // namespace QtCore
 
 #endif

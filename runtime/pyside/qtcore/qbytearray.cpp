@@ -175,7 +175,7 @@ PyObject* compare(PyObject* self, PyObject* other, int operation)
     if (PyErr_Occurred())
         return nullptr;
     const int order = *left < right ? -1 : *left == right ? 0 : 1;
-    const bool results[] = {order < 0, order <= 0, order == 0, order != 0, order > 0, order >= 0};
+    const bool results[] = {order<0, order <= 0, order == 0, order != 0, order> 0, order >= 0};
     return PyBool_FromLong(results[operation]);
 }
 

@@ -25,8 +25,7 @@ typedef ObjectShim<QCoreApplication> ApplicationShim;
 int initialise(PyObject* self, PyObject* arguments, PyObject* keywords)
 {
     PyObject* list = nullptr;
-    if (!canInitialise(self, typeOf<QCoreApplication>()) ||
-        !PyArg_ParseTuple(arguments, "O:QCoreApplication", &list))
+    if (!canInitialise(self, typeOf<QCoreApplication>()) || !PyArg_ParseTuple(arguments, "O:QCoreApplication", &list))
         return -1;
     if (QCoreApplication::instance()) {
         PyErr_SetString(PyExc_RuntimeError, "A QCoreApplication instance already exists.");
@@ -78,29 +77,29 @@ void sendPostedEvents(std::optional<QObject*> receiver, std::optional<int> type)
 }
 void leave(std::optional<int> code) { QCoreApplication::exit(code.value_or(0)); }
 
-PyMethodDef methods[] = {staticMethod<QCoreApplication, &instance>("instance"),
-                         staticMethod<QCoreApplication, &sendEvent>("sendEvent"),
-                         staticMethod<QCoreApplication, &postEvent>("postEvent"),
-                         staticMethod<QCoreApplication, &sendPostedEvents>("sendPostedEvents"),
-                         staticMethod<QCoreApplication, &processEvents>("processEvents"),
-                         staticMethod<QCoreApplication, &execute>("exec_"),
-                         staticMethod<QCoreApplication, &QCoreApplication::quit>("quit"),
-                         staticMethod<QCoreApplication, &leave>("exit"),
-                         staticMethod<QCoreApplication, &QCoreApplication::arguments>("arguments"),
-                         staticMethod<QCoreApplication, &QCoreApplication::arguments>("argv"),
-                         staticMethod<QCoreApplication, &QCoreApplication::closingDown>("closingDown"),
-                         staticMethod<QCoreApplication, &QCoreApplication::startingUp>("startingUp"),
-                         staticMethod<QCoreApplication, &QCoreApplication::applicationName>("applicationName"),
-                         staticMethod<QCoreApplication, &QCoreApplication::setApplicationName>("setApplicationName"),
-                         staticMethod<QCoreApplication, &QCoreApplication::applicationVersion>("applicationVersion"),
-                         staticMethod<QCoreApplication, &QCoreApplication::setApplicationVersion>(
-                             "setApplicationVersion"),
-                         staticMethod<QCoreApplication, &QCoreApplication::organizationName>("organizationName"),
-                         staticMethod<QCoreApplication, &QCoreApplication::setOrganizationName>("setOrganizationName"),
-                         staticMethod<QCoreApplication, &QCoreApplication::applicationFilePath>("applicationFilePath"),
-                         staticMethod<QCoreApplication, &QCoreApplication::applicationDirPath>("applicationDirPath"),
-                         staticMethod<QCoreApplication, &QCoreApplication::applicationPid>("applicationPid"),
-                         {}};
+PyMethodDef methods[] = {
+    staticMethod<QCoreApplication, &instance>("instance"),
+    staticMethod<QCoreApplication, &sendEvent>("sendEvent"),
+    staticMethod<QCoreApplication, &postEvent>("postEvent"),
+    staticMethod<QCoreApplication, &sendPostedEvents>("sendPostedEvents"),
+    staticMethod<QCoreApplication, &processEvents>("processEvents"),
+    staticMethod<QCoreApplication, &execute>("exec_"),
+    staticMethod<QCoreApplication, &QCoreApplication::quit>("quit"),
+    staticMethod<QCoreApplication, &leave>("exit"),
+    staticMethod<QCoreApplication, &QCoreApplication::arguments>("arguments"),
+    staticMethod<QCoreApplication, &QCoreApplication::arguments>("argv"),
+    staticMethod<QCoreApplication, &QCoreApplication::closingDown>("closingDown"),
+    staticMethod<QCoreApplication, &QCoreApplication::startingUp>("startingUp"),
+    staticMethod<QCoreApplication, &QCoreApplication::applicationName>("applicationName"),
+    staticMethod<QCoreApplication, &QCoreApplication::setApplicationName>("setApplicationName"),
+    staticMethod<QCoreApplication, &QCoreApplication::applicationVersion>("applicationVersion"),
+    staticMethod<QCoreApplication, &QCoreApplication::setApplicationVersion>("setApplicationVersion"),
+    staticMethod<QCoreApplication, &QCoreApplication::organizationName>("organizationName"),
+    staticMethod<QCoreApplication, &QCoreApplication::setOrganizationName>("setOrganizationName"),
+    staticMethod<QCoreApplication, &QCoreApplication::applicationFilePath>("applicationFilePath"),
+    staticMethod<QCoreApplication, &QCoreApplication::applicationDirPath>("applicationDirPath"),
+    staticMethod<QCoreApplication, &QCoreApplication::applicationPid>("applicationPid"),
+    {}};
 
 SbkObjectType type = {};
 

@@ -110,12 +110,11 @@ SbkObjectType eventType = {}, timerEventType = {}, childEventType = {};
 
 bool registerEvents(PyObject* module)
 {
-    return registerClass<QEvent, EventShim<QEvent>>(module, eventType, eventMethods,
-                                                    &EventConstructor<QEvent, QEvent::Type>::initialise,
-                                                    &deleteEvent) &&
-           registerClass<QTimerEvent, EventShim<QTimerEvent>>(
-               module, timerEventType, timerEventMethods, &EventConstructor<QTimerEvent, int>::initialise, &deleteEvent,
-               &eventType) &&
+    return registerClass<QEvent, EventShim<QEvent>>(
+               module, eventType, eventMethods, &EventConstructor<QEvent, QEvent::Type>::initialise, &deleteEvent) &&
+           registerClass<QTimerEvent, EventShim<QTimerEvent>>(module, timerEventType, timerEventMethods,
+                                                              &EventConstructor<QTimerEvent, int>::initialise,
+                                                              &deleteEvent, &eventType) &&
            registerClass<QChildEvent, EventShim<QChildEvent>>(
                module, childEventType, childEventMethods,
                &EventConstructor<QChildEvent, QEvent::Type, QObject*>::initialise, &deleteEvent, &eventType) &&

@@ -168,8 +168,8 @@ QString tr(QObject& object, const char* text, std::optional<const char*> disambi
                                        count.value_or(-1));
 }
 
-// An override that calls the operation of its base class must not come back to itself: where Python made the object, the
-// C++ class's own operation is meant.
+// An override that calls the operation of its base class must not come back to itself: where Python made the object,
+// the C++ class's own operation is meant.
 bool isMadeByPython(const QObject& object)
 {
     SbkObject* const wrapper = Shiboken::BindingManager::instance().retrieveWrapper(&object);

@@ -1,17 +1,16 @@
 // The wrapped types of PySide.QtCore: their names and places, and how values of each kind cross between Python and C++.
 //
-// Crossing<T> says for the type of a parameter or result: accepts(object), the conversion that takes the object or null;
-// text(), as signatures show it; toPython(value), a new reference or null with an error.
+// Crossing<T> says for the type of a parameter or result: accepts(object), the conversion that takes the object or
+// null; text(), as signatures show it; toPython(value), a new reference or null with an error.
 #ifndef QT_TYPES_H
 #define QT_TYPES_H
-
-#include <sbkpython.h>
 
 #include "pyside_qtcore_python.h"
 #include "python_scopes.h"
 #include "qobject_wrappers.h"
 
 #include <QList>
+#include <sbkpython.h>
 #include <type_traits>
 
 namespace QtCore {

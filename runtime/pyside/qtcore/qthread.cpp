@@ -25,7 +25,8 @@ public:
 protected:
     void run() override
     {
-        dispatch("run", [] { return nullptr; }, [this] { QThread::run(); });
+        dispatch(
+            "run", [] { return nullptr; }, [this] { QThread::run(); });
     }
 };
 

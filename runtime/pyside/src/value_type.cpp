@@ -5,6 +5,7 @@
 #include "qobject_wrappers.h"
 
 #include <QVariant>
+#include <cstring>
 
 namespace PySide {
 
@@ -22,6 +23,15 @@ bool isPointerToQObject(const QByteArray& name)
         return true;
     PyTypeObject* const type = isPointerName(name) ? Conversions::getPythonTypeObject(name.constData()) : nullptr;
     return type && isQObjectType(type);
+}
+
+// A copy, or the default value: Qt leaves what needs no constructor as the memory was.
+void* newValue(int metaType, const void* source)
+{
+    void* const value = QMetaType::create(metaType, source);
+    if (!source && !(QMetaType::typeFlags(metaType) & QMetaType::NeedsConstruction))
+        std::memset(value, 0, QMetaType::sizeOf(metaType));
+    return value;
 }
 
 } // namespace
@@ -100,7 +110,7 @@ CallArguments::CallArguments(const ValueTypes& types, void* const* arguments)
     for (std::size_t i = 0; i < m_types.size(); ++i) {
         const void* const source = arguments ? arguments[i + 1] : nullptr;
         if (m_types[i].metaType() != QMetaType::UnknownType)
-            m_values[i + 1] = QMetaType::create(m_types[i].metaType(), source);
+            m_values[i + 1] = newValue(m_types[i].metaType(), source);
         else if (isPointerName(m_types[i].name()))
             m_values[i + 1] = new void*(source ? *static_cast<void* const*>(source) : nullptr);
         else
