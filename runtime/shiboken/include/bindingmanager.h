@@ -50,6 +50,7 @@ public:
 private:
     BindingManager();
     ~BindingManager();
+    friend void forgetAddress(void* cppObject);
     struct BindingManagerPrivate;
     std::unique_ptr<BindingManagerPrivate> m_d;
 };

@@ -1,6 +1,7 @@
 // Which wrapper stands for which address, and which Python method replaces a virtual operation.
 #include "address_map.h"
 #include "bindingmanager.h"
+#include "gilstate.h"
 #include "wrapper_data.h"
 
 #include <algorithm>
@@ -152,6 +153,9 @@ bool replacesAnother(PyObject* method, PyObject* object, PyObject* name)
 
 PyObject* BindingManager::getOverride(const void* cptr, const char* methodName)
 {
+    // Nothing of Python can be called by other threads when the interpreter ends.
+    if (!Py_IsInitialized() && !GilState::isHeld())
+        return nullptr;
     SbkObject* const wrapper = retrieveWrapper(cptr);
     if (!wrapper)
         return nullptr;
@@ -180,6 +184,13 @@ PyObject* BindingManager::getOverride(const void* cptr, const char* methodName)
         return method;
     Py_XDECREF(method);
     return nullptr;
+}
+
+void forgetAddress(void* cppObject)
+{
+    BindingManager& manager = BindingManager::instance();
+    const std::lock_guard<BriefLock> guard(manager.m_d->lock);
+    manager.m_d->wrappers.erase(cppObject, manager.m_d->wrappers.find(cppObject));
 }
 
 void BindingManager::addClassInheritance(SbkObjectType* parent, SbkObjectType* child)

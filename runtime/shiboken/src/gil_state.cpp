@@ -7,10 +7,10 @@ namespace Shiboken {
 
 GilState::GilState()
 {
-    if (Py_IsInitialized()) {
-        m_state = PyGILState_Ensure();
-        m_locked = true;
-    }
+    if (!Py_IsInitialized())
+        return;
+    m_state = PyGILState_Ensure();
+    m_locked = true;
 }
 
 void GilState::release()
@@ -18,8 +18,8 @@ void GilState::release()
     if (!m_locked)
         return;
     m_locked = false;
-    // The interpreter may have ended in between, and with it the thread's state.
-    if (Py_IsInitialized())
+    // Also of an interpreter that is ending: it may be waiting for the lock.
+    if (isHeld())
         PyGILState_Release(m_state);
 }
 

@@ -233,8 +233,10 @@ void destroy(SbkObject* object, void* cppData)
     if (!object)
         return;
     const GilState lock;
-    if (!GilState::isHeld())
+    if (!GilState::isHeld()) {
+        forgetAddress(cppData);
         return;
+    }
     // Until the lock was there the wrapper may have gone, and its place in memory may be another object's.
     SbkObject* const current = BindingManager::instance().retrieveWrapper(cppData);
     if (!current)

@@ -108,6 +108,18 @@ void destroyAll(const OwnedObject* first, const OwnedObject* last)
     }
 }
 
+/// Whether Python has to delete the C++ objects.
+bool ownsLivingObject(SbkObject* self)
+{
+    if (!self->d.hasOwnership)
+        return false;
+    // An object that another thread deletes while the interpreter ends can say so only by leaving its address.
+    if (!Py_IsInitialized() && !BindingManager::instance().hasWrapper(cppObjectAt(self, 0)))
+        return false;
+    // Of several C++ objects some may be left when one of them has died.
+    return self->d.isValid || partCount(self) > 1;
+}
+
 void deallocate(PyObject* object, bool mayDestroy)
 {
     SbkObject* const self = reinterpret_cast<SbkObject*>(object);
@@ -123,8 +135,7 @@ void deallocate(PyObject* object, bool mayDestroy)
         self->d.extra = nullptr;
     };
     // From the moment that its C++ objects are deleted nothing finds the wrapper any more.
-    // Of several C++ objects some may be left when one of them has died.
-    if (mayDestroy && self->d.hasOwnership && (self->d.isValid || partCount(self) > 1)) {
+    if (mayDestroy && ownsLivingObject(self)) {
         withOwnedObjects(self, [&release](const OwnedObject* first, const OwnedObject* last) {
             release();
             destroyAll(first, last);
