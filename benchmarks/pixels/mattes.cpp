@@ -71,7 +71,8 @@ MatteError errorOf(const std::vector<Outline>& outlines, const Image& matte)
 void writeAlone(const std::string& path, const Image& matte)
 {
     const auto output = OIIO::ImageOutput::create(path);
-    const OIIO::ImageSpec spec(matte.size.width, matte.size.height, 1, OIIO::TypeDesc::UINT8);
+    OIIO::ImageSpec spec(matte.size.width, matte.size.height, 1, OIIO::TypeDesc::UINT8);
+    spec.attribute("png:compressionLevel", 1); // as the library does
     if (!output || !output->open(path, spec) || !output->write_image(OIIO::TypeDesc::FLOAT, matte.values.data()) ||
         !output->close())
         throw FileError(path, "cannot be written");

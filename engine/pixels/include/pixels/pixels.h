@@ -308,6 +308,7 @@ public:
     virtual Image withChannels(const Image& image, int channels) = 0;
     // Lays `image` over `target` with its top left corner at (x, y); what hangs over is left out.
     virtual void place(Image& target, const Image& image, int x, int y) = 0;
+    // Closed: the last point is joined to the first.
     virtual void drawOutline(Image& image, const std::vector<Point>& points, Color color, double width) = 0;
     virtual void drawText(Image& image, const std::string& text, Point baseline, double height, Color color) = 0;
 };
