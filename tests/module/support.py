@@ -2,6 +2,7 @@
 
 import functools
 import os
+import re
 import subprocess
 import sys
 import unittest
@@ -143,6 +144,7 @@ def child(code, *arguments, **environment):
     process = subprocess.Popen([sys.executable, "-B", "-c", code] + list(arguments), stdout=subprocess.PIPE,
                                stderr=subprocess.PIPE, env=dict(os.environ, **environment))
     output, errors = process.communicate()
+    errors = re.sub(r"\[\d+ refs\]\n", "", errors)  # the debug interpreter's last word
     return process.returncode, output.decode("utf-8"), errors.decode("utf-8")
 
 

@@ -18,7 +18,7 @@ TRANSLATIONS = [
 WAYS = [
     ("Layer", "a.remove()", "Layer.remove"), ("Layer", "a.name", "Layer.get_name"),
     ("Layer", "a.name = u'x'", "Layer.set_name"), ("Layer", "bool(a)", "Layer.isNull"),
-    ("Layer", "a.contours", "Layer.getAllContours"), ("Layer", "a.contours", "Layer.projectManager"),
+    ("Layer", "a.contours", "Layer.getAllContours"),
     ("Layer", "a.parent", "STRM_Layer.handledObject"), ("Layer", "Layer(a)", "Layer(copy)"),
     ("Layer", "a.__copy__()", "Layer(copy)"), ("Clip", "str(a)", "Clip.get_name"),
     ("Clip", "a.relink()", "Clip.relink"), ("Clip", "Clip(u'x')", "Clip"), ("Project", "Project(None)", "Project"),
@@ -82,6 +82,7 @@ class Errors(ModuleTest):
 
     def test_a_failing_constructor_leaves_no_object(self):
         for code, name in [("Clip(u'x')", "Clip"), ("Layer(a)", "Layer(copy)"), ("StreamInfo()", "StreamInfo")]:
+            recording.clear()
             layer = handle("Layer", 1)
             before = recording.counts(name.split("(")[0])["alive"]
             recording.throws(name, "STRM_BadArgument", "no")

@@ -91,10 +91,6 @@ class MasterPoints(ModuleTest):
                 (bezier, "a.set_master_point(b, 1.5, 2, True)", 2, 1.5, 2, True),
                 (xspline, "a.set_master_point(b, 12.5, lock_tangents=True)", 2, 12.5, 0, False),
                 (xspline, "a.set_master_point(b, 1.0, c)", 2, 1.0, 3, False)]:
-            recording.clear()
-            bezier, xspline = handle("BezierControlPoint", 1), handle("XControlPoint", 2)
-            point = bezier if isinstance(point, vp.BezierControlPoint) else xspline
-            recording.returns("Knob::Time.fromDouble", 99.5)
             run(code, point, Mine(xspline), view)
             self.assertEqual(recording.calls()[-1], ("Python.setPointConstraint", master, number_of(point), True,
                                                      (99.5, view_id, 3), lock), code)
@@ -123,6 +119,7 @@ class MasterPoints(ModuleTest):
 
     def test_without_a_project_nothing_is_changed(self):
         for name in ("BezierControlPoint", "XControlPoint"):
+            recording.clear()
             point = handle(name, 1)
             recording.manager(False)
             for master in (None, point, "x"):

@@ -85,8 +85,6 @@ class Ownership(ModuleTest):
         gc.collect()
         # Made from Python, it lives until its library object goes.
         self.assertIsNot(watch(), None)
-        self.assertEqual(recording.counts("ColorParameters")["destroyed"],
-                         recording.counts("ColorParameters")["constructed"] - recording.counts("ColorParameters")["alive"])
         recording.clear()
         recording.destroy(known)
         gc.collect()
@@ -107,7 +105,7 @@ class Ownership(ModuleTest):
         self.assertEqual(recording.counts("Clip")["alive"], alive - 1)
         clip = vp.Clip(u"f", parent=project)
         del project
-        self.raises(RuntimeError, GONE % "Clip", lambda: clip.name)
+        self.raises(RuntimeError, GONE % "Clip", getattr, clip, "name")
 
     def test_library_objects_that_go_take_their_wrappers_validity(self):
         for name, code in [("Clip", "a.name"), ("Project", "a.save()"), ("ColorParameters", "a.gamma"),

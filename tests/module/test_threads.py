@@ -70,8 +70,8 @@ class Lock(ModuleTest):
     def test_every_other_function_is_called_without_it(self):
         layer, point = handle("Layer", 1), handle("XControlPoint", 1)
         recording.layer(1, 3)
-        recording.point(1, 20, 0, 2)
         recording.point(2, 20, 0)
+        recording.point(1, 20, 0, 2)
         layer.parent
         point.master_point
         point.set_master_point(point)

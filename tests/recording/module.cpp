@@ -166,7 +166,7 @@ PyObject* setPoint(const List& arguments)
 {
     const auto point = enginePoint(object(arguments), object(arguments, 1), object(arguments, 2));
     const long master = made<long>(optionalArgument(arguments, 3));
-    point->setMaster(master ? enginePoint(master, 0, 0).get() : nullptr);
+    point->setMaster(master ? enginePoint(master, 100, 0).get() : nullptr);
     return none();
 }
 
