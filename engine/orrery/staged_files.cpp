@@ -43,11 +43,14 @@ std::vector<std::string> makeFolder(const std::string& folder)
     return made;
 }
 
+// The lock last: as long as there is anything else, the folder can be told to be litter.
 void removeFlatFolder(const std::string& folder) noexcept
 {
     const QDir dir(QString::fromUtf8(folder.c_str()));
     for (const QString& name : dir.entryList(QDir::Files | QDir::Hidden | QDir::System))
-        ::unlink(toPath(dir.filePath(name)).c_str());
+        if (name != QLatin1String(lockName))
+            ::unlink(toPath(dir.filePath(name)).c_str());
+    ::unlink((folder + "/" + lockName).c_str());
     ::rmdir(folder.c_str());
 }
 
@@ -68,6 +71,8 @@ void clearLitter(const std::string& folder)
     const QStringList pattern(QString::fromLatin1(stagingPrefix) + QLatin1Char('*'));
     for (const QString& name : dir.entryList(pattern, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks)) {
         const std::string litter = toPath(dir.filePath(name));
+        if (::rmdir(litter.c_str()) == 0) // without even a lock
+            continue;
         const int lock = takeLock(litter, O_RDWR);
         if (lock < 0)
             continue;
@@ -83,14 +88,29 @@ StagedFiles::StagedFiles(const QString& folder)
 {
     m_made = makeFolder(m_folder);
     clearLitter(m_folder);
-    std::string pattern = m_folder + "/" + stagingPrefix + "XXXXXX";
-    if (!::mkdtemp(&pattern[0])) {
-        const int error = errno;
-        std::for_each(m_made.rbegin(), m_made.rend(), [](const std::string& made) { ::rmdir(made.c_str()); });
-        raiseUnwritable(m_folder, error);
+    try {
+        makeStaging();
+    } catch (...) {
+        removeMade();
+        throw;
     }
-    m_staging = pattern;
-    m_lock = takeLock(m_staging, O_RDWR | O_CREAT);
+}
+
+// Another process may take the new folder for litter before it is locked.
+void StagedFiles::makeStaging()
+{
+    do {
+        std::string pattern = m_folder + "/" + stagingPrefix + "XXXXXX";
+        if (!::mkdtemp(&pattern[0]))
+            raiseUnwritable(m_folder, errno);
+        m_staging = pattern;
+        m_lock = takeLock(m_staging, O_RDWR | O_CREAT);
+    } while (m_lock < 0 && ::access(m_staging.c_str(), F_OK) != 0);
+}
+
+void StagedFiles::removeMade() noexcept
+{
+    std::for_each(m_made.rbegin(), m_made.rend(), [](const std::string& made) { ::rmdir(made.c_str()); });
 }
 
 StagedFiles::~StagedFiles()
@@ -98,8 +118,7 @@ StagedFiles::~StagedFiles()
     removeFlatFolder(m_staging);
     if (m_lock >= 0)
         ::close(m_lock);
-    // Only those that nothing was put into.
-    std::for_each(m_made.rbegin(), m_made.rend(), [](const std::string& made) { ::rmdir(made.c_str()); });
+    removeMade(); // only those that nothing was put into
 }
 
 void StagedFiles::write(const QString& fileName, const pixels::Image& image, const pixels::WriteOptions& options)

@@ -63,20 +63,16 @@ std::vector<Stratum::LayerModel*> layersToTrack(STRM_ProjectManager& manager, co
     for (Stratum::LayerModel* layer : selectLayers(manager, named)) {
         const bool clip = clipWithId(manager, layer->clip);
         const bool able = !layer->trackedWith && clip && !layer->contours.empty();
-        if (named.isEmpty()) {
-            if (able && !layer->locked && !(layer->group() && layer->group()->locked))
-                layers.push_back(layer);
+        if (able)
+            layers.push_back(layer);
+        if (able || named.isEmpty())
             continue;
-        }
-        layer->requireWritable();
         if (layer->trackedWith)
             raise<STRM_BadState>(text("The layer %1 follows the track of the layer %2, which is the one to track",
                                       quoted(layer->name), quoted(layer->trackSource().name)));
         if (!clip)
             raise<STRM_BadState>(text("The layer %1 has no clip to be tracked on", quoted(layer->name)));
-        if (!able)
-            raise<STRM_BadState>(text("The layer %1 has no shape that tells what to track", quoted(layer->name)));
-        layers.push_back(layer);
+        raise<STRM_BadState>(text("The layer %1 has no shape that tells what to track", quoted(layer->name)));
     }
     return layers;
 }
@@ -94,6 +90,7 @@ Plan planFor(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel
             continue;
         TrackedLayer item;
         item.snapshot = Stratum::snapshot(*layer, plan.reach.first, plan.reach.last, view);
+        item.source = layer->trackSource().id();
         if (tracked) {
             Clip* const clip = clipWithId(manager, layer->clip);
             const auto known = std::find(plan.clips.begin(), plan.clips.end(), clip);

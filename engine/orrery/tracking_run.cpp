@@ -250,7 +250,8 @@ pixels::Image TrackingRun::hidden(const Follower& follower, int frame)
     pixels::Image covered;
     for (std::size_t above = follower.layer + 1; above < m_layers.size(); ++above) {
         const Stratum::LayerSnapshot& other = m_layers[above].snapshot;
-        if (!other.shown || !isDrawn(other, frame))
+        // What moves with the layer is a part of what is followed.
+        if (!other.shown || !isDrawn(other, frame) || m_layers[above].source == layer.snapshot.id)
             continue;
         if (!own.touches(boxOf(other.frame(frame), transformOf(above, frame)), margin))
             continue;

@@ -124,6 +124,7 @@ TEST(RenderingStabilized, TheSurfaceStandsStill)
 {
     pixels::FootageOptions options = smallOptions();
     options.size = {128, 96};
+    options.brightness = 0;
     const pixels::MadeFootage made(options);
     Folder folder, output;
     const auto project = projectOver(writeFootage(folder, made), output);

@@ -32,7 +32,8 @@ private:
         std::string name;
         bool replaced; // what had the name before is kept aside
     };
-    void lockStaging();
+    void makeStaging();
+    void removeMade() noexcept;
     void place(const std::string& name, std::vector<Placed>& placed);
     void takeBack(const std::vector<Placed>& placed) noexcept;
     std::string staged(const std::string& name) const { return m_staging + "/" + name; }

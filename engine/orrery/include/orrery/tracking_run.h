@@ -19,7 +19,8 @@ namespace orrery {
 struct TrackedLayer
 {
     Stratum::LayerSnapshot snapshot;
-    int footage = -1; // which of the run's; -1 for a layer that only hides others
+    unsigned int source = 0; // the id of the layer whose track it follows: its own, or another's
+    int footage = -1;        // which of the run's; -1 for a layer that only hides others
 
     // What was found: from the in point to each frame.
     std::map<int, Lum_Matrix33> transforms;
