@@ -211,7 +211,7 @@ void forEachFrame(OperationProgress& progress, int count, const std::function<vo
         }
     }
     shares.rethrow();
-    progress.throwIfCancelled();
+    progress.report(1, doing(count));
 }
 
 } // namespace orrery

@@ -93,7 +93,7 @@ TEST_F(Tracking, SeveralLayersShareTheFrames)
         {later[0], towards(later[0], later[1]), towards(later[0], later[2]), towards(later[0], later[3])}, 2);
     Layer hidden = addPolygon(*project, "hidden", corners);
     hidden.set_visibility(false);
-    Layer follower = addPolygon(*project, "follower", corners);
+    Layer follower = addPolygon(*project, "follower", square(2, 2, 8, 8));
     follower.set_link_to_track(whole);
     project->track_layers(0, last, {}, {});
     EXPECT_EQ(keyCount(whole), 12);
