@@ -101,6 +101,7 @@ class ModuleTest(unittest.TestCase):
             recording.forget_engine()
 
     def tearDown(self):
+        self.assertIs(recording.take_error(), None)
         recording.clear()
 
     def raises(self, kind, text, function, *arguments, **keywords):
@@ -121,6 +122,7 @@ class ModuleTest(unittest.TestCase):
             ModuleTest.setUp(self)
             try:
                 check(*row)
+                self.assertIs(recording.take_error(), None)
             except Exception as error:
                 failures.append("%r\n    %s: %s" % (row, type(error).__name__, error))
         if failures:

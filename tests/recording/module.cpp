@@ -111,6 +111,15 @@ PyObject* clearEngine(const List&)
     return none();
 }
 
+// The Python error that a call has left pending behind its result, which the interpreter itself does not notice.
+PyObject* takeError(PyObject*, PyObject*)
+{
+    PyObject* const error = PyErr_Occurred() ? PyErr_Occurred() : Py_None;
+    Py_INCREF(error);
+    PyErr_Clear();
+    return error;
+}
+
 PyObject* setReturn(const List& arguments)
 {
     returns(name(arguments), arguments.at(1));
@@ -310,6 +319,7 @@ PyMethodDef functions[] = {
     {"emit", &entry<emitSignal>, METH_VARARGS, "(number, signal, arguments, on another thread)"},
     {"send", &entry<sendEvent>, METH_VARARGS, "(number, event type, on another thread) -> handled"},
     {"send_through", &entry<sendThrough>, METH_VARARGS, "(number, event type) -> handled, by the application"},
+    {"take_error", &takeError, METH_NOARGS, "The class of an error left pending behind a result, or None"},
     {"translate", &entry<translate>, METH_VARARGS, "(context/text[, translation])"},
     {nullptr, nullptr, 0, nullptr}};
 
