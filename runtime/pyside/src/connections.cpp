@@ -10,28 +10,6 @@ namespace PySide {
 
 namespace {
 
-// The protected operations, reachable through any QObject.
-struct Notified : QObject
-{
-    using QObject::connectNotify;
-    using QObject::disconnectNotify;
-};
-
-// Qt tells a sender only of connections that are made by signature.
-void notify(QObject* sender, void (QObject::*operation)(const QMetaMethod&), const QMetaMethod& signal)
-{
-    const QPointer<QObject> guard(sender);
-    const Unlocked unlocked;
-    if (guard)
-        (sender->*operation)(signal);
-}
-
-void notifyConnected(QObject* sender, const QMetaMethod& signal) { notify(sender, &Notified::connectNotify, signal); }
-void notifyDisconnected(QObject* sender, const QMetaMethod& signal)
-{
-    notify(sender, &Notified::disconnectNotify, signal);
-}
-
 // A method of C++'s that a built-in method object stands for, if it fits the signal.
 struct BoundCppMethod
 {
@@ -69,6 +47,28 @@ bool isRecognisable(PyObject* callable)
     return !self || PyObject_Hash(self) != -1;
 }
 
+SignalHub& hubOf(QObject* sender)
+{
+    std::unique_ptr<SignalHub>& hub = ObjectLife::of(sender).hub;
+    if (!hub)
+        hub.reset(new SignalHub(sender));
+    return *hub;
+}
+
+// Qt tells the sender of these, which may run any code.
+bool connectMethods(QObject* sender, int signal, QObject* receiver, int method, Qt::ConnectionType type)
+{
+    const Unlocked unlocked;
+    return static_cast<bool>(QMetaObject::connect(sender, signal, receiver, method, type));
+}
+
+bool disconnectMethods(QObject* sender, int signal, QObject* receiver, int method)
+{
+    const Unlocked unlocked;
+    return receiver ? QMetaObject::disconnectOne(sender, signal, receiver, method)
+                    : QMetaObject::disconnect(sender, signal, nullptr, method);
+}
+
 // Signals count as slots where they are connected to.
 int methodIndex(const QObject* receiver, const QByteArray& signature)
 {
@@ -93,20 +93,12 @@ bool connectToCallable(QObject* sender, const QByteArray& signature, PyObject* c
     if (!signal.exists() || !isRecognisable(callable))
         return false;
     const BoundCppMethod cpp = cppMethodOf(callable, signal.method);
-    bool isDone;
-    if (cpp.receiver) {
-        isDone = QMetaObject::connect(sender, signal.index, cpp.receiver, cpp.index, type);
-    } else {
-        std::unique_ptr<SignalHub>& hub = ObjectLife::of(sender).hub;
-        if (!hub)
-            hub.reset(new SignalHub(sender));
-        if (type & Qt::UniqueConnection && hub->isConnected(signal.index, callable))
-            return false;
-        isDone = hub->connectSignal(signal.index, PythonCallable(callable), parameterTypes(signal.method), type);
-    }
-    if (isDone)
-        notifyConnected(sender, signal.method);
-    return isDone;
+    if (cpp.receiver)
+        return connectMethods(sender, signal.index, cpp.receiver, cpp.index, type);
+    SignalHub& hub = hubOf(sender);
+    if (type & Qt::UniqueConnection && hub.isConnected(signal.index, callable))
+        return false;
+    return hub.connectSignal(signal.index, PythonCallable(callable), parameterTypes(signal.method), type);
 }
 
 bool disconnectFromCallable(QObject* sender, const QByteArray& signature, PyObject* callable)
@@ -115,12 +107,10 @@ bool disconnectFromCallable(QObject* sender, const QByteArray& signature, PyObje
     if (!signal.exists())
         return false;
     const BoundCppMethod cpp = cppMethodOf(callable, signal.method);
+    if (cpp.receiver)
+        return disconnectMethods(sender, signal.index, cpp.receiver, cpp.index);
     const ObjectLife* const life = ObjectLife::find(sender);
-    const bool isDone = cpp.receiver ? QMetaObject::disconnect(sender, signal.index, cpp.receiver, cpp.index)
-                                     : life && life->hub && life->hub->disconnectSignal(signal.index, callable);
-    if (isDone)
-        notifyDisconnected(sender, signal.method);
-    return isDone;
+    return life && life->hub && life->hub->disconnectSignal(signal.index, callable);
 }
 
 bool connectToMethod(QObject* sender, const QByteArray& signature, QObject* receiver, const QByteArray& method,
@@ -128,48 +118,35 @@ bool connectToMethod(QObject* sender, const QByteArray& signature, QObject* rece
 {
     const SignalPlace signal(sender, signature);
     const int target = methodIndex(receiver, method);
-    if (!signal.exists() || target < 0 ||
-        !QMetaObject::checkConnectArgs(signal.method, receiver->metaObject()->method(target)) ||
-        !QMetaObject::connect(sender, signal.index, receiver, target, type))
-        return false;
-    notifyConnected(sender, signal.method);
-    return true;
+    return signal.exists() && target >= 0 &&
+           QMetaObject::checkConnectArgs(signal.method, receiver->metaObject()->method(target)) &&
+           connectMethods(sender, signal.index, receiver, target, type);
 }
 
 bool disconnectFromMethod(QObject* sender, const QByteArray& signature, QObject* receiver, const QByteArray& method)
 {
     const SignalPlace signal(sender, signature);
     const int target = methodIndex(receiver, method);
-    if (!signal.exists() || target < 0 || !QMetaObject::disconnectOne(sender, signal.index, receiver, target))
-        return false;
-    notifyDisconnected(sender, signal.method);
-    return true;
+    return signal.exists() && target >= 0 && disconnectMethods(sender, signal.index, receiver, target);
 }
 
 bool connectToName(QObject* sender, const QByteArray& signature, PyObject* receiver, const QByteArray& name,
                    Qt::ConnectionType type)
 {
     const SignalPlace signal(sender, signature);
-    if (!signal.exists())
-        return false;
-    std::unique_ptr<SignalHub>& hub = ObjectLife::of(sender).hub;
-    if (!hub)
-        hub.reset(new SignalHub(sender));
-    if (!hub->connectSignal(signal.index, PythonCallable(receiver, name), parameterTypes(signal.method), type))
-        return false;
-    notifyConnected(sender, signal.method);
-    return true;
+    return signal.exists() && hubOf(sender).connectSignal(signal.index, PythonCallable(receiver, name),
+                                                          parameterTypes(signal.method), type);
 }
 
 bool disconnectAll(QObject* sender, const QByteArray& signature)
 {
     const SignalPlace signal(sender, signature);
-    if (!signal.exists() || !QMetaObject::disconnect(sender, signal.index, nullptr, -1))
+    const QPointer<QObject> guard(sender);
+    if (!signal.exists() || !disconnectMethods(sender, signal.index, nullptr, -1))
         return false;
-    if (const ObjectLife* const life = ObjectLife::find(sender))
-        if (life->hub)
-            life->hub->forgetSignal(signal.index);
-    notifyDisconnected(sender, signal.method);
+    const ObjectLife* const life = guard ? ObjectLife::find(sender) : nullptr;
+    if (life && life->hub)
+        life->hub->forgetSignal(signal.index);
     return true;
 }
 

@@ -51,13 +51,19 @@ QObject* threadContext()
     return &context;
 }
 
-// Where a call that is put off will be made: null for a thread that will never look for calls, as threads of Python's
-// own and programs without an application have no event loop. The application's then stands in, if there is one.
+// Threads of Python's own, and the main one of a program without an application, have no event loop and never look for
+// calls. A thread that Qt has not started itself is its own object's thread.
+bool looksForCalls(const QObject* context)
+{
+    QThread* const thread = context->thread();
+    return thread && (QAbstractEventDispatcher::instance(thread) || thread->thread() != thread);
+}
+
+// Where a call that is put off will be made: the application's thread stands in for one that does not look for calls.
+// Null where there is no application.
 QObject* waitingContext(QObject* context)
 {
-    if (context && QAbstractEventDispatcher::instance(context->thread()))
-        return context;
-    return QCoreApplication::instance();
+    return context && looksForCalls(context) ? context : QCoreApplication::instance();
 }
 
 } // namespace
@@ -156,6 +162,13 @@ void PythonSlot::call(QObject* sender, void** arguments)
         PyErr_Print();
 }
 
+namespace {
+
+// The number by which Qt calls a connection.
+int methodOf(int id) { return QObject::staticMetaObject.methodCount() + id; }
+
+} // namespace
+
 SignalHub::~SignalHub()
 {
     std::map<int, Connection> connections;
@@ -167,7 +180,6 @@ SignalHub::~SignalHub()
 
 bool SignalHub::connectSignal(int signal, PythonCallable callable, ValueTypes types, Qt::ConnectionType type)
 {
-    purge();
     auto slot = std::make_shared<PythonSlot>(std::move(callable), std::move(types), type);
     int id;
     {
@@ -175,11 +187,17 @@ bool SignalHub::connectSignal(int signal, PythonCallable callable, ValueTypes ty
         id = ++m_lastId;
         m_connections.emplace(id, Connection{signal, std::move(slot)});
     }
-    if (QMetaObject::connect(m_sender, signal, this, QObject::staticMetaObject.methodCount() + id,
-                             Qt::DirectConnection))
-        return true;
-    take(id);
-    return false;
+    const QPointer<SignalHub> guard(this);
+    bool isDone;
+    {
+        const Unlocked unlocked; // Qt tells the sender, which may run any code
+        isDone = static_cast<bool>(QMetaObject::connect(m_sender, signal, this, methodOf(id), Qt::DirectConnection));
+    }
+    if (!isDone && guard)
+        take(id);
+    if (guard)
+        purge();
+    return isDone;
 }
 
 int SignalHub::find(int signal, PyObject* callable) const
@@ -202,7 +220,8 @@ bool SignalHub::disconnectSignal(int signal, PyObject* callable)
     if (!slot)
         return false;
     slot->cut();
-    return QMetaObject::disconnect(m_sender, signal, this, QObject::staticMetaObject.methodCount() + id);
+    const Unlocked unlocked;
+    return QMetaObject::disconnect(m_sender, signal, this, methodOf(id));
 }
 
 void SignalHub::forgetSignal(int signal)
@@ -225,11 +244,14 @@ void SignalHub::purge()
     for (const auto& entry : m_connections)
         if (entry.second.slot->isDead())
             dead.emplace_back(entry.first, entry.second.signal);
-    for (const auto& [id, signal] : dead) {
-        const std::shared_ptr<PythonSlot> slot = take(id);
-        QMetaObject::disconnect(m_sender, signal, this, QObject::staticMetaObject.methodCount() + id);
-    }
+    for (const auto& each : dead)
+        take(each.first);
     m_purgeSize = std::max<std::size_t>(16, 2 * m_connections.size());
+    const QPointer<SignalHub> guard(this);
+    const Unlocked unlocked;
+    for (const auto& [id, signal] : dead)
+        if (guard)
+            QMetaObject::disconnect(m_sender, signal, this, methodOf(id));
 }
 
 std::shared_ptr<PythonSlot> SignalHub::slot(int id) const

@@ -1,0 +1,124 @@
+# Who keeps whom, who deletes whom, and what is left of the other.
+import gc
+import sys
+import unittest
+import weakref
+
+import shiboken
+from PySide import QtCore
+from support import Case, application
+
+
+class Own(QtCore.QObject):
+    pass
+
+
+class Lives(Case):
+    def test_last_reference(self):
+        ends = []
+        o = Own()
+        o.destroyed.connect(lambda: ends.append(1))
+        del o
+        self.assertEqual(ends, [1])
+
+    def test_parent_keeps_child(self):
+        parent = Own()
+        child = Own(parent)
+        child.note = 'kept'
+        alive = weakref.ref(child)
+        del child
+        gc.collect()
+        self.assertEqual(parent.children()[0].note, 'kept')
+        child = parent.children()[0]
+        del parent
+        self.assertDeleted('Own', child.objectName)
+        del child
+        self.assertIsNone(alive())
+
+    def test_delete_later(self):
+        o, kept = Own(), []
+        o.destroyed.connect(lambda: kept.append('destroyed'))
+        o.deleteLater()
+        self.assertTrue(shiboken.isValid(o))
+        application.sendPostedEvents(None, 52)
+        self.assertEqual(kept, ['destroyed'])
+        self.assertDeleted('Own', o.objectName)
+        self.assertFalse(shiboken.ownedByPython(o))
+        shiboken.delete(Own())
+        Own().deleteLater()  # the wrapper object goes first
+        application.sendPostedEvents(None, 52)
+
+    def test_dead_objects_as_arguments(self):
+        dead, o = Own(), Own()
+        shiboken.delete(dead)
+        for call in (lambda: o.setParent(dead), lambda: o.installEventFilter(dead), lambda: o.setProperty('x', dead),
+                     lambda: Own(dead), lambda: application.sendEvent(dead, QtCore.QEvent(QtCore.QEvent.User)),
+                     lambda: QtCore.QTimer.singleShot(1, dead, QtCore.SLOT('deleteLater()')), dead.children,
+                     lambda: dead.connect(QtCore.SIGNAL('destroyed()'), len)):
+            self.assertDeleted('Own', call)
+        self.assertEqual((bool(dead), dead == dead, shiboken.isValid(dead)), (True, True, False))
+        self.assertFails(AttributeError, "'PySide.QtCore.Signal' object has no attribute 'connect'",
+                         lambda: dead.objectNameChanged.connect)
+
+    def test_destroyed_gives_the_object(self):
+        got = []
+        o = QtCore.QTimer()
+        o.destroyed[QtCore.QObject].connect(lambda gone: got.append(gone))
+        o.start(1000)
+        del o
+        self.assertEqual(len(got), 1)
+        self.assertFalse(shiboken.isValid(got[0]))
+
+    def test_variants_do_not_keep(self):
+        holder, held = Own(), Own()
+        holder.setProperty('held', held)
+        holder.setProperty('list', [held, {'a': held}])
+        self.assertIs(holder.property('held'), held)
+        self.assertEqual(holder.property('list'), [held, {u'a': held}])
+        del held
+        self.assertIsNone(holder.property('held'))
+        self.assertEqual(holder.property('list'), [None, {u'a': None}])
+        thing = Own
+        count = sys.getrefcount(thing)
+        holder.setProperty('thing', thing)
+        self.assertEqual(sys.getrefcount(thing), count + 1)
+        holder.setProperty('thing', None)
+        self.assertEqual(sys.getrefcount(thing), count)
+
+    def test_nothing_is_left_behind(self):
+        def work():
+            parent = Own()
+            child = Own(parent)
+            child.setParent(None)
+            child.setParent(parent)
+            parent.children(), parent.findChildren(Own), child.parent()
+            parent.setProperty('x', [1, {'a': parent}, 2L, 2.5, u'x', object()])
+            parent.property('x')
+            child.destroyed.connect(lambda: None)
+            timer = QtCore.QTimer(parent)
+            timer.timeout.connect(child.deleteLater)
+            event = QtCore.QEvent(QtCore.QEvent.User)
+            application.sendEvent(parent, event)
+            application.postEvent(child, event)
+            application.sendPostedEvents()
+            parent.cycle = parent
+        self.assertNoLeak(work)
+
+    def test_classes_go_too(self):
+        class Declared(QtCore.QObject):
+            signal = QtCore.Signal(int)
+
+            @QtCore.Slot(int)
+            def slot(self, value):
+                pass
+        o = Declared()
+        o.signal.connect(o.slot)
+        o.signal.emit(1)
+        alive = weakref.ref(Declared)
+        del o, Declared
+        gc.collect()
+        self.assertIsNone(alive())
+
+
+if __name__ == '__main__':
+    unittest.main()

@@ -1,0 +1,167 @@
+# QObject's own methods, its constructors, and what is refused.
+import unittest
+
+import shiboken
+from PySide import QtCore
+from support import Case, application
+
+
+class Named(QtCore.QObject):
+    def __init__(self, name, parent=None):
+        QtCore.QObject.__init__(self, parent)
+        self.setObjectName(name)
+
+
+class Objects(Case):
+    def test_constructor(self):
+        parent = QtCore.QObject(objectName='parent')
+        self.assertEqual(parent.objectName(), u'parent')
+        self.assertIs(QtCore.QObject(parent=parent).parent(), parent)
+        self.assertIsNone(QtCore.QObject(None).parent())
+        name = 'PySide.QtCore.QObject'
+        for error, text, arguments, keywords in (
+                (TypeError, "QObject() takes at most 1 argument (2 given)", (parent, 5), {}),
+                (TypeError, "'%s' called with wrong argument types:" % name, ('x',), {}),
+                (TypeError, "%s(): got multiple values for keyword argument 'parent'." % name, (parent,),
+                 {'parent': parent}),
+                (AttributeError, "'foo()' is not a Qt property or a signal", (), {'foo': 5})):
+            self.assertFails(error, text, QtCore.QObject, *arguments, **keywords)
+        called = []
+        QtCore.QObject(destroyed=lambda: called.append(1))
+        self.assertEqual(called, [1])
+
+        class Grand(Named):
+            def __init__(self):
+                pass
+
+        class Wrong(QtCore.QTimer):
+            def __init__(self):
+                QtCore.QObject.__init__(self)
+        self.assertFails(TypeError, "PySide.QtCore.QObject isn't a direct base class of Wrong", Wrong)
+        self.assertFails(RuntimeError, "'__init__' method of object's base class (Grand) not called.",
+                         Grand().objectName)
+        self.assertFails(RuntimeError, "You can't initialize an object twice!", parent.__init__)
+        self.assertEqual(parent.objectName(), u'parent')
+
+    def test_family(self):
+        root = Named('root')
+        branch, twig = Named('branch', root), QtCore.QTimer()
+        leaf = Named('leaf', branch)
+        twig.setParent(branch)
+        self.assertEqual(root.children(), [branch])
+        self.assertEqual(root.findChildren(QtCore.QObject), [branch, leaf, twig])
+        self.assertEqual(root.findChildren(Named, 'leaf'), [leaf])
+        self.assertIs(root.findChild(QtCore.QTimer), twig)
+        self.assertIsNone(root.findChild(QtCore.QTimer, 'none'))
+        self.assertRaises(TypeError, root.findChild, 5)
+        for ancestor in (root, branch):
+            self.assertFails(ValueError, 'a QObject cannot become its own ancestor', ancestor.setParent, leaf)
+        self.assertFails(ValueError, 'a QObject cannot become its own ancestor', root.setParent, root)
+        leaf.setParent(None)
+        self.assertTrue(shiboken.ownedByPython(leaf))
+        shiboken.delete(root)
+        self.assertEqual([shiboken.isValid(o) for o in (branch, twig, leaf)], [False, False, True])
+
+    def test_properties(self):
+        o = QtCore.QObject()
+        self.assertEqual(o.dynamicPropertyNames(), [])
+        self.assertIs(o.setProperty('own', 5), False)
+        self.assertIs(o.setProperty('objectName', 5), True)
+        self.assertEqual((o.property('own'), o.objectName(), o.property('none')), (5, u'5', None))
+        self.assertEqual([str(name) for name in o.dynamicPropertyNames()], ['own'])
+        o.setProperty('own', None)
+        self.assertEqual(o.dynamicPropertyNames(), [])
+        for call in (lambda: o.setProperty(u'x', 1), lambda: o.property(u'x'), lambda: o.inherits(u'QObject')):
+            self.assertRaises(TypeError, call)
+
+        class Own(QtCore.QObject):
+            _level = 1
+            changed = QtCore.Signal()
+
+            def level(self):
+                return self._level
+
+            def set_level(self, level):
+                self._level = level
+            level = QtCore.Property(int, level, set_level, notify=changed)
+
+            @QtCore.Property(str)
+            def fixed(self):
+                return 'fixed'
+        own = Own(level=4)
+        self.assertEqual((own.level, own.fixed), (4, 'fixed'))
+        own.level = 5
+        self.assertEqual(own._level, 5)
+        self.assertFails(AttributeError, 'Attibute read only', setattr, own, 'fixed', 'x')
+
+    def test_arity(self):
+        o = QtCore.QObject()
+        for text, call in (
+                ('objectName() takes no arguments (1 given)', lambda: o.objectName(1)),
+                ('setProperty expected 2 arguments, got 1', lambda: o.setProperty('x')),
+                ('startTimer() takes no keyword arguments', lambda: o.startTimer(interval=5)),
+                ('PySide.QtCore.QObject.findChild(): not enough arguments', lambda: o.findChild()),
+                ('PySide.QtCore.QTimer.start(): too many arguments', lambda: QtCore.QTimer().start(1, 2)),
+                ('singleShot expected at least 2 arguments, got 0', lambda: QtCore.QTimer.singleShot()),
+                ("descriptor 'objectName' requires a 'PySide.QtCore.QObject' object but received a 'int'",
+                 lambda: QtCore.QObject.objectName(5))):
+            self.assertFails(TypeError, text, call)
+
+    def test_others(self):
+        o = QtCore.QObject()
+        self.assertEqual((o.blockSignals(True), o.signalsBlocked(), o.blockSignals(False)), (False, True, True))
+        self.assertEqual((o.inherits('QObject'), o.inherits('QTimer')), (True, False))
+        self.assertEqual((o.tr('text'), o.receivers(QtCore.SIGNAL('destroyed()'))), (u'text', 0))
+        self.assertEqual(o.thread(), application.thread())
+        self.assertFails(TypeError, "cannot create 'PySide.QtCore.Qt' instances", QtCore.Qt)
+        self.assertFails(RuntimeError, 'A QCoreApplication instance already exists.', QtCore.QCoreApplication, [])
+        self.assertEqual(application.argv(), [u'tests'])
+        self.assertIs(QtCore.QCoreApplication.instance(), application)
+
+    def test_byte_arrays(self):
+        b = QtCore.QByteArray('a\0b')
+        self.assertEqual((len(b), str(b), b[1], b.data(), repr(b)),
+                         (3, 'a\0b', '\0', 'a\0b', "PySide.QtCore.QByteArray('a\\x00b')"))
+        self.assertEqual((b, b, QtCore.QByteArray()), ('a\0b', QtCore.QByteArray(b), bytearray()))
+        self.assertTrue(b < 'b' and b != 5 and b + 'c' == 'a\0bc' and 'c' + b == 'ca\0b')
+        self.assertEqual(str(b.append('c').toHex()), '61006263')
+        self.assertEqual(QtCore.QByteArray.fromHex('6162'), 'ab')
+        self.assertEqual([c for c in QtCore.QByteArray(3, 'x')], ['x', 'x', 'x'])
+        self.assertRaises(IndexError, lambda: b[9])
+        self.assertRaises(TypeError, QtCore.QByteArray, u'x')
+        self.assertFails(NotImplementedError, 'operator not implemented.', lambda: b < 5)
+
+
+class Modules(Case):
+    def test_versions(self):
+        import PySide
+        from PySide import QtGui
+        self.assertEqual((PySide.__version__, QtCore.__version__), ('1.2.4', QtCore.qVersion()))
+        self.assertTrue(QtGui)
+
+    def test_end_of_the_process(self):
+        code, out, error = self.run_script('''
+from PySide import QtCore
+import atexit, threading
+app = QtCore.QCoreApplication([])
+def say(text): print text
+class Own(QtCore.QObject):
+    def event(self, e): return QtCore.QObject.event(self, e)
+    def __del__(self): print 'gone'
+kept = Own(app)
+loose = Own()
+loose.cycle = loose
+loose.destroyed.connect(lambda: say('never'))
+timer = QtCore.QTimer()
+timer.timeout.connect(lambda: app.quit())
+timer.start(1)
+app.exec_()
+timer.start(0)
+atexit.register(say, 'exit')
+''')
+        self.assertEqual((code, error), (0, ''))
+        self.assertEqual(sorted(out.split()), ['exit', 'gone'] if out.count('gone') == 1 else ['exit', 'gone', 'gone'])
+
+
+if __name__ == '__main__':
+    unittest.main()

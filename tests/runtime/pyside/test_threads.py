@@ -1,0 +1,200 @@
+# Signals and events across threads. A test that fails to end is stopped by ctest, and has found a deadlock.
+import gc
+import threading
+import unittest
+
+import shiboken
+from nodes import Node
+from PySide import QtCore
+from support import Case, application
+
+
+def here():
+    return threading.current_thread().ident
+
+
+class Threads(Case):
+    def test_emission_from_a_library_thread(self):
+        node, got = Node(), []
+        node.levelChanged.connect(lambda value: got.append((here(), value)), QtCore.Qt.DirectConnection)
+        node.emitFromThread(3)
+        self.assertEqual([value for _, value in got], [0, 1, 2])
+        self.assertNotIn(here(), [ident for ident, _ in got])
+        node.levelChanged.disconnect()
+
+        del got[:]
+        node.levelChanged.connect(lambda value: got.append((here(), value)))
+        node.emitFromThread(3)
+        self.assertEqual(got, [])
+        self.wait_until(lambda: len(got) == 3)
+        self.assertEqual(got, [(here(), 0), (here(), 1), (here(), 2)])
+
+    def test_blocking_connections(self):
+        node, got = Node(), []
+        node.named.connect(lambda name, place: got.append((here(), place)), QtCore.Qt.BlockingQueuedConnection)
+        node.startEmitting(3)
+        self.wait_until(lambda: len(got) == 3)
+        node.finishEmitting()
+        self.assertEqual(got, [(here(), 0), (here(), 1), (here(), 2)])
+        node.named.emit('same thread', 4)  # must not wait for itself
+        self.assertEqual(got[3], (here(), 4))
+
+    def test_queued_connections_in_one_thread(self):
+        node, got = Node(), []
+        node.related.connect(lambda other: got.append(other), QtCore.Qt.QueuedConnection)
+        gone = QtCore.QObject()
+        node.related.emit(gone)
+        node.related.emit(node)
+        shiboken.delete(gone)
+        self.assertEqual(got, [])
+        application.processEvents()
+        self.assertEqual(got, [None, node])
+
+        note = lambda other: got.append('late')
+        node.related.connect(note, QtCore.Qt.QueuedConnection)
+        node.related.emit(None)
+        node.related.disconnect()
+        application.processEvents()
+        self.assertEqual(len(got), 2)
+
+    def test_sender_gone_before_delivery(self):
+        node, got = Node(), []
+        node.fired.connect(lambda: got.append(1), QtCore.Qt.QueuedConnection)
+        node.fired.emit()
+        shiboken.delete(node)
+        application.processEvents()
+        self.assertEqual(got, [1])
+
+    def test_emission_while_connections_change(self):
+        node, got = Node(), []
+        node.named.connect(lambda *values: got.append(values), QtCore.Qt.DirectConnection)
+        node.startEmitting(300)
+        for _ in range(100):
+            function = lambda *values: None
+            node.named.connect(function, QtCore.Qt.DirectConnection)
+            node.named.disconnect(function)
+        node.finishEmitting()
+        self.assertEqual(len(got), 300)
+
+    def test_no_event_loop_to_wait_for(self):
+        node, got = Node(), []
+
+        def work():
+            node.fired.connect(lambda: got.append(here()))
+            node.fired.emit()
+        thread = threading.Thread(target=work)
+        thread.start()
+        thread.join()
+        self.assertEqual(got, [thread.ident])
+        code, out, _ = self.run_script('''
+import sys
+sys.path[:0] = %r
+from nodes import Node
+node = Node()
+def say(value): print value
+node.levelChanged.connect(say)
+node.emitFromThread(2)
+''' % __import__('sys').path)
+        self.assertEqual((code, out), (0, '0\n1\n'))
+
+    def test_qthreads(self):
+        class Worker(QtCore.QThread):
+            result = QtCore.Signal(object)
+
+            def run(self):
+                self.ident = here()
+                self.result.emit({'made in': here()})
+
+        got = []
+        worker = Worker()
+        worker.result.connect(lambda value: got.append((here(), value)))
+        worker.start()
+        self.assertTrue(worker.wait())
+        self.wait_until(lambda: got)
+        self.assertEqual(got, [(here(), {'made in': worker.ident})])
+        self.assertNotEqual(worker.ident, here())
+
+        class Failing(QtCore.QThread):
+            def run(self):
+                raise ValueError
+        code, _, error = self.run_script('''
+from PySide import QtCore
+class Failing(QtCore.QThread):
+    def run(self): raise ValueError('in a thread')
+f = Failing()
+f.start()
+f.wait()
+''')
+        self.assertEqual(code, 0)
+        self.assertIn('ValueError: in a thread', error)
+
+    def test_objects_in_other_threads(self):
+        class Worker(QtCore.QObject):
+            asked = QtCore.Signal(int)
+            answered = QtCore.Signal(int, object)
+
+            def work(self, value):
+                self.answered.emit(value * value, here())
+
+        thread, worker, got = QtCore.QThread(), Worker(), []
+        worker.moveToThread(thread)
+        worker.asked.connect(worker.work)
+        worker.answered.connect(lambda value, ident: got.append((value, ident != here())))
+        thread.start()
+        for value in range(3):
+            worker.asked.emit(value)
+        self.wait_until(lambda: len(got) == 3)
+        self.assertEqual(got, [(0, True), (1, True), (4, True)])
+        gone = []
+        worker.destroyed.connect(lambda: gone.append(1), QtCore.Qt.DirectConnection)
+        del worker
+        gc.collect()
+        self.wait_until(lambda: gone)
+        thread.quit()
+        self.assertTrue(thread.wait())
+        self.assertFails(RuntimeError, "a QObject's parent must live in the same thread", in_thread,
+                         lambda: QtCore.QObject().setParent(application))
+
+    def test_running_thread_that_is_dropped(self):
+        thread = QtCore.QThread()
+        thread.start()
+        del thread
+
+    def test_python_runs_while_qt_works(self):
+        done = threading.Event()
+        threading.Thread(target=done.set).start()
+        timer = QtCore.QTimer()
+        timer.timeout.connect(lambda: done.is_set() and application.quit())
+        timer.start(0)
+        self.assertEqual(application.exec_(), 0)
+        QtCore.QThread.msleep(1)
+
+    def test_events_from_threads(self):
+        class Receiver(QtCore.QObject):
+            def customEvent(self, event):
+                got.append((here(), int(event.type())))
+        receiver, got = Receiver(), []
+        in_thread(lambda: application.postEvent(receiver, QtCore.QEvent(QtCore.QEvent.User)))
+        self.wait_until(lambda: got)
+        in_thread(lambda: application.sendPostedEvents(None, 0))
+        self.assertEqual(got, [(here(), 1000)])
+
+
+def in_thread(function):
+    """Its exception is the caller's."""
+    errors = []
+
+    def run():
+        try:
+            function()
+        except Exception as error:
+            errors.append(error)
+    thread = threading.Thread(target=run)
+    thread.start()
+    thread.join()
+    if errors:
+        raise errors[0]
+
+
+if __name__ == '__main__':
+    unittest.main()
