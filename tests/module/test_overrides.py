@@ -81,6 +81,14 @@ class IsNull(ModuleTest):
             self.assertIs(bool(one), False)
             self.assertIs(recording.is_null(second_extension.number_of(one)), True)
 
+    def test_with_an_error_pending_nothing_is_called(self):
+        one, known = self.of("Layer", lambda self: True)
+        self.assertIs(recording.is_null(known, False, True), False)
+        watcher = subclass("ProgressWatcher", event=lambda self, event: 1 / 0)()
+        self.assertIs(recording.send(number(watcher), TIMER, False, True), False)
+        watcher = subclass("ProgressWatcher")()  # not even Qt's own
+        self.assertIs(recording.send(number(watcher), TIMER, False, True), False)
+
     def test_points_have_no_such_method(self):
         for name in set(HANDLES) - set(OVERRIDABLE):
             self.assertFalse(hasattr(make(name), "isNull"))

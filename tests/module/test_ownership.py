@@ -232,6 +232,30 @@ class Validity(ModuleTest):
             return
         self.raises(RuntimeError, None, lambda: bare.progress_watcher)
 
+    def test_bare_objects_and_cycles(self):
+        for name in sorted(CLASSES):
+            bare = getattr(vp, name).__new__(getattr(vp, name))
+            member = [row[0] for row in CLASSES[name].properties + CLASSES[name].methods]
+            member = member or ["objectName" if CLASSES[name].base == "QObject" else "progress_watcher"]
+            self.raises(RuntimeError, None, lambda: getattr(bare, member[0])())
+        clip = vp.Clip(u"f")
+        clip.me, watch, alive = clip, weakref.ref(clip), recording.counts("Clip")["alive"]
+        del clip
+        gc.collect()
+        self.assertIs(watch(), None)
+        self.assertEqual(recording.counts("Clip")["alive"], alive - 1)
+
+    def test_every_class_can_be_subclassed_beside_a_plain_one(self):
+        class Plain(object):
+            note = u"mine"
+
+        for name in sorted(set(CLASSES) - {"RenderOperation"}):
+            cls = type("Mine", (getattr(vp, name), Plain), {})
+            copied = CLASSES[name].constructor == "copy"
+            one = cls(make(name)) if copied else cls(u"f") if name in ("Clip", "Project") else cls()
+            self.assertEqual(one.note, u"mine")
+            self.assertTrue(shiboken.isValid(one))
+
     def test_threads_may_drop_objects(self):
         project = vp.Project(u"f")
         recording.returns("Project.get_layers", range(1, 50))

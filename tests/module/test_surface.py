@@ -195,6 +195,9 @@ class Arguments(ModuleTest):
             ("ProgressWatcher(None, parent=None)", "ProgressWatcher", None, "parent"),
             ("StreamInfo(u'/a', path=u'/b')", "StreamInfo", None, "path"),
             ("StreamInfo(u'', u'', u'', 1, 2, end_frame=2)", "StreamInfo", None, "end_frame"),
+            # The parameters' order decides which of several mistakes is told.
+            ("a.relink(u'', path=u'', prefix=5)", "Clip", "relink", "path"),
+            ("a.relink(u'', u'', start_frame=1, prefix=u'', end_frame='x')", "Clip", "relink", "prefix"),
             ("ViewInfo(u'L', u'L', color=(0, 0, 0))", None, None, None),
             ("BezierControlPointData(True, active=False)", "BezierControlPointData", None, "active"),
             ("BezierControlPointData(True, True, 1.0, x=1.0)", "BezierControlPointData", None, "x"),
@@ -220,6 +223,9 @@ class Arguments(ModuleTest):
             ("a.relink('p', 5)", "Clip", "relink", "str, int"),
             ("a.relink(StreamInfo(), 'x')", "Clip", "relink", "vireo.project.StreamInfo, str"),
             ("a.relink(view='x')", "Clip", "relink", ""),
+            ("a.relink(5, path=u'')", "Clip", "relink", "int"),
+            ("a.get_bounding_rect('x', time=1.0)", "BezierContour", "get_bounding_rect", "str"),
+            ("a.track_layers(views=5, start_index='x')", "Project", "track_layers", ""),
             ("a.relink(None, None, None, None)", "Clip", "relink", "NoneType, NoneType, NoneType, NoneType"),
             ("a.apply(None)", "Clip", "apply", "NoneType"),
             ("a.get_info(None)", "Clip", "get_info", "NoneType"),
@@ -351,6 +357,8 @@ class TypeSlots(ModuleTest):
             self.assertEqual([call for call in recording.calls() if call[0] in ("View.==", "View.<")],
                              [("View.==", 3, plain), ("View.<", 3, plain)])
         self.assertIs(view == 3L, False)
+        # An integer that is no view's id leaves the comparison without an answer.
+        self.raises(NotImplementedError, "operator not implemented.", lambda: view == 2 ** 31)
         self.raises(NotImplementedError, "operator not implemented.", lambda: view < "3")
         self.assertEqual([one.id for one in sorted([vp.View(2), vp.View(0), vp.View(1)])], [0, 1, 2])
         self.assertEqual(len({vp.View(1), vp.View(1), vp.View(2)}), 2)

@@ -211,9 +211,30 @@ PyObject* destroyObject(const List& arguments)
     return none();
 }
 
+// While one lives that was asked for, this thread has a Python error pending.
+class Pending
+{
+public:
+    explicit Pending(const Value& asked) : m_asked(made<bool>(asked))
+    {
+        if (m_asked)
+            PyErr_SetString(PyExc_ValueError, "pending");
+    }
+    ~Pending()
+    {
+        if (m_asked)
+            PyErr_Clear();
+    }
+
+private:
+    const bool m_asked;
+};
+
+// is_null(object, on another thread, with an error pending)
 PyObject* askNull(const List& arguments)
 {
     bool null = false;
+    const Pending pending(optionalArgument(arguments, 2));
     unlocked(made<bool>(optionalArgument(arguments, 1)), [&] { null = isNull(object(arguments)); });
     return PyBool_FromLong(null);
 }
@@ -249,12 +270,13 @@ PyObject* sendThrough(const List& arguments)
     return PyBool_FromLong(handled);
 }
 
-// send(object, event type, on another thread): without an application.
+// send(object, event type, on another thread, with an error pending): without an application.
 PyObject* sendEvent(const List& arguments)
 {
     QObject* const receiver = qobject(object(arguments));
     const auto type = static_cast<QEvent::Type>(object(arguments, 1));
     bool handled = false;
+    const Pending pending(optionalArgument(arguments, 3));
     unlocked(made<bool>(optionalArgument(arguments, 2)), [&] {
         QEvent plainEvent(type);
         QTimerEvent timerEvent(5);
