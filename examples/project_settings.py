@@ -23,7 +23,7 @@ def main():
     try:
         project = open_project()
         changes = []
-        project.settingChanged.connect(changes.append)
+        project.settingChanged.connect(lambda name: changes.append(name))
 
         step = project.undo_group()
         with step:
