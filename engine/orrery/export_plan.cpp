@@ -1,6 +1,8 @@
 // Checks of export arguments.
 
 #include <QSet>
+#include <algorithm>
+#include <fundo/fs_percent_escaped_string.h>
 #include <orrery/export_plan.h>
 #include <orrery/handle_access.h>
 #include <orrery/message.h>
@@ -26,6 +28,12 @@ void requireFormat(const QString& suffix)
             return;
     raise<STRM_BadArgument>(
         text("suffix: %1 names no format that can be written: .png, .exr, .jpg, .tif or .dpx", quoted(suffix)));
+}
+
+// Views may be called anything.
+QString fileNamePart(const QString& abbreviation)
+{
+    return Fundo::FSPercentEscapedString(abbreviation, Fundo::FSPercentEscapedString::ThisSystem);
 }
 
 } // namespace
@@ -59,7 +67,7 @@ ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount
     for (ExportedView& view : views) {
         QString prefix = arguments.prefix;
         if (arguments.separateStreams)
-            prefix.prepend(QString(arguments.viewFormat).replace(QLatin1String("%v"), view.abbreviation));
+            prefix.prepend(QString(arguments.viewFormat).replace(QLatin1String("%v"), fileNamePart(view.abbreviation)));
         requireNamePart("view_format", prefix);
         if (prefixes.contains(prefix))
             raise<STRM_BadArgument>(

@@ -298,11 +298,11 @@ TEST_F(ExportingShapes, AnInnerContourIsAHoleAndTheTrackMovesBoth)
 
 TEST_F(ExportingShapes, ViewsAreWrittenApart)
 {
-    project->set_views({ViewInfo("Left", "L", {1, 0, 0}), ViewInfo("Right", "R", {0, 1, 0})});
+    project->set_views({ViewInfo("Left", "L", {1, 0, 0}), ViewInfo("Right", "R/2", {0, 1, 0})});
     addPolygon(*project, "layer", square(10, 10, 30, 30));
     const auto clip = shapes({}, Grayscale, {}, true);
-    EXPECT_EQ(output.files(), (QStringList{"L_m.0.png", "L_m.1.png", "R_m.0.png", "R_m.1.png"}));
-    EXPECT_EQ(clip->get_info(View(1)).get_prefix(), QString("R_m."));
+    EXPECT_EQ(output.files(), (QStringList{"L_m.0.png", "L_m.1.png", "R%2F2_m.0.png", "R%2F2_m.1.png"}));
+    EXPECT_EQ(clip->get_info(View(1)).get_prefix(), QString("R%2F2_m."));
     EXPECT_EQ(clip->get_views().size(), 2);
 }
 
