@@ -61,7 +61,7 @@ void Clip::Data::change(const std::function<void(ClipState&)>& function, const S
         return;
     Stratum::Notices all = notices;
     if (!(next.color == model->state.color))
-        all.add(Stratum::Notices::other([this] { showColor(); }));
+        all.add(whileAlive([this] { showColor(); }));
     edit.perform(model->stateChange(std::move(next), std::move(all)));
     edit.commit();
 }
@@ -72,14 +72,22 @@ ClipState Clip::Data::state() const
     return model->state;
 }
 
+Stratum::Notices Clip::Data::whileAlive(std::function<void()> call)
+{
+    return Stratum::Notices::other([alive = std::weak_ptr<bool>(m_alive), call = std::move(call)] {
+        if (alive.lock())
+            call();
+    });
+}
+
 Stratum::Notices Clip::Data::settingChanged(const char* property)
 {
-    return Stratum::Notices::other([this, property] { emit clip.settingChanged(QString::fromLatin1(property)); });
+    return whileAlive([this, property] { emit clip.settingChanged(QString::fromLatin1(property)); });
 }
 
 Stratum::Notices Clip::Data::streamsChanged()
 {
-    return Stratum::Notices::other([this] { emit clip.streamsChanged(); });
+    return whileAlive([this] { emit clip.streamsChanged(); });
 }
 
 void Clip::Data::announce(const Stratum::Notices& notices)

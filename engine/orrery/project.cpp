@@ -1,4 +1,5 @@
 // A project's own settings, its life and its signals.
+#include "clip_link.h"
 #include "undo_group_data.h"
 
 #include <QDir>
@@ -112,7 +113,8 @@ void cutToLength(Stratum::Settings& settings, unsigned int length)
 // ---- The data ----
 
 Project::Data::Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager)
-    : project(project), manager(std::move(manager)), progressWatcher(new ProgressWatcher(&project))
+    : project(project), manager(std::move(manager)), progressWatcher(new ProgressWatcher(&project)),
+      m_clipLink(std::make_unique<ClipLink>([this](QObject* clip) { forgetClip(clip); }))
 {
     const auto clips = boost::make_shared<ClipsBranch>(*this->manager);
     this->manager->parameters().addBranch(QString::fromLatin1("clips"), clips.get());
@@ -124,12 +126,43 @@ Project::Data::~Data()
 {
     manager->close();
     manager->setListener(nullptr);
-    std::vector<std::unique_ptr<Clip>> going;
+    std::vector<std::shared_ptr<Clip*>> going;
     {
         const Stratum::Reading lock(*manager);
         manager->clips.clear();
         going.swap(allClips);
     }
+    for (const auto& clip : going) {
+        if (!*clip)
+            continue;
+        m_clipLink->detach(*clip);
+        delete *clip;
+    }
+}
+
+void Project::Data::ownClip(std::unique_ptr<Clip> clip)
+{
+    allClips.push_back(std::make_shared<Clip*>(nullptr));
+    m_clipLink->attach(clip.get());
+    *allClips.back() = clip.release();
+}
+
+// Of the clip only the QObject is left: it is compared, not used.
+void Project::Data::forgetClip(QObject* clip)
+{
+    Notices notices;
+    {
+        const Stratum::Reading lock(*manager);
+        const auto isIt = [clip](Clip* other) { return static_cast<QObject*>(other) == clip; };
+        for (const auto& owned : allClips)
+            if (isIt(*owned))
+                *owned = nullptr;
+        std::vector<Clip*>& clips = manager->clips;
+        const auto end = std::remove_if(clips.begin(), clips.end(), isIt);
+        notices.clips = end != clips.end();
+        clips.erase(end, clips.end());
+    }
+    announce(notices);
 }
 
 void Project::Data::announce(const Notices& notices)

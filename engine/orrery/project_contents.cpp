@@ -34,13 +34,21 @@ Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Cli
 {
     std::vector<Clip*>& clips = project.manager->clips;
     renameNewClip(*clip, freeClipName(*project.manager, lockedName(*clip)));
-    Clip* const adopted = clip.get();
-    project.allClips.push_back(std::move(clip));
+    project.ownClip(std::move(clip));
+    const std::shared_ptr<Clip*> adopted = project.allClips.back();
     Stratum::Notices notices;
     notices.clips = true;
-    edit.perform(
-        Stratum::change([&clips, adopted] { clips.push_back(adopted); }, [&clips] { clips.pop_back(); }, notices));
-    return adopted;
+    edit.perform(Stratum::change(
+        [&clips, adopted] {
+            if (*adopted)
+                clips.push_back(*adopted);
+        },
+        [&clips, adopted] {
+            if (*adopted)
+                clips.erase(std::find(clips.begin(), clips.end(), *adopted));
+        },
+        notices));
+    return *adopted;
 }
 
 } // namespace orrery

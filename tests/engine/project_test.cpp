@@ -311,6 +311,32 @@ TEST(Project, TakesItsSettingsFromAClip)
     EXPECT_EQ(Project(nullptr, NotInterlaced, nullptr).get_default_trackable_clip(), nullptr);
 }
 
+TEST(Project, LivesOnWithoutAClipThatSomebodyElseDestroyed)
+{
+    auto project = emptyProject();
+    Clip clip(QString(), "plate", false, 8, 8, 8, nullptr);
+    UndoGroup group = project->undo_group();
+    group.begin();
+    Clip* const first = project->add_clip(&clip, "first");
+    Clip* const second = project->add_clip(&clip, "second");
+    second->set_frame_rate(25);
+    Layer layer = project->add_layer(second, "layer", 0, 0);
+    Parameter parameter = second->parameter_set(QStringList()).get_parameters().at(0);
+    group.commit();
+    QObject parent;
+    first->setParent(&parent);
+    delete second;
+    EXPECT_EQ(layer.tracking_input_clip(false), nullptr);
+    EXPECT_EQ(project->get_clips().size(), 1);
+    EXPECT_TRUE(parameter.isNull());
+    group.undo();
+    group.redo();
+    EXPECT_EQ(project->get_clips().size(), 1);
+    documentOf(*project);
+    project.reset(); // and so goes the clip, whatever its parent is
+    EXPECT_TRUE(parent.children().isEmpty());
+}
+
 TEST(Project, IsCurrentUntilItGoes)
 {
     auto project = emptyProject();

@@ -185,22 +185,30 @@ TEST(Saving, AKilledSaveLeavesAWholeFile)
     std::mt19937 random(12);
     int seconds = 0;
     for (int round = 0; round < 40; ++round) {
+        int saves[2];
+        ASSERT_EQ(::pipe(saves), 0);
         const pid_t child = ::fork();
         if (child == 0) {
             try {
-                for (;;) {
+                for (const char done = 1;;) {
                     second->save_as(file);
+                    if (::write(saves[1], &done, 1) != 1)
+                        ::_exit(2);
                     first->save_as(file);
                 }
             } catch (...) {
                 ::_exit(1);
             }
         }
-        ::usleep(1000 + random() % 20000);
+        char done;
+        ASSERT_EQ(::read(saves[0], &done, 1), 1);
+        ::usleep(static_cast<useconds_t>(random() % 8000));
         ::kill(child, SIGKILL);
         int status = 0;
         ::waitpid(child, &status, 0);
         ASSERT_TRUE(WIFSIGNALED(status));
+        ::close(saves[0]);
+        ::close(saves[1]);
         Project loaded(file, nullptr);
         const bool isSecond = loaded.get_notes() == second->get_notes();
         seconds += isSecond;

@@ -58,12 +58,15 @@ struct Clip::Data : Stratum::Listener
     QString foundIn;
 
 private:
+    // Called as long as the clip is there: its history outlives one that a script destroys.
+    Stratum::Notices whileAlive(std::function<void()> call);
     ColorParameters* exchange(ColorParameters* parameters);
     void destroy(ColorParameters* parameters); // null: nothing
 
     const std::unique_ptr<orrery::ColorLink> m_colorLink;
     std::mutex m_colorMutex; // guards the pointer; nothing is called while it is held
     ColorParameters* m_color = nullptr;
+    const std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 
 namespace orrery {

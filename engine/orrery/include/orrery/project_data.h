@@ -10,6 +10,10 @@
 #include <stratum/manager.h>
 #include <vector>
 
+namespace orrery {
+class ClipLink;
+}
+
 struct Project::Data : Stratum::Listener
 {
     Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager);
@@ -23,12 +27,18 @@ struct Project::Data : Stratum::Listener
     // Guarded by the model lock.
     QString file;
     // Every clip that the project ever had: the undo history may bring it back. Those that it has now are
-    // manager->clips. Destroyed with the project, without a lock.
-    std::vector<std::unique_ptr<Clip>> allClips;
+    // manager->clips. Destroyed with the project, without a lock. A clip that somebody else destroyed is null.
+    std::vector<std::shared_ptr<Clip*>> allClips;
+    void ownClip(std::unique_ptr<Clip> clip); // with the lock held
 
     std::mutex saving;                // one save at a time; whoever holds it waits for nobody's interpreter
     std::atomic<bool> busy{false};    // tracking, rendering or an export runs
     ProgressWatcher* progressWatcher; // a child object of the project
+
+private:
+    void forgetClip(QObject* clip);
+
+    const std::unique_ptr<orrery::ClipLink> m_clipLink;
 };
 
 namespace orrery {
