@@ -1,4 +1,5 @@
-"""Every converter by its name, from another extension module: what it accepts, what it makes of it, and the way back."""
+"""Every converter by its name, from another extension module: what it accepts, what it makes of that, and the way
+back."""
 
 from support import *
 
@@ -108,7 +109,8 @@ FROM_PYTHON = {
     "QList<QByteArray>": [([QtCore.QByteArray("ab")], (u"ab",)), ([], ()), ([5], NO), (None, NO)],
     "QList<QString>": [([u"a", "b", None], (u"a", u"b", None)), ([5], NO)],
     "QList<QVariant>": [([1, u"a", None], ((u"int", 1), (u"QString", u"a"), (None, None))), (5, NO)],
-    "QHash<QString,Clip*>": [({u"a": CLIP}, ((u"a", number(CLIP)),)), ({}, ()), (Names(a=CLIP), ((u"a", number(CLIP)),)),
+    "QHash<QString,Clip*>": [({u"a": CLIP}, ((u"a", number(CLIP)),)), ({}, ()),
+                             (Names(a=CLIP), ((u"a", number(CLIP)),)),
                              ({u"a": None}, NO), ({5: CLIP}, NO), ([(u"a", CLIP)], NO), (None, NO)],
     "QMap<View,View>": [({2: 1, vp.View(0): vp.View(3)}, ((0, 3), (2, 1))), ({"x": 1}, NO), ([], NO)],
     "QMap<QString,QVariant>": [({u"b": 1, "a": True}, ((u"a", (u"bool", True)), (u"b", (u"int", 1)))), ({5: 1}, NO)],

@@ -140,8 +140,8 @@ def number_of(point):
 
 
 class Subscripts(ModuleTest):
-    """The set 1 has the subsets a (2) and x (3) and the parameters x (10) and p (11); a has the parameter b (12) and the
-    subset c (4), whose subset d is 5; one subset has no name at all."""
+    """The set 1 has the subsets a (2) and x (3) and the parameters x (10) and p (11); a has the parameter b (12) and
+    the subset c (4), whose subset d is 5; one subset has no name at all."""
 
     def setUp(self):
         super(Subscripts, self).setUp()
@@ -178,8 +178,8 @@ class Subscripts(ModuleTest):
             else:
                 self.fail("found")
 
-        self.each([("b",), ("A",), (["a", "x"],), (["a", "b", "c"],), (["p", "x"],), (5,), (None,), ({},), (1.5,), ("",),
-                   ("a c",), ([5],), ([["a"]],)], check)
+        self.each([("b",), ("A",), (["a", "x"],), (["a", "b", "c"],), (["p", "x"],), (5,), (None,), ({},), (1.5,),
+                   ("",), ("a c",), ([5],), ([["a"]],)], check)
 
     def test_subscripts_only(self):
         self.raises(TypeError, None, len, self.set)

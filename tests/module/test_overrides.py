@@ -61,8 +61,8 @@ class IsNull(ModuleTest):
                 one, known = self.of(name, lambda self: wrong)
                 with warned() as issued:
                     self.assertIs(bool(one), True)
-                self.assertEqual([(w.category, str(w.message)) for w in issued], [
-                    (RuntimeWarning, "Invalid return value in function %s.isNull, expected bool, got %s." % (name, kind))])
+                text = "Invalid return value in function %s.isNull, expected bool, got %s." % (name, kind)
+                self.assertEqual([(w.category, str(w.message)) for w in issued], [(RuntimeWarning, text)])
 
     def test_raised_errors_are_printed_and_count_as_not_null(self):
         def fails(self):

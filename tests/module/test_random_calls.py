@@ -1,6 +1,6 @@
-"""Everything with everything, in a child process: seeded calls on objects of every class, alive and dead, with arguments
-that fit and that do not, on a library that fails now and then. It must end without a crash. VIREO_SEED chooses other
-calls."""
+"""Everything with everything, in a child process: seeded calls on objects of every class, alive and dead, with
+arguments that fit and that do not, on a library that fails now and then. It must end without a crash. VIREO_SEED
+chooses other calls."""
 
 import os
 import random

@@ -52,8 +52,8 @@ class Names(ModuleTest):
         self.each([(name,) for name in CLASSES], check)
 
     def test_the_signals_of_the_library_are_there(self):
-        for name, signals in [("Project", "settingChanged viewsChanged clipsChanged layersChanged historyChanged saved"),
-                              ("Clip", "settingChanged streamsChanged"), ("ColorParameters", "propertyChanged"),
+        for name, signals in [("Project", "settingChanged viewsChanged clipsChanged layersChanged historyChanged "
+                                          "saved"), ("Clip", "settingChanged streamsChanged"), ("ColorParameters", "propertyChanged"),
                               ("ProgressWatcher", "started progressChanged finished cancelled cancelRequested")]:
             for signal in signals.split():
                 self.assertEqual(type(getattr(make(name), signal)).__name__, "SignalInstance")
@@ -218,7 +218,8 @@ class Arguments(ModuleTest):
     def test_later_arguments_and_keywords_are_tested_too(self):
         self.each([
             ("a.add_stream('p', View(1), 1, 'x')", "Clip", "add_stream", "str, vireo.project.View, int, str"),
-            ("a.add_stream('p', View(1), 1, 2, validate='x')", "Clip", "add_stream", "str, vireo.project.View, int, int"),
+            ("a.add_stream('p', View(1), 1, 2, validate='x')", "Clip", "add_stream",
+             "str, vireo.project.View, int, int"),
             ("a.add_stream('p', 1L, 1, 2)", "Clip", "add_stream", "str, long, int, int"),
             ("a.relink('p', 5)", "Clip", "relink", "str, int"),
             ("a.relink(StreamInfo(), 'x')", "Clip", "relink", "vireo.project.StreamInfo, str"),

@@ -5,13 +5,26 @@
 
 namespace recording {
 
-template <class Result, class... Arguments>
-Result call(const char* function, const Arguments&... arguments)
+// What was told, as whatever type the function has.
+class Answer
 {
-    const std::optional<Value> told = note(function, {plain(arguments)...});
-    const Silence silence;
-    if constexpr (!std::is_void_v<Result>)
-        return made<Result>(told.value_or(Value()));
+public:
+    explicit Answer(std::optional<Value> told) : m_told(std::move(told)) {}
+    template <class T>
+    operator T() const
+    {
+        const Silence silence;
+        return made<T>(m_told.value_or(Value()));
+    }
+
+private:
+    const std::optional<Value> m_told;
+};
+
+template <class... Arguments>
+Answer call(const char* function, const Arguments&... arguments)
+{
+    return Answer(note(function, {plain(arguments)...}));
 }
 
 // With an answer of its own while it was told none.

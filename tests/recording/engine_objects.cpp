@@ -89,7 +89,7 @@ void forgetEngine()
 
 boost::shared_ptr<Stratum::ControlPoint> EngineContour::pointByID(unsigned int id)
 {
-    call<void>("Contour.pointByID", number, id);
+    call("Contour.pointByID", number, id);
     return enginePoint(static_cast<int>(id), number, type());
 }
 
@@ -123,14 +123,14 @@ STRM_ErrorDetector::~STRM_ErrorDetector() = default;
 void STRM_ErrorDetector::reportAssertion(int reserved, const QString& file, int line, const QString& condition,
                                          const QString& message)
 {
-    call<void>("STRM_ErrorDetector.reportAssertion", reserved, file, line, condition, message);
+    call("STRM_ErrorDetector.reportAssertion", reserved, file, line, condition, message);
 }
 
-bool STRM_ErrorDetector::init() { return call<bool>("STRM_ErrorDetector.init"); }
+bool STRM_ErrorDetector::init() { return call("STRM_ErrorDetector.init"); }
 
 void STRM_ErrorDetector::setFullErrorDetection(bool full, bool fatal)
 {
-    call<void>("STRM_ErrorDetector.setFullErrorDetection", full, fatal);
+    call("STRM_ErrorDetector.setFullErrorDetection", full, fatal);
 }
 
 STRM_ErrorDetector* STRM_ErrorDetector::instance()

@@ -21,12 +21,12 @@ void invalidateWrapper(void* object)
 
 void pyBootstrap()
 {
-    recording::call<void>("pyBootstrap");
+    recording::call("pyBootstrap");
     recording::destructionHook = &invalidateWrapper;
 }
 
 void pyCleanup()
 {
-    recording::call<void>("pyCleanup");
+    recording::call("pyCleanup");
     recording::destructionHook = nullptr;
 }

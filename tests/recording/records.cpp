@@ -13,8 +13,8 @@ BezierControlPointData::BezierControlPointData(boost::optional<bool> active, boo
       m_edge_angle_ratio(edge_angle_ratio), m_handle_offset_backward(handle_offset_backward),
       m_handle_offset_forward(handle_offset_forward)
 {
-    call<void>("BezierControlPointData", active, corner, x, y, edge_width, edge_angle_ratio, handle_offset_backward,
-               handle_offset_forward);
+    call("BezierControlPointData", active, corner, x, y, edge_width, edge_angle_ratio, handle_offset_backward,
+         handle_offset_forward);
     begin(this, "BezierControlPointData");
 }
 
@@ -32,7 +32,7 @@ BezierControlPointData::~BezierControlPointData() { end(this, "BezierControlPoin
 
 bool BezierControlPointData::operator==(const BezierControlPointData& other) const
 {
-    return call<bool>("BezierControlPointData.==", *this, other);
+    return call("BezierControlPointData.==", *this, other);
 }
 
 boost::optional<bool> BezierControlPointData::get_active() const
@@ -42,7 +42,7 @@ boost::optional<bool> BezierControlPointData::get_active() const
 
 void BezierControlPointData::set_active(boost::optional<bool> active)
 {
-    call<void>("BezierControlPointData.set_active", active);
+    call("BezierControlPointData.set_active", active);
     m_active = active;
 }
 
@@ -53,7 +53,7 @@ boost::optional<bool> BezierControlPointData::get_corner() const
 
 void BezierControlPointData::set_corner(boost::optional<bool> corner)
 {
-    call<void>("BezierControlPointData.set_corner", corner);
+    call("BezierControlPointData.set_corner", corner);
     m_corner = corner;
 }
 
@@ -61,7 +61,7 @@ boost::optional<float> BezierControlPointData::get_x() const { return answer(m_x
 
 void BezierControlPointData::set_x(boost::optional<float> x)
 {
-    call<void>("BezierControlPointData.set_x", x);
+    call("BezierControlPointData.set_x", x);
     m_x = x;
 }
 
@@ -69,7 +69,7 @@ boost::optional<float> BezierControlPointData::get_y() const { return answer(m_y
 
 void BezierControlPointData::set_y(boost::optional<float> y)
 {
-    call<void>("BezierControlPointData.set_y", y);
+    call("BezierControlPointData.set_y", y);
     m_y = y;
 }
 
@@ -80,7 +80,7 @@ boost::optional<float> BezierControlPointData::get_edge_width() const
 
 void BezierControlPointData::set_edge_width(boost::optional<float> edge_width)
 {
-    call<void>("BezierControlPointData.set_edge_width", edge_width);
+    call("BezierControlPointData.set_edge_width", edge_width);
     m_edge_width = edge_width;
 }
 
@@ -91,7 +91,7 @@ boost::optional<float> BezierControlPointData::get_edge_angle_ratio() const
 
 void BezierControlPointData::set_edge_angle_ratio(boost::optional<float> edge_angle_ratio)
 {
-    call<void>("BezierControlPointData.set_edge_angle_ratio", edge_angle_ratio);
+    call("BezierControlPointData.set_edge_angle_ratio", edge_angle_ratio);
     m_edge_angle_ratio = edge_angle_ratio;
 }
 
@@ -102,7 +102,7 @@ boost::optional<QPointF> BezierControlPointData::get_handle_offset_backward() co
 
 void BezierControlPointData::set_handle_offset_backward(boost::optional<QPointF> offset)
 {
-    call<void>("BezierControlPointData.set_handle_offset_backward", offset);
+    call("BezierControlPointData.set_handle_offset_backward", offset);
     m_handle_offset_backward = offset;
 }
 
@@ -113,7 +113,7 @@ boost::optional<QPointF> BezierControlPointData::get_handle_offset_forward() con
 
 void BezierControlPointData::set_handle_offset_forward(boost::optional<QPointF> offset)
 {
-    call<void>("BezierControlPointData.set_handle_offset_forward", offset);
+    call("BezierControlPointData.set_handle_offset_forward", offset);
     m_handle_offset_forward = offset;
 }
 
@@ -123,7 +123,7 @@ XControlPointData::XControlPointData(boost::optional<bool> active, boost::option
     : m_active(active), m_corner(corner), m_x(x), m_y(y), m_weight(weight), m_edge_width(edge_width),
       m_edge_angle_ratio(edge_angle_ratio)
 {
-    call<void>("XControlPointData", active, corner, x, y, weight, edge_width, edge_angle_ratio);
+    call("XControlPointData", active, corner, x, y, weight, edge_width, edge_angle_ratio);
     begin(this, "XControlPointData");
 }
 
@@ -140,14 +140,14 @@ XControlPointData::~XControlPointData() { end(this, "XControlPointData"); }
 
 bool XControlPointData::operator==(const XControlPointData& other) const
 {
-    return call<bool>("XControlPointData.==", *this, other);
+    return call("XControlPointData.==", *this, other);
 }
 
 boost::optional<bool> XControlPointData::get_active() const { return answer(m_active, "XControlPointData.get_active"); }
 
 void XControlPointData::set_active(boost::optional<bool> active)
 {
-    call<void>("XControlPointData.set_active", active);
+    call("XControlPointData.set_active", active);
     m_active = active;
 }
 
@@ -155,7 +155,7 @@ boost::optional<bool> XControlPointData::get_corner() const { return answer(m_co
 
 void XControlPointData::set_corner(boost::optional<bool> corner)
 {
-    call<void>("XControlPointData.set_corner", corner);
+    call("XControlPointData.set_corner", corner);
     m_corner = corner;
 }
 
@@ -163,7 +163,7 @@ boost::optional<float> XControlPointData::get_x() const { return answer(m_x, "XC
 
 void XControlPointData::set_x(boost::optional<float> x)
 {
-    call<void>("XControlPointData.set_x", x);
+    call("XControlPointData.set_x", x);
     m_x = x;
 }
 
@@ -171,7 +171,7 @@ boost::optional<float> XControlPointData::get_y() const { return answer(m_y, "XC
 
 void XControlPointData::set_y(boost::optional<float> y)
 {
-    call<void>("XControlPointData.set_y", y);
+    call("XControlPointData.set_y", y);
     m_y = y;
 }
 
@@ -182,7 +182,7 @@ boost::optional<float> XControlPointData::get_weight() const
 
 void XControlPointData::set_weight(boost::optional<float> weight)
 {
-    call<void>("XControlPointData.set_weight", weight);
+    call("XControlPointData.set_weight", weight);
     m_weight = weight;
 }
 
@@ -193,7 +193,7 @@ boost::optional<float> XControlPointData::get_edge_width() const
 
 void XControlPointData::set_edge_width(boost::optional<float> edge_width)
 {
-    call<void>("XControlPointData.set_edge_width", edge_width);
+    call("XControlPointData.set_edge_width", edge_width);
     m_edge_width = edge_width;
 }
 
@@ -204,6 +204,6 @@ boost::optional<float> XControlPointData::get_edge_angle_ratio() const
 
 void XControlPointData::set_edge_angle_ratio(boost::optional<float> edge_angle_ratio)
 {
-    call<void>("XControlPointData.set_edge_angle_ratio", edge_angle_ratio);
+    call("XControlPointData.set_edge_angle_ratio", edge_angle_ratio);
     m_edge_angle_ratio = edge_angle_ratio;
 }

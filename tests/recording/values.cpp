@@ -160,9 +160,9 @@ bool View::operator==(const View& other) const { return answer(m_id == other.m_i
 
 bool View::operator<(const View& other) const { return answer(m_id < other.m_id, "View.<", *this, other); }
 
-QString View::__repr__() const { return call<QString>("View.__repr__", *this); }
+QString View::__repr__() const { return call("View.__repr__", *this); }
 
-QString View::__str__() const { return call<QString>("View.__str__", *this); }
+QString View::__str__() const { return call("View.__str__", *this); }
 
 unsigned int qHash(const View& view)
 {
@@ -172,7 +172,7 @@ unsigned int qHash(const View& view)
 
 ViewInfo::ViewInfo() : m_color(0.25f, 0.5f, 0.75f)
 {
-    call<void>("ViewInfo");
+    call("ViewInfo");
     begin(this, "ViewInfo");
 }
 
@@ -184,7 +184,7 @@ ViewInfo::ViewInfo(const ViewInfo& other) : m_name(other.m_name), m_abbr(other.m
 ViewInfo::ViewInfo(const QString& name, const QString& abbr, const Fundo::Colour3<float>& color)
     : m_name(name), m_abbr(abbr), m_color(color)
 {
-    call<void>("ViewInfo", name, abbr, color);
+    call("ViewInfo", name, abbr, color);
     begin(this, "ViewInfo");
 }
 
@@ -194,16 +194,16 @@ QString ViewInfo::get_name() const { return answer(m_name, "ViewInfo.get_name");
 
 QString ViewInfo::get_abbr() const { return answer(m_abbr, "ViewInfo.get_abbr"); }
 
-bool ViewInfo::operator==(const ViewInfo& other) const { return call<bool>("ViewInfo.==", *this, other); }
+bool ViewInfo::operator==(const ViewInfo& other) const { return call("ViewInfo.==", *this, other); }
 
-QString ViewInfo::__repr__() const { return call<QString>("ViewInfo.__repr__"); }
+QString ViewInfo::__repr__() const { return call("ViewInfo.__repr__"); }
 
 StreamInfo::StreamInfo(const QString& path, const QString& prefix, const QString& suffix, unsigned int start_frame,
                        unsigned int end_frame, unsigned int index_width)
     : m_path(path), m_prefix(prefix), m_suffix(suffix), m_start_frame(start_frame), m_end_frame(end_frame),
       m_index_width(index_width)
 {
-    call<void>("StreamInfo", path, prefix, suffix, start_frame, end_frame, index_width);
+    call("StreamInfo", path, prefix, suffix, start_frame, end_frame, index_width);
     begin(this, "StreamInfo");
 }
 
@@ -224,7 +224,7 @@ QString StreamInfo::get_prefix() const { return answer(m_prefix, "StreamInfo.get
 
 QString StreamInfo::get_suffix() const { return answer(m_suffix, "StreamInfo.get_suffix"); }
 
-QString StreamInfo::__repr__() const { return call<QString>("StreamInfo.__repr__"); }
+QString StreamInfo::__repr__() const { return call("StreamInfo.__repr__"); }
 
 namespace {
 
@@ -242,12 +242,12 @@ UndoGroup& UndoGroup::operator=(const UndoGroup& other) = default;
 
 UndoGroup::~UndoGroup() { end(this, "UndoGroup"); }
 
-void UndoGroup::begin() { call<void>("UndoGroup.begin", numberOf(m_data)); }
+void UndoGroup::begin() { call("UndoGroup.begin", numberOf(m_data)); }
 
-void UndoGroup::commit() { call<void>("UndoGroup.commit", numberOf(m_data)); }
+void UndoGroup::commit() { call("UndoGroup.commit", numberOf(m_data)); }
 
-void UndoGroup::rollback() { call<void>("UndoGroup.rollback", numberOf(m_data)); }
+void UndoGroup::rollback() { call("UndoGroup.rollback", numberOf(m_data)); }
 
-void UndoGroup::undo() { call<void>("UndoGroup.undo", numberOf(m_data)); }
+void UndoGroup::undo() { call("UndoGroup.undo", numberOf(m_data)); }
 
-void UndoGroup::redo() { call<void>("UndoGroup.redo", numberOf(m_data)); }
+void UndoGroup::redo() { call("UndoGroup.redo", numberOf(m_data)); }
