@@ -52,9 +52,10 @@ class Names(ModuleTest):
         self.each([(name,) for name in CLASSES], check)
 
     def test_the_signals_of_the_library_are_there(self):
-        for name, signals in [("Project", "settingChanged viewsChanged clipsChanged layersChanged historyChanged "
-                                          "saved"), ("Clip", "settingChanged streamsChanged"), ("ColorParameters", "propertyChanged"),
-                              ("ProgressWatcher", "started progressChanged finished cancelled cancelRequested")]:
+        for name, signals in [
+                ("Project", "settingChanged viewsChanged clipsChanged layersChanged historyChanged saved"),
+                ("Clip", "settingChanged streamsChanged"), ("ColorParameters", "propertyChanged"),
+                ("ProgressWatcher", "started progressChanged finished cancelled cancelRequested")]:
             for signal in signals.split():
                 self.assertEqual(type(getattr(make(name), signal)).__name__, "SignalInstance")
 
