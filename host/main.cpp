@@ -29,20 +29,20 @@ int complain(int code, const QString& text)
 
 // What outlives the interpreter. A script's end may end the process from within Python, so that nothing here can wait
 // for main() to return.
-struct Session
+struct ApplicationState
 {
     std::unique_ptr<Project> project;
     // The binding of Qt may end the application object itself.
     QPointer<QCoreApplication> application;
 };
 
-Session session;
+ApplicationState state;
 
-void endSession()
+void endApplication()
 {
     orrery::setCurrentProject(nullptr);
-    session.project.reset();
-    delete session.application;
+    state.project.reset();
+    delete state.application;
 }
 
 // The application object takes numbers written the user's way into account for everything in the process, and Python
@@ -52,7 +52,7 @@ void startApplication(const std::string& program)
     static int count = 1;
     static std::string name = program;
     static char* arguments[] = {name.data(), nullptr};
-    session.application = new QCoreApplication(count, arguments);
+    state.application = new QCoreApplication(count, arguments);
     QCoreApplication::setApplicationName("vireo");
     QCoreApplication::setApplicationVersion(VIREO_VERSION);
     std::setlocale(LC_NUMERIC, "C");
@@ -60,8 +60,8 @@ void startApplication(const std::string& program)
 
 void openProject(const std::string& file)
 {
-    session.project = std::make_unique<Project>(QFile::decodeName(file.c_str()), nullptr);
-    orrery::setCurrentProject(session.project.get());
+    state.project = std::make_unique<Project>(QFile::decodeName(file.c_str()), nullptr);
+    orrery::setCurrentProject(state.project.get());
 }
 
 // Asked before a project is opened, which may take its time.
@@ -87,15 +87,15 @@ int run(const CommandLine& line)
         if (!line.project.empty())
             openProject(line.project);
     } catch (const std::exception& error) {
-        endSession();
+        endApplication();
         return complain(refused, QString("cannot open project '%1': %2")
                                      .arg(QFile::decodeName(line.project.c_str()), QString::fromUtf8(error.what())));
     }
     showProgress();
     try {
-        startInterpreter(line.interpreter.front(), endSession);
+        startInterpreter(line.interpreter.front(), endApplication);
     } catch (const InterpreterError& error) {
-        endSession();
+        endApplication();
         return complain(failed, QString::fromLocal8Bit(error.what()));
     }
     return runInterpreter(line.interpreter);
