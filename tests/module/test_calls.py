@@ -154,6 +154,7 @@ CALLS = {
         ("relink", "a.relink()", (u"", u"", u"", UINT_MAX, UINT_MAX, 7)),
         ("relink", "a.relink(path=u'/new', prefix=u'a.')", (u"/new", u"a.", u"", UINT_MAX, UINT_MAX, 7)),
         ("relink", "a.relink(u'/n', u'p', u's', 1, end_frame=2, view=0)", (u"/n", u"p", u"s", 1, 2, 0)),
+        ("relink", "a.relink(None)", (None, u"", u"", UINT_MAX, UINT_MAX, 7)),
         ("relink", "a.relink(u'/n', u'p', u's', 1, 2, View(3))", (u"/n", u"p", u"s", 1, 2, 3)),
         ("relink", "a.relink(StreamInfo(u'/a', u'', u'', 1, 2, 3))", ((u"/a", u"", u"", 1, 2, 3), 7)),
         ("relink", "a.relink(StreamInfo(u'/a', u'', u'', 1, 2, 3), view=0, path=5)", ((u"/a", u"", u"", 1, 2, 3), 0)),
@@ -269,6 +270,7 @@ CONSTRUCTORS = [
     ("StreamInfo(u'/a', u'a.', u'.x', 1, 100, 4)", ("StreamInfo", u"/a", u"a.", u".x", 1, 100, 4)),
     ("StreamInfo(u'/a', index_width=4, end_frame=5)", ("StreamInfo", u"/a", u"", u"", UINT_MAX, 5, 4)),
     ("ViewInfo()", ("ViewInfo",)),
+    ("ViewInfo(color=5)", ("ViewInfo",)),
     ("ViewInfo(u'L', u'l', (1, 0, 0))", ("ViewInfo", u"L", u"l", (1.0, 0.0, 0.0))),
     ("ViewInfo(u'L', u'l', color=[1, 0, 0])", ("ViewInfo", u"L", u"l", (1.0, 0.0, 0.0))),
     ("BezierControlPointData()", ("BezierControlPointData",) + EMPTY),
@@ -427,6 +429,14 @@ class Values(ModuleTest):
             self.assertEqual(getattr(view, field), value)
         self.raises(OverflowError, None, setattr, view, "color", (2, 0, 0))
         self.assertEqual(view.color, (0.0, 0.5, 1.0))
+
+    def test_copy_forms_look_at_no_keywords(self):
+        for code in ("ViewInfo(a, color=5)", "StreamInfo(a, path=5)", "Layer(a, other=5)", "UndoGroup(a, x=1)",
+                     "XControlPointData(a, x='x')", "View(a, id=5)"):
+            one = make(code.split("(")[0])
+            recording.clear()
+            run(code, one)
+            self.assertEqual(calls(), [])
 
     def test_a_colour_left_out_is_always_the_same(self):
         colours = set(vp.ViewInfo(u"a", u"b").color for _ in range(5))

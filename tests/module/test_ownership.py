@@ -52,6 +52,30 @@ class Ownership(ModuleTest):
             self.assertEqual(number(run(code, owner)), known)
             recording.destroy(known)
 
+    def test_objects_of_python_s_that_the_library_hands_out(self):
+        project, owner = vp.Project(u"f"), vp.Clip(u"f")
+        for function, code, name, owned in [
+                ("Project.get_progress_watcher", "a.progress_watcher", "ProgressWatcher", False),
+                ("Clip.get_progress_watcher", "b.progress_watcher", "ProgressWatcher", False),
+                ("Project.get_default_trackable_clip", "a.default_trackable_clip", "Clip", False),
+                ("Project.add_clip", "a.add_clip(None, u'')", "Clip", True),
+                ("Project.render", "a.render(None, 1, 2, [])", "Clip", True),
+                ("Project.export_rendered_shapes", "a.export_rendered_shapes([], Grayscale, '', '', '', '', 1, 2)",
+                 "Clip", True), ("Clip.get_color_parameters", "b.color_parameters", "ColorParameters", True)]:
+            one = make(name)
+            known, watch = number(one), weakref.ref(one)
+            recording.returns(function, known)
+            self.assertIs(run(code, project, owner), one)
+            self.assertEqual(shiboken.ownedByPython(one), owned, code)
+            del one
+            recording.clear()
+            if not owned:  # held until its library object goes
+                self.assertIsNot(watch(), None, code)
+                recording.destroy(known)
+            self.assertIs(watch(), None, code)
+        recording.returns("Project.get_clips", [(u"none", 0)])
+        self.assertEqual(project.clips, {u"none": None})
+
     def test_clips_of_a_project_keep_their_identity(self):
         project = vp.Project(u"f")
         first, second = recording.make("Clip"), recording.make("Clip")
@@ -202,6 +226,7 @@ class Validity(ModuleTest):
             ("StreamInfo", "StreamInfo(b)", "StreamInfo"), ("ViewInfo", "ViewInfo(b)", "ViewInfo"),
             ("LayerGroup", "a.insert_child(b)", "Layer"), ("BezierControlPoint", "a.set_point_data(0.0, b)",
                                                            "BezierControlPointData"),
+            ("Parameter", "a.set(b)", "Layer"), ("Parameter", "a.get(view=b)", "View"),
             ("BezierControlPoint", "a.set_master_point(b)", "BezierControlPoint"),
             ("BezierControlPoint", "a.set_master_point(b)", "XControlPoint"),
             ("Clip", "Clip('', parent=b)", "Clip"), ("Project", "Project(b)", "Clip"),

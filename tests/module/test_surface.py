@@ -261,6 +261,17 @@ class Arguments(ModuleTest):
             ("Project(None, 1)", "Project", None, "NoneType, int"),
             ("Project(None, LogColorspace)", "Project", None, "NoneType, vireo.project.Colorspace"),
             ("Project(u'x', interlace_mode=1, parent=1)", "Project", None, "unicode"),
+            ("Project(None, None)", "Project", None, "NoneType, NoneType"),
+            ("Project(u'f', None, None)", "Project", None, "unicode, NoneType, NoneType"),
+            ("a.relink(StreamInfo(), 1, 2)", "Clip", "relink", "vireo.project.StreamInfo, int, int"),
+            ("BezierControlPointData(XControlPointData(), True)", "BezierControlPointData", None,
+             "vireo.project.XControlPointData, bool"),
+            # A tuple that is the one argument is shown as the arguments.
+            ("a.in_out_range = (10,)", "Project", "set_in_out_range", "int"),
+            ("a.frame_size = (1, 2, 'x')", "Clip", "set_frame_size", "int, int, str"),
+            ("a.matte_color = (0.25, 1)", "Layer", "set_matte_color", "float, int"),
+            ("a.views = (5,)", "Project", "set_views", "int"),
+            ("a.views = [5]", "Project", "set_views", "list"),
             ("ColorParameters(1)", "ColorParameters", None, "int"),
             ("ColorParameters(conversion=LogColorspace)", "ColorParameters", None, ""),
             ("StreamInfo(u'a', 5)", "StreamInfo", None, "unicode, int"),
@@ -275,7 +286,8 @@ class Arguments(ModuleTest):
         one = make(name) if method else None
         signatures = CLASSES[name].signatures or ["vireo.project." + name]
         if method:
-            signatures = [row[2:] for row in CLASSES[name].methods if row[0] == method][0]
+            rows = [(row[0],) + row[2:] for row in CLASSES[name].methods] + [row[2:] for row in CLASSES[name].properties]
+            signatures = [row[1:] for row in rows if row[0] == method][0]
         recording.clear()
         full = ".".join(filter(None, [name, method]))
         self.raises(TypeError, signature_error(full, given, *signatures), run, code, one)
