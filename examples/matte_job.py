@@ -1,6 +1,6 @@
 """The whole job: footage in, a tracked shape, mattes and a stabilized clip out, the project saved and opened again.
 
-    vireo examples/matte_job.py [FOLDER]
+    vireo examples/matte_job.py [FOLDER [FRAMES]]
 
 Makes footage of a textured surface that moves, turns and tilts (its corners are known in every frame), draws a shape
 around it on the first frame, and lets the project do the rest. Ends with a contact sheet and the error of the track
@@ -14,7 +14,7 @@ import sys
 
 from vireo import project as vp
 
-FRAMES = 60
+FRAMES = int(sys.argv[2]) if len(sys.argv) > 2 else 60
 SIZE = '640x360'
 
 
