@@ -46,7 +46,7 @@ class Examples(unittest.TestCase):
     def test_the_whole_job_follows_the_truth(self):
         folder = tempfile.mkdtemp()
         try:
-            code, output, errors = output_of(os.environ['VIREO_PROGRAM'], 'examples/matte_job.py', folder, '6')
+            code, output, errors = output_of(os.environ['VIREO_PROGRAM'], 'examples/matte_job.py', folder, '30')
             self.assertEqual(code, 0, errors)
             self.assertLess(float(re.search(r'([\d.]+) at worst', output).group(1)), 0.5)
             self.assertGreater(os.path.getsize(os.path.join(folder, 'contact-sheet.png')), 1000)
