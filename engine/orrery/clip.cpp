@@ -137,7 +137,7 @@ void Clip::relink(const StreamInfo& info, const View& view)
     get_info(view); // the stream must exist, whatever the files
     const StreamInfo relinked = checked(info);
     requireFrames(relinked);
-    requireFootageSize(*m_data, relinked);
+    requireFootageSize(*m_data->model, relinked);
     m_data->change(
         [&](ClipState& state) {
             const int id = m_data->model->resolveView(idOf(view));
@@ -222,7 +222,7 @@ QString Clip::get_name() { return m_data->state().name; }
 
 unsigned int Clip::get_id() const { return m_data->id; }
 
-QPair<unsigned int, unsigned int> Clip::get_frame_size() { return footageSize(*m_data); }
+QPair<unsigned int, unsigned int> Clip::get_frame_size() { return footageSize(*m_data->model); }
 
 void Clip::set_frame_size(const QPair<unsigned int, unsigned int>& size)
 {

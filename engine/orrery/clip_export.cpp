@@ -73,7 +73,7 @@ void Clip::exportClip(Clip* destination, const QString& path, const QString& pre
     std::vector<Footage> footage;
     std::vector<pixels::WriteOptions> options(plan.views.size());
     for (const ExportedView& view : plan.views) {
-        footage.emplace_back(*m_data, view.id, plan.first, plan.last);
+        footage.emplace_back(*m_data->model, view.id, plan.first, plan.last);
         options[footage.size() - 1].depth = depthOf(footage.back(), plan.first, source.color.conversion, suffix);
     }
     StagedFiles files(path);

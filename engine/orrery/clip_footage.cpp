@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <orrery/clip_footage.h>
+#include <orrery/enumerations.h>
 #include <orrery/pixel_access.h>
 
 namespace orrery {
@@ -61,14 +62,14 @@ pixels::Interpretation interpretationOf(const ColorSettings& color)
 
 } // namespace
 
-QPair<unsigned int, unsigned int> footageSize(Clip::Data& clip)
+QPair<unsigned int, unsigned int> footageSize(ClipModel& clip)
 {
     QString file;
     FrameSize set;
     {
-        Stratum::Reading reading(*clip.manager);
-        set = clip.model->state.size;
-        file = firstFile(clip.model->state);
+        Stratum::Reading reading(clip.manager());
+        set = clip.state.size;
+        file = firstFile(clip.state);
         if (isWhole(set) || file.isEmpty())
             return set;
         if (file == clip.foundIn)
@@ -77,13 +78,13 @@ QPair<unsigned int, unsigned int> footageSize(Clip::Data& clip)
     if (!QFileInfo(file).exists())
         return set;
     const FrameSize found = sizeInFile(file);
-    Stratum::Reading reading(*clip.manager);
+    Stratum::Reading reading(clip.manager());
     clip.foundIn = file;
     clip.foundSize = found;
     return merged(set, found);
 }
 
-void requireFootageSize(Clip::Data& clip, const StreamInfo& info)
+void requireFootageSize(ClipModel& clip, const StreamInfo& info)
 {
     const FrameSize size = footageSize(clip);
     if (!isWhole(size))
@@ -95,11 +96,11 @@ void requireFootageSize(Clip::Data& clip, const StreamInfo& info)
                                  found.second, size.first, size.second));
 }
 
-Footage::Footage(Clip::Data& clip, int clipView, int first, int last) : m_first(first)
+Footage::Footage(ClipModel& clip, int clipView, int first, int last) : m_first(first)
 {
     const FrameSize size = footageSize(clip);
-    Stratum::Reading reading(*clip.manager);
-    const ClipModel& model = *clip.model;
+    Stratum::Reading reading(clip.manager());
+    const ClipModel& model = clip;
     m_name = model.state.name;
     const auto stream = model.state.streams.find(clipView);
     if (stream == model.state.streams.end())
@@ -126,15 +127,15 @@ Footage::Footage(Clip::Data& clip, int clipView, int first, int last) : m_first(
     }
 }
 
-Footage Footage::forProjectView(Clip::Data& clip, int projectView, int first, int last)
+Footage Footage::forProjectView(ClipModel& clip, int projectView, int first, int last)
 {
     int clipView;
     {
-        Stratum::Reading reading(*clip.manager);
-        clipView = clip.model->state.viewFor(projectView);
+        Stratum::Reading reading(clip.manager());
+        clipView = clip.state.viewFor(projectView);
         if (clipView < 0)
             raise<STRM_OutOfRange>(text("No view of the clip %1 is mapped to view %2 of the project",
-                                        quoted(clip.model->state.name), projectView));
+                                        quoted(clip.state.name), projectView));
     }
     return Footage(clip, clipView, first, last);
 }

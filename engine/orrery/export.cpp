@@ -22,7 +22,7 @@ struct Settings
     unsigned int length;
     float frameRate;
     std::vector<ExportedView> views;
-    Clip* clip; // tells the size of a frame
+    ClipModel* clip; // tells the size of a frame
 };
 
 Settings settingsFor(STRM_ProjectManager& manager, const QVector<Layer>& layers, const QVector<View>& asked, bool all)
@@ -42,10 +42,9 @@ Settings settingsFor(STRM_ProjectManager& manager, const QVector<Layer>& layers,
     return settings;
 }
 
-pixels::Size frameSize(Clip* clip)
+pixels::Size frameSize(ClipModel* clip)
 {
-    const QPair<unsigned int, unsigned int> size =
-        clip ? footageSize(clip->data()) : QPair<unsigned int, unsigned int>(0, 0);
+    const QPair<unsigned int, unsigned int> size = clip ? footageSize(*clip) : QPair<unsigned int, unsigned int>(0, 0);
     if (!size.first || !size.second)
         raise<STRM_BadState>(
             text("No clip tells the size of a frame: the layers have none, and the project has no clip "

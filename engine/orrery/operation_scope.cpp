@@ -5,6 +5,7 @@
 #include "layer_items.h"
 
 #include <algorithm>
+#include <orrery/clip_data.h>
 #include <orrery/message.h>
 #include <set>
 
@@ -52,12 +53,18 @@ std::vector<int> resolveViews(STRM_ProjectManager& manager, const QVector<View>&
     return ids;
 }
 
-Clip* footageClip(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers)
+ClipModel* clipModel(const STRM_ProjectManager& manager, unsigned int id)
+{
+    Clip* clip = clipWithId(manager, id);
+    return clip ? clip->data().model.get() : nullptr;
+}
+
+ClipModel* footageClip(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers)
 {
     for (Stratum::LayerModel* layer : layers)
-        if (Clip* clip = clipWithId(manager, layer->clip))
+        if (ClipModel* clip = clipModel(manager, layer->clip))
             return clip;
-    return manager.clips.empty() ? nullptr : manager.clips.front();
+    return manager.clips.empty() ? nullptr : manager.clips.front()->data().model.get();
 }
 
 } // namespace orrery

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QVector>
+#include <orrery/clip_model.h>
 #include <orrery/layer.h>
 #include <orrery/project_data.h>
 #include <stratum/snapshot.h>
@@ -34,8 +35,11 @@ std::vector<Stratum::LayerSnapshot> snapshotLayers(STRM_ProjectManager& manager,
 // Each once, in the given order; with the lock held. STRM_OutOfRange.
 std::vector<int> resolveViews(STRM_ProjectManager& manager, const QVector<View>& views);
 
+// The model of the project's clip with that id, or null, as of footageClip().
+ClipModel* clipModel(const STRM_ProjectManager& manager, unsigned int id);
+
 // The clip that the first of the layers is tracked on that has one, else the project's default trackable clip: it tells
-// the size of a frame. Null when there is none. With the lock held.
-Clip* footageClip(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers);
+// the size of a frame. Null when there is none. With the lock held; the model stays good without it.
+ClipModel* footageClip(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers);
 
 } // namespace orrery

@@ -70,7 +70,7 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
                          bool wholeFootage)
     : first(first), last(last), reachFirst(first), reachLast(last)
 {
-    Clip* clip;
+    ClipModel* clip;
     {
         Stratum::Reading reading(manager);
         view = manager.resolveView(static_cast<int>(asked.get_id()));
@@ -82,7 +82,7 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
         if (!clip)
             raise<STRM_BadState>(text("There is no clip to render the layers with"));
         if (wholeFootage) {
-            const unsigned int count = std::min(manager.settings.length, clip->data().model->state.frameCount());
+            const unsigned int count = std::min(manager.settings.length, clip->state.frameCount());
             reachFirst = 0;
             reachLast = std::max(last, static_cast<int>(count) - 1);
         }
@@ -93,7 +93,7 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
     }
     if (outputFolder.isEmpty())
         raise<STRM_BadState>(text("The project has no output folder to render to"));
-    footage = std::make_unique<Footage>(Footage::forProjectView(clip->data(), view, reachFirst, reachLast));
+    footage = std::make_unique<Footage>(Footage::forProjectView(*clip, view, reachFirst, reachLast));
 }
 
 RenderedClip::~RenderedClip()

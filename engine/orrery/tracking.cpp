@@ -27,7 +27,7 @@ struct Plan
     std::vector<Stratum::LayerModel*> wanted;
     std::vector<TrackedLayer> layers; // all that are shown, and those that are wanted
     std::vector<Stratum::Corners> surfaces;
-    std::vector<Clip*> clips;
+    std::vector<ClipModel*> clips;
     Range reach; // the range and the in points
 };
 
@@ -36,7 +36,7 @@ unsigned int defaultStop(STRM_ProjectManager& manager, const std::vector<Stratum
 {
     unsigned int longest = 0;
     for (const Stratum::LayerModel* layer : layers)
-        longest = std::max(longest, clipWithId(manager, layer->clip)->data().model->state.frameCount());
+        longest = std::max(longest, clipModel(manager, layer->clip)->state.frameCount());
     const unsigned int stop = manager.settings.inOutRange.second;
     return longest ? std::min(stop, longest - 1) : stop;
 }
@@ -61,7 +61,7 @@ std::vector<Stratum::LayerModel*> layersToTrack(STRM_ProjectManager& manager, co
 {
     std::vector<Stratum::LayerModel*> layers;
     for (Stratum::LayerModel* layer : selectLayers(manager, named)) {
-        const bool clip = clipWithId(manager, layer->clip);
+        const bool clip = clipModel(manager, layer->clip);
         const bool able = !layer->trackedWith && clip && !layer->contours.empty();
         if (able)
             layers.push_back(layer);
@@ -92,7 +92,7 @@ Plan planFor(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel
         item.snapshot = Stratum::snapshot(*layer, plan.reach.first, plan.reach.last, view);
         item.source = layer->trackSource().id();
         if (tracked) {
-            Clip* const clip = clipWithId(manager, layer->clip);
+            ClipModel* const clip = clipModel(manager, layer->clip);
             const auto known = std::find(plan.clips.begin(), plan.clips.end(), clip);
             item.footage = static_cast<int>(known - plan.clips.begin());
             if (known == plan.clips.end())
@@ -135,8 +135,8 @@ struct Found
 void trackView(Plan& plan, Range range, OperationProgress& progress, double share, double offset)
 {
     std::vector<Footage> footage;
-    for (Clip* clip : plan.clips)
-        footage.push_back(Footage::forProjectView(clip->data(), plan.view, plan.reach.first, plan.reach.last));
+    for (ClipModel* clip : plan.clips)
+        footage.push_back(Footage::forProjectView(*clip, plan.view, plan.reach.first, plan.reach.last));
     TrackingRun run(std::move(plan.layers), std::move(footage), range.first, range.last);
     const int steps = std::max(1, run.stepCount());
     run.run([&](int frame, int done) {

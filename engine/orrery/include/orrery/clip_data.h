@@ -51,11 +51,7 @@ struct Clip::Data : Stratum::Listener
     bool detached = true;
     boost::shared_ptr<STRM_ProjectManager> manager;
     boost::shared_ptr<orrery::ClipModel> model;
-    ProgressWatcher* const progressWatcher; // a child object of the clip
-
-    // The size of the footage as it was found in a file; guarded by the model's lock.
-    QPair<unsigned int, unsigned int> foundSize{0, 0};
-    QString foundIn;
+    ProgressWatcher* const progressWatcher; // owned
 
 private:
     // Called as long as the clip is there: its history outlives one that a script destroys.

@@ -1,19 +1,20 @@
-// The frames of a clip as operations read them: taken under the lock once, then read from disk without it.
+// The frames of a clip as operations read them: taken under the lock once, then read from disk without it. They go by
+// the clip's model, which outlives a clip that a script destroys.
 #pragma once
 
 #include <QPair>
 #include <QString>
-#include <orrery/clip_data.h>
+#include <orrery/clip_model.h>
 #include <pixels/pixels.h>
 #include <vector>
 
 namespace orrery {
 
 // The size that was set, or that of the first file that is there; 0 where neither is known.
-QPair<unsigned int, unsigned int> footageSize(Clip::Data& clip);
+QPair<unsigned int, unsigned int> footageSize(ClipModel& clip);
 
 // STRM_BadFile when the first frame of the sequence has not the size of the clip's frames.
-void requireFootageSize(Clip::Data& clip, const StreamInfo& info);
+void requireFootageSize(ClipModel& clip, const StreamInfo& info);
 
 // One view of a clip over a run of its frames, with everything that decides how they look.
 class Footage
@@ -21,10 +22,10 @@ class Footage
 public:
     // Frames `first` to `last` of the clip, in one of its own views. STRM_OutOfRange for a view without a stream,
     // STRM_BadState for a stream whose frame numbers are not known. Takes the lock.
-    Footage(Clip::Data& clip, int clipView, int first, int last);
+    Footage(ClipModel& clip, int clipView, int first, int last);
 
     // As the project's view sees it. STRM_OutOfRange when no view of the clip is mapped to it.
-    static Footage forProjectView(Clip::Data& clip, int projectView, int first, int last);
+    static Footage forProjectView(ClipModel& clip, int projectView, int first, int last);
 
     const QString& clipName() const { return m_name; }
     VX_LUMINANCE_MODEL luminance() const { return m_luminance; }

@@ -98,6 +98,10 @@ public:
     std::array<Knob::Animation, ValueCount> values;
     static const Knob::Description descriptions[ValueCount];
 
+    // The size of the footage as it was found in a file.
+    QPair<unsigned int, unsigned int> foundSize{0, 0};
+    QString foundIn;
+
     // The clip is gone: handles on its parameters are null.
     void close() { m_open.store(false, std::memory_order_release); }
     bool present() const override { return m_open.load(std::memory_order_acquire); }
