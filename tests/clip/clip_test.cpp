@@ -4,8 +4,10 @@
 
 #include <cmath>
 #include <limits>
+#include <orrery/color_parameters.h>
 #include <orrery/progress_watcher.h>
 #include <orrery/undo_group.h>
+#include <thread>
 
 namespace {
 
@@ -214,4 +216,42 @@ TEST_F(ClipOnDisk, AProjectTakesWhatItNeeds)
     EXPECT_EQ(added->get_frame_rate(), 24);
     EXPECT_EQ(added->parameter({"gain"}).get_keyframes().size(), 1);
     EXPECT_EQ(added->get_info(View(0)).get_prefix(), QString::fromLatin1("b."));
+}
+
+TEST_F(ClipOnDisk, AnyThreadMayUseAClip)
+{
+    Folder output;
+    const auto project = projectOver(folder / "a.#.png", output);
+    Clip& clip = *project->get_default_trackable_clip();
+    const std::vector<std::function<void(int)>> calls = {
+        [&](int i) { clip.set_frame_rate(static_cast<float>(i % 50 + 1)); },
+        [&](int) { clip.apply(StreamInfo(folder.path(), "b.", ".png", 1, 5, 1), View(1)); },
+        [&](int) { clip.delete_stream(View(1)); },
+        [&](int i) { clip.get_color_parameters()->set_gamma(static_cast<float>(i % 7 + 1)); },
+        [&](int) { textOf(clip); },
+        [&](int) {
+            clip.parameter({"streams", "1", "gain"}).set(2.0, 1, View(0));
+        },
+        [&](int) { clip.assign_project_view(View(0), View(0)); },
+        [&](int) {
+            UndoGroup group = project->undo_group();
+            group.begin();
+            clip.set_first_frame_offset(1);
+            group.rollback();
+        },
+    };
+    std::vector<std::thread> threads;
+    for (const auto& call : calls)
+        threads.emplace_back([&call] {
+            for (int i = 0; i < 50; ++i)
+                try {
+                    call(i);
+                } catch (const STRM_Exception&) { // the stream is gone, or there already
+                }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    project->save_as(output / "saved");
+    Project loaded(output / "saved", nullptr);
+    EXPECT_EQ(textOf(*loaded.get_default_trackable_clip()), textOf(clip));
 }
