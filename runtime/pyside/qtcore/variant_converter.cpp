@@ -52,7 +52,7 @@ QVariant fromWrapper(PyObject* object)
 {
     if (isQObjectType(Py_TYPE(object))) {
         QObject* const qObject = validQObjectOf(object);
-        return qObject ? QVariant::fromValue(QPointer<QObject>(qObject)) : QVariant();
+        return qObject ? QVariant::fromValue(guarded(qObject)) : QVariant();
     }
     if (!Object::isValid(object))
         return QVariant();

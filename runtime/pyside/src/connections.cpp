@@ -141,7 +141,7 @@ bool connectToName(QObject* sender, const QByteArray& signature, PyObject* recei
 bool disconnectAll(QObject* sender, const QByteArray& signature)
 {
     const SignalPlace signal(sender, signature);
-    const QPointer<QObject> guard(sender);
+    const QPointer<QObject> guard = guarded(sender);
     if (!signal.exists() || !disconnectMethods(sender, signal.index, nullptr, -1))
         return false;
     const ObjectLife* const life = guard ? ObjectLife::find(sender) : nullptr;

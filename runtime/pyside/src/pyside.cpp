@@ -186,6 +186,16 @@ QObject* validQObjectOf(PyObject* wrapper)
         Shiboken::Conversions::cppPointer(qObjectType(), reinterpret_cast<SbkObject*>(wrapper)));
 }
 
+QPointer<QObject> guarded(QObject* object)
+{
+    struct Protected : QObject
+    {
+        using QObject::d_ptr;
+    };
+    const bool isDying = object && (object->*&Protected::d_ptr)->wasDeleted;
+    return isDying ? nullptr : object;
+}
+
 PyObject* wrapperOf(QObject* object)
 {
     return getWrapperForQObject(object, reinterpret_cast<SbkObjectType*>(qObjectType()));

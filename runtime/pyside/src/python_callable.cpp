@@ -89,7 +89,7 @@ PythonCallable::PythonCallable(PyObject* object, const QByteArray& methodName)
 
 void PythonCallable::setOwner(PyObject* object)
 {
-    m_owner = qObjectOf(object);
+    m_owner = guarded(qObjectOf(object));
     m_hasOwner = !m_owner.isNull();
 }
 

@@ -5,6 +5,7 @@
 #include "python_scopes.h"
 
 #include <QObject>
+#include <QPointer>
 
 namespace PySide {
 
@@ -20,6 +21,10 @@ QObject* qObjectOf(PyObject* object);
 // The same with the error that says what is wrong when the wrapper object has none. Needs a wrapper object of a
 // QObject.
 QObject* validQObjectOf(PyObject* wrapper);
+
+// A pointer that becomes null when the QObject dies. It is null at once for one whose destructor has come to QObject's
+// own part: Qt does not allow it a QPointer any more, though it still emits signals.
+QPointer<QObject> guarded(QObject* object);
 
 // The wrapper object of a QObject: a new reference, None for null. See getWrapperForQObject().
 PyObject* wrapperOf(QObject* object);

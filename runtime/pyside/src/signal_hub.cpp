@@ -1,6 +1,8 @@
 // Calls of Python callables for signals: in which thread, with what, and for how long.
 #include "signal_hub.h"
 
+#include "qobject_wrappers.h"
+
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QThread>
@@ -32,7 +34,7 @@ thread_local RunningCall* runningCall = nullptr;
 class RunningCallScope
 {
 public:
-    RunningCallScope(QObject* sender, const QObject* owner) : m_call{sender, owner, runningCall}
+    RunningCallScope(QObject* sender, const QObject* owner) : m_call{guarded(sender), owner, runningCall}
     {
         runningCall = &m_call;
     }
@@ -122,8 +124,8 @@ void PythonSlot::deliver(QObject* sender, void** arguments)
                  copies->missing().constData());
         return;
     }
-    auto deferred = [self = shared_from_this(), guarded = QPointer<QObject>(sender), copies] {
-        self->call(guarded, copies->data());
+    auto deferred = [self = shared_from_this(), guardedSender = guarded(sender), copies] {
+        self->call(guardedSender, copies->data());
     };
     QMetaObject::invokeMethod(waiting, deferred,
                               m_type == Qt::BlockingQueuedConnection ? m_type : Qt::QueuedConnection);

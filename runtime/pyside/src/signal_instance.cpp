@@ -182,7 +182,7 @@ PyObject* newSignalInstance(const SignalData& signal, QObject* source, PyTypeObj
     if (!self)
         return nullptr;
     self->data = new SignalInstanceData;
-    self->data->source = source;
+    self->data->source = guarded(source);
     self->data->sourceType = Reference::borrow(reinterpret_cast<PyObject*>(sourceType));
     self->data->name = signal.name;
     for (std::size_t i = 0; i < signal.parameters.size(); ++i)

@@ -116,7 +116,7 @@ CallArguments::CallArguments(const ValueTypes& types, void* const* arguments)
         else
             m_missing = m_types[i].name();
         if (source && m_types[i].isQObjectPointer())
-            m_guards.emplace_back(i + 1, *static_cast<QObject* const*>(source));
+            m_guards.emplace_back(i + 1, guarded(*static_cast<QObject* const*>(source)));
     }
 }
 
