@@ -25,10 +25,6 @@ public:
     // meta-object. Emits its signals, calls its slots. Negative when done.
     static int qt_metacall(QObject* object, QMetaObject::Call call, int id, void** arguments);
 
-    // For metaObject() of such an object: the one of its Python class, with the signals that were added to the object.
-    // Null when the object is of a wrapped class itself and nothing was added. Any thread; needs no lock.
-    static const QMetaObject* retrieveMetaObject(const QObject* object);
-
     // Lets go of every Python callable that is connected to a signal, for good.
     void clear();
 

@@ -1,6 +1,5 @@
 // Meta-calls into Python classes, and emission by name.
 #include "connections.h"
-#include "dynamic_meta_object.h"
 #include "signal_hub.h"
 #include "signalmanager.h"
 #include "value_type.h"
@@ -71,12 +70,6 @@ int SignalManager::qt_metacall(QObject* object, QMetaObject::Call call, int id, 
     else if (method.isValid())
         callPythonSlot(object, method, arguments);
     return id - metaObject->methodCount();
-}
-
-const QMetaObject* SignalManager::retrieveMetaObject(const QObject* object)
-{
-    const PythonQObject* const own = dynamic_cast<const PythonQObject*>(object);
-    return own ? own->pythonMetaObject() : nullptr;
 }
 
 void SignalManager::clear() { SignalHub::cutAll(); }
