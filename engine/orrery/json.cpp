@@ -5,7 +5,11 @@
 
 namespace orrery {
 
-Json toJson(const QString& text) { return Json(text.toStdString()); }
+Json toJson(const QString& text)
+{
+    const QByteArray utf8 = text.toUtf8();
+    return Json(std::string(utf8.constData(), static_cast<std::size_t>(utf8.size())));
+}
 
 QString JsonReader::way() const
 {
@@ -61,7 +65,8 @@ QString JsonReader::text() const
 {
     if (!m_json.is_string())
         refuse(QString::fromLatin1("is no text"));
-    return QString::fromStdString(m_json.get_ref<const std::string&>());
+    const std::string& utf8 = m_json.get_ref<const std::string&>();
+    return QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()));
 }
 
 bool JsonReader::flag() const

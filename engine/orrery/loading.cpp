@@ -319,15 +319,31 @@ private:
     std::vector<Master> m_masters;
 };
 
+// Before anything is made of it: how deep brackets stand in each other, those in texts aside.
+int depthOf(const std::string& content)
+{
+    int depth = 0, deepest = 0;
+    bool inText = false;
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        const char c = content[i];
+        if (c == '"')
+            inText = !inText;
+        else if (inText)
+            i += c == '\\';
+        else if (c == '[' || c == '{')
+            deepest = std::max(deepest, ++depth);
+        else if (c == ']' || c == '}')
+            --depth;
+    }
+    return deepest;
+}
+
 Json parsed(const QString& file, const std::string& content)
 {
-    const auto notTooDeep = [&file](int depth, Json::parse_event_t, Json&) {
-        if (depth > deepest)
-            raise<STRM_BadFile>(QString::fromLatin1("%1 is no project file: it is nested too deeply").arg(file));
-        return true;
-    };
+    if (depthOf(content) > deepest)
+        raise<STRM_BadFile>(QString::fromLatin1("%1 is no project file: it is nested too deeply").arg(file));
     try {
-        return Json::parse(content, notTooDeep);
+        return Json::parse(content);
     } catch (const Json::parse_error& error) {
         raise<STRM_BadFile>(QString::fromLatin1("%1 is no project file, or damaged at byte %2 of %3")
                                 .arg(file)

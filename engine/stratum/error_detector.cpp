@@ -21,7 +21,7 @@ void STRM_ErrorDetector::reportAssertion(int, const QString& file, int line, con
     if (fullDetection)
         std::fprintf(stderr, "%s\n", report.toUtf8().constData());
     if (fatalDetection)
-        throw STRM_AssertionFailed(file.toStdString(), line, message, report);
+        throw STRM_AssertionFailed(file.toUtf8().constData(), line, message, report);
 }
 
 bool STRM_ErrorDetector::init() { return !ready.exchange(true); }
