@@ -45,6 +45,8 @@ bool importQtBinding()
         return false;
     SbkPySide_QtCoreTypes = Shiboken::Module::getTypes(core);
     SbkPySide_QtCoreTypeConverters = Shiboken::Module::getTypeConverters(core);
+    if (!SbkPySide_QtCoreTypes || !SbkPySide_QtCoreTypeConverters)
+        return false;
     Shiboken::AutoDecRef gui(Shiboken::Module::import("PySide.QtGui"));
     return !gui.isNull();
 }
@@ -86,8 +88,19 @@ void publish(PyObject* module)
     }
 }
 
+// The binding runtime takes the lock of the process's first interpreter, whichever calls it.
+bool isFirstInterpreter()
+{
+    const PyThreadState* const ofFirst = PyGILState_GetThisThreadState();
+    return !ofFirst || ofFirst->interp == PyThreadState_GET()->interp;
+}
+
 void start()
 {
+    if (!isFirstInterpreter()) {
+        PyErr_SetString(PyExc_ImportError, "vireo.project can be used in the process's first interpreter only");
+        return;
+    }
     STRM_ErrorDetector::init();
     STRM_ErrorDetector::setFullErrorDetection(true, false);
     binding::libraryExceptionHook = &translateLibraryException;
