@@ -3,6 +3,7 @@
 
 #include "operation.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -175,6 +176,7 @@ const Signature* chooseSignature(const Operation& operation, const Given& given,
     for (Py_ssize_t i = 0; i < given.positional; ++i)
         if (!acceptsArgument(*signature, given, i, arguments))
             return nullptr;
+    std::fill(arguments + given.positional, arguments + signature->count, Argument{nullptr, nullptr});
     return signature;
 }
 
@@ -201,6 +203,8 @@ Keywords readKeywords(const Operation& operation, const Signature& signature, co
 // The protocol from counting to calling, which methods and constructors share.
 void* run(const Operation& operation, PyObject* self, void* object, PyObject* arguments, PyObject* keywords)
 {
+    if (operation.form == Form::NoArguments)
+        return operation.signatures->invoke(self, object, nullptr);
     const Given given = readArguments(operation, arguments, keywords);
     if (!countAccepted(operation, arguments, given))
         return nullptr;
@@ -263,14 +267,6 @@ int construct(const Operation& operation, PyObject* self, PyObject* arguments, P
     Shiboken::Object::setHasCppWrapper(wrapper, true);
     Shiboken::BindingManager::instance().registerWrapper(wrapper, object);
     return 1;
-}
-
-bool convertArgument(const Argument& argument, bool mayBeWrapper, void* value)
-{
-    if (PyErr_Occurred() || (mayBeWrapper && !Shiboken::Object::isValid(argument.object)))
-        return false;
-    argument.convert(argument.object, value);
-    return true;
 }
 
 bool prepare(const Operation& operation)

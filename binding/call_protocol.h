@@ -23,8 +23,8 @@ struct FormalParameter
 // What a call gave for one parameter.
 struct Argument
 {
-    PyObject* object = nullptr; // borrowed; null: take the default
-    FromPython convert = nullptr;
+    PyObject* object; // borrowed; null: take the default
+    FromPython convert;
 };
 
 // Converts the arguments and calls the library. Gives the result as a new reference (a PyObject*, or for a constructor

@@ -188,6 +188,14 @@ PyMethodDef* methodDefinitions(std::index_sequence<i...>)
 
 // --- Type-level operations ------------------------------------------------------------------------------------------
 
+// Whether no Python class and no attribute of the object can replace the library's isNull(). Python owns only what is
+// of the module's own subclass; what the library owns may be of a subclass of the library's.
+inline bool isNullIsOwn(PyObject* self)
+{
+    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
+    return !wrapper->ob_dict && Shiboken::Object::hasOwnership(wrapper) && !Shiboken::Object::isUserType(self);
+}
+
 template <class T>
 int truth(PyObject* self)
 {
@@ -195,8 +203,9 @@ int truth(PyObject* self)
     if (!object)
         return -1;
     try {
+        const bool own = isNullIsOwn(self);
         const Unlocked unlocked;
-        return !object->isNull();
+        return !(own ? object->T::isNull() : object->isNull());
     } catch (...) {
         raiseCaughtException();
         return -1;
@@ -208,9 +217,9 @@ int truth(PyObject* self)
 template <class T>
 bool isNull(PyObject* self, T& object)
 {
-    const bool madeByPython = Shiboken::Object::hasCppWrapper(reinterpret_cast<SbkObject*>(self));
+    const bool own = Shiboken::Object::hasCppWrapper(reinterpret_cast<SbkObject*>(self)) || isNullIsOwn(self);
     const Unlocked unlocked;
-    return madeByPython ? object.T::isNull() : object.isNull();
+    return own ? object.T::isNull() : object.isNull();
 }
 
 // A representation: the text of a library operation without arguments.

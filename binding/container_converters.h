@@ -28,7 +28,8 @@ inline PyObject* itemOf(PyObject* sequence, Py_ssize_t index)
 }
 
 // Whether the object is a sequence whose every item `accepts` takes.
-inline bool isSequenceOf(PyObject* object, FromPython (*accepts)(PyObject*))
+template <class Accepts>
+bool isSequenceOf(PyObject* object, Accepts accepts)
 {
     if (!PySequence_Check(object))
         return false;
@@ -88,9 +89,22 @@ struct SequenceConverter
     static constexpr bool mayHoldWrapper = false;
     static const char* text() { return "list"; }
 
+    static bool appendItem(Container& container, PyObject* item)
+    {
+        if (const T* const value = valueInPlace<T>(item)) {
+            container.append(*value);
+            return true;
+        }
+        T element = T();
+        if (!convertItem(item, element))
+            return false;
+        container.append(element);
+        return true;
+    }
+
     static FromPython accepts(PyObject* object)
     {
-        return isSequenceOf(object, &Converter<T>::accepts) ? &fromPython : nullptr;
+        return isSequenceOf(object, [](PyObject* item) { return Converter<T>::accepts(item); }) ? &fromPython : nullptr;
     }
 
     static void fromPython(PyObject* object, void* value)
@@ -102,10 +116,8 @@ struct SequenceConverter
         reserveFor(container, length);
         for (Py_ssize_t i = 0; i < lengthForItem(container, object, length); ++i) {
             const Reference item(itemOf(object, i));
-            T element = T();
-            if (!item || !convertItem(item.get(), element))
+            if (!item || !appendItem(container, item.get()))
                 return;
-            container.append(element);
         }
         if (!PyErr_Occurred())
             *static_cast<Container*>(value) = container;

@@ -82,6 +82,19 @@ struct WrapperConversions
     }
 };
 
+// The library value inside a wrapper object of just that class, which need not be converted to be read; null, without
+// an error, for everything else.
+template <class T>
+const T* valueInPlace(PyObject* object)
+{
+    if constexpr (Wrapped<T>::kind == Kind::Value)
+        if (Py_TYPE(object) == Wrapped<T>::type() &&
+            Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(object), false))
+            return validObject<T>(object);
+    (void)object;
+    return nullptr;
+}
+
 // A value class: by copy in, by copy out.
 template <class T>
 struct Converter<T, std::enable_if_t<Wrapped<T>::kind == Kind::Value>>

@@ -34,7 +34,13 @@ struct StartValue
 };
 
 // Tests the validity of a wrapper object, then converts. False with an error pending.
-bool convertArgument(const Argument& argument, bool mayBeWrapper, void* value);
+inline bool convertArgument(const Argument& argument, bool mayBeWrapper, void* value)
+{
+    if (PyErr_Occurred() || (mayBeWrapper && !Shiboken::Object::isValid(argument.object)))
+        return false;
+    argument.convert(argument.object, value);
+    return true;
+}
 
 // Holds one converted parameter of a call. `Default` is void for a required one.
 template <class T, class Default>

@@ -1,4 +1,4 @@
-// The translation of library exceptions: by the exception's own class, as the module does it.
+// Texts are copied unit by unit; library exceptions are told apart by their own class, as the module does it.
 #include "conversions.h"
 
 #include <cstring>
@@ -8,6 +8,33 @@
 #include <typeinfo>
 
 namespace calls {
+
+QString textFromPython(PyObject* object)
+{
+    if (PyString_Check(object))
+        return QString::fromLatin1(PyString_AS_STRING(object), static_cast<int>(PyString_GET_SIZE(object)));
+    const Py_UNICODE* const units = PyUnicode_AS_UNICODE(object);
+    const int length = static_cast<int>(PyUnicode_GET_SIZE(object));
+    QString text(length, Qt::Uninitialized);
+    QChar* const characters = text.data();
+    for (int i = 0; i < length; ++i) {
+        if (units[i] > 0xffff)
+            return QString::fromWCharArray(reinterpret_cast<const wchar_t*>(units), length);
+        characters[i] = QChar(static_cast<ushort>(units[i]));
+    }
+    return text;
+}
+
+PyObject* textToPython(const QString& text)
+{
+    PyObject* result = PyUnicode_FromUnicode(nullptr, text.size());
+    if (!result)
+        return nullptr;
+    const int length = text.toWCharArray(reinterpret_cast<wchar_t*>(PyUnicode_AS_UNICODE(result)));
+    if (length != text.size())
+        PyUnicode_Resize(&result, length);
+    return result;
+}
 
 namespace {
 

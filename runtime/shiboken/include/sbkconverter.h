@@ -81,8 +81,10 @@ LIBSHIBOKEN_API void* cppPointerSlowly(PyTypeObject* desiredType, SbkObject* pyI
 /// itself.
 inline void* cppPointer(PyTypeObject* desiredType, SbkObject* pyIn)
 {
-    const SbkObjectType* const type = reinterpret_cast<SbkObjectType*>(Py_TYPE(pyIn));
-    return Py_TYPE(desiredType) == &SbkObjectType_Type && type->d->isSingleAddress
+    const SbkObjectTypePrivate* const type = reinterpret_cast<SbkObjectType*>(Py_TYPE(pyIn))->d;
+    // An object of just the desired class needs no cast.
+    return Py_TYPE(desiredType) == &SbkObjectType_Type &&
+                   (type->isSingleAddress || (Py_TYPE(pyIn) == desiredType && !type->isUserType))
                ? pyIn->d.cppObject
                : cppPointerSlowly(desiredType, pyIn);
 }

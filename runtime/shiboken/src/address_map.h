@@ -22,14 +22,22 @@ public:
 
     SbkObject* find(const void* address) const { return m_entries[placeOf(address)].wrapper; }
 
-    void set(const void* address, SbkObject* wrapper)
+    /// Enters the wrapper unless the address has one already, which is returned; null when it was entered.
+    SbkObject* enter(const void* address, SbkObject* wrapper)
     {
         Entry& entry = m_entries[placeOf(address)];
-        if (!entry.address)
-            ++m_count;
+        if (entry.address)
+            return entry.wrapper;
         entry = {address, wrapper};
-        if (m_count * 2 > m_entries.size())
+        if (++m_count * 2 > m_entries.size())
             grow();
+        return nullptr;
+    }
+
+    void set(const void* address, SbkObject* wrapper)
+    {
+        if (enter(address, wrapper))
+            m_entries[placeOf(address)].wrapper = wrapper;
     }
 
     /// Does nothing when the address belongs to another wrapper.

@@ -68,6 +68,12 @@ struct BindingManager::BindingManagerPrivate
 {
     BriefLock lock;
     AddressMap wrappers;
+
+    SbkObject* enter(void* address, SbkObject* wrapper)
+    {
+        const std::lock_guard<BriefLock> guard(lock);
+        return wrappers.enter(address, wrapper);
+    }
 };
 
 BindingManager::BindingManager() : m_d(new BindingManagerPrivate)
@@ -101,11 +107,10 @@ void BindingManager::registerWrapper(SbkObject* pyObj, void* cptr)
         if (cppObjectAt(pyObj, part) != cptr)
             continue;
         forEachAddress(pyObj, part, [&](void* address) {
-            SbkObject* const known = retrieveWrapper(address);
-            if (known && known != pyObj && !pyObj->d.hasOwnership)
+            SbkObject* const known = m_d->enter(address, pyObj);
+            if (!known || known == pyObj || !pyObj->d.hasOwnership)
                 return;
-            if (known && known != pyObj)
-                forgetCppObject(known, address);
+            forgetCppObject(known, address);
             const std::lock_guard<BriefLock> guard(m_d->lock);
             m_d->wrappers.set(address, pyObj);
         });
