@@ -92,7 +92,7 @@ def points(record, size, vp):
     records = record.bytes('make a record', lambda: [vp.BezierControlPointData(x=float(i), y=float(i % 7))
                                                      for i in xrange(size)], size)
     contour = record.bytes('add a contour, per point', lambda: layer.add_bezier_contour(0.0, records, view), size)
-    handles = record.bytes('list all points', contour.get_control_points, size)
+    handles = record.bytes('list all points', lambda: contour.control_points, size)
     some = sample(handles)
     data = vp.BezierControlPointData(x=1.0, y=2.0)
     record.each('point by index', contour.control_point, sample(range(size)))

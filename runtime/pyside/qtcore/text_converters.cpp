@@ -12,14 +12,19 @@ constexpr bool isWide = sizeof(Py_UNICODE) == 4;
 
 QString fromUnits(const Py_UNICODE* units, Py_ssize_t length)
 {
-    QString text;
-    text.reserve(static_cast<int>(length));
+    Py_ssize_t pairs = 0;
+    for (Py_ssize_t i = 0; i < length; ++i)
+        pairs += QChar::requiresSurrogates(units[i]);
+    QString text(static_cast<int>(length + pairs), Qt::Uninitialized);
+    QChar* character = text.data();
     for (Py_ssize_t i = 0; i < length; ++i) {
         const uint unit = units[i];
-        if (QChar::requiresSurrogates(unit))
-            text.append(QChar(QChar::highSurrogate(unit))).append(QChar(QChar::lowSurrogate(unit)));
-        else
-            text.append(QChar(static_cast<ushort>(unit)));
+        if (QChar::requiresSurrogates(unit)) {
+            *character++ = QChar(QChar::highSurrogate(unit));
+            *character++ = QChar(QChar::lowSurrogate(unit));
+        } else {
+            *character++ = QChar(static_cast<ushort>(unit));
+        }
     }
     return text;
 }
