@@ -11,7 +11,8 @@ namespace orrery {
 namespace {
 
 constexpr unsigned int mostDigits = 32;
-constexpr unsigned int mostFrames = 0x7fffffff;
+constexpr unsigned int mostFrames = 1000000; // more than eleven hours
+constexpr unsigned int lastNumber = 0x7fffffff;
 
 void requireNamePart(const char* argument, const QString& part)
 {
@@ -53,16 +54,22 @@ ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount
     const unsigned int end = arguments.last == unknownFrame ? frameCount - 1 : arguments.last;
     if (arguments.first > end)
         raise<STRM_BadArgument>(text("first: the frame %1 comes after the last, %2", arguments.first, end));
-    if (end >= frameCount || end > mostFrames)
+    if (end >= frameCount)
         raise<STRM_OutOfRange>(text("last: there is no frame %1, there are %2 frames", end, frameCount));
-    first = static_cast<int>(arguments.first);
-    last = static_cast<int>(end);
     if (views.empty())
         raise<STRM_BadState>(text("There is no view to export"));
     if (!arguments.separateStreams)
         views.resize(1);
     else
         requireNamePart("view_format", arguments.viewFormat);
+    requireBearable(arguments.first, end, views.size());
+    first = static_cast<int>(arguments.first);
+    last = static_cast<int>(end);
+    nameViews(arguments);
+}
+
+void ExportPlan::nameViews(const ExportArguments& arguments)
+{
     QSet<QString> prefixes;
     for (ExportedView& view : views) {
         QString prefix = arguments.prefix;
@@ -75,6 +82,13 @@ ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount
         prefixes.insert(prefix);
         view.name = {folder, prefix, arguments.suffix, std::max(1U, arguments.indexWidth)};
     }
+}
+
+void requireBearable(unsigned int first, unsigned int last, std::size_t views)
+{
+    if (last > lastNumber || (last - first + 1) > mostFrames / views)
+        raise<STRM_OutOfRange>(
+            text("Frames %1 to %2 are more than the %3 that can be worked on at once", first, last, mostFrames));
 }
 
 StreamInfo ExportPlan::info(const ExportedView& view) const

@@ -58,7 +58,12 @@ OperationProgress::OperationProgress(ProgressWatcher& watcher, const QString& ti
     ++running;
     if (OperationListener* const host = listener.load())
         host->started(title);
-    watcher.data().tellStarted(title);
+    try {
+        watcher.data().tellStarted(title);
+    } catch (...) {
+        watcher.data().state.store(ProgressWatcher::Data::Idle);
+        throw;
+    }
 }
 
 OperationProgress::~OperationProgress()

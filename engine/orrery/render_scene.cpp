@@ -21,6 +21,7 @@ namespace {
 using Parameters = Stratum::ProjectParameters;
 
 constexpr unsigned int frameDigits = 4;
+constexpr std::int64_t farthest = 10000; // frames that a frame may be filled from lie no further away
 
 RenderValues valuesOf(const Parameters& parameters, int frame, int view)
 {
@@ -67,7 +68,7 @@ private:
 } // namespace
 
 RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, const QVector<Layer>& wanted, View asked,
-                         bool wholeFootage)
+                         bool around)
     : first(first), last(last), reachFirst(first), reachLast(last)
 {
     ClipModel* clip;
@@ -81,11 +82,12 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
         clip = footageClip(manager, selected);
         if (!clip)
             raise<STRM_BadState>(text("There is no clip to render the layers with"));
-        if (wholeFootage) {
-            const unsigned int count = std::min(manager.settings.length, clip->state.frameCount());
-            reachFirst = 0;
-            reachLast = std::max(last, static_cast<int>(count) - 1);
+        if (around) {
+            const std::int64_t count = std::min(manager.settings.length, clip->state.frameCount());
+            reachFirst = static_cast<int>(std::max<std::int64_t>(0, first - farthest));
+            reachLast = static_cast<int>(std::max<std::int64_t>(last, std::min(count - 1, last + farthest)));
         }
+        requireBearable(static_cast<unsigned int>(reachFirst), static_cast<unsigned int>(reachLast));
         for (Stratum::LayerModel* layer : selected)
             layers.push_back(Stratum::snapshot(*layer, reachFirst, reachLast, view));
         for (int frame = first; frame <= last; ++frame)

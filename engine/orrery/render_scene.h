@@ -26,10 +26,10 @@ struct RenderValues
 class RenderScene
 {
 public:
-    // Frames `first` to `last` are rendered; with `wholeFootage` the layers and the footage are there for all of its
-    // frames. STRM_BadState when no layer is given, no clip shows them, or there is no output folder.
+    // Frames `first` to `last` are rendered; with `around` the layers and the footage are there for the frames
+    // before and after as well. STRM_BadState when no layer is given, no clip shows them, or there is no output folder.
     RenderScene(STRM_ProjectManager& manager, int first, int last, const QVector<Layer>& layers, View view,
-                bool wholeFootage);
+                bool around);
 
     int first;
     int last;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <orrery/clip_data.h>
+#include <orrery/export_plan.h>
 #include <orrery/message.h>
 #include <orrery/operation_progress.h>
 #include <orrery/shape_rendering.h>
@@ -53,6 +54,7 @@ Range rangeOf(STRM_ProjectManager& manager, const std::vector<Stratum::LayerMode
         raise<STRM_BadArgument>(text("start_index: the frame %1 comes after stop_index, %2", start, stop));
     if (stop >= settings.length)
         raise<STRM_OutOfRange>(text("stop_index: there is no frame %1, the project has %2", stop, settings.length));
+    requireBearable(start, stop);
     return {static_cast<int>(start), static_cast<int>(stop)};
 }
 
@@ -84,6 +86,7 @@ Plan planFor(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel
         plan.reach.first = std::min(plan.reach.first, static_cast<int>(layer->inPoint()));
         plan.reach.last = std::max(plan.reach.last, static_cast<int>(layer->inPoint()));
     }
+    requireBearable(static_cast<unsigned int>(plan.reach.first), static_cast<unsigned int>(plan.reach.last));
     for (Stratum::LayerModel* layer : Stratum::allLayers(manager)) {
         const bool tracked = std::find(wanted.begin(), wanted.end(), layer) != wanted.end();
         if (!tracked && (!layer->shown() || layer->contours.empty()))

@@ -123,6 +123,8 @@ TEST_F(Exporting, RefusesArgumentsByName)
     expectThrow<STRM_BadArgument>([&] { exportTo(QString()); }, "path");
     expectThrow<STRM_BadFile>([&] { exportTo(pattern.section('/', 0, -2) + "/plate.0001.png"); }, "plate.0001.png");
     EXPECT_TRUE(output.files().isEmpty());
+    clip->apply(StreamInfo(folder.path(), "plate.", ".png", 0, 4294967294U, 4), View(0));
+    expectThrow<STRM_OutOfRange>([&] { exportTo(output.path()); }, "0 to 4294967294");
     Clip nothing("", "N", false, 0, 0, 0, nullptr);
     EXPECT_THROW(nothing.exportClip(nullptr, output.path(), "a", ".png", "", 0, last, 1, {}, false), STRM_BadState);
 }

@@ -46,7 +46,13 @@ struct ExportPlan
     int frame(int n) const { return first + n / static_cast<int>(views.size()); }
     QString fileName(int n) const { return view(n).name.fileName(static_cast<unsigned int>(frame(n))); }
     StreamInfo info(const ExportedView& view) const;
+
+private:
+    void nameViews(const ExportArguments& arguments);
 };
+
+// What one operation may be asked for: a snapshot of it is held in memory. STRM_OutOfRange.
+void requireBearable(unsigned int first, unsigned int last, std::size_t views = 1);
 
 // The depth that suits a format best for what is exported.
 pixels::Depth depthFor(const QString& suffix, pixels::Depth wanted);
