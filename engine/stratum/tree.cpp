@@ -292,11 +292,12 @@ void reorder(Edit& edit, TreeItem& item, int place)
 void linkToTrack(Edit& edit, LayerModel& layer, LayerModel* followed)
 {
     for (const LayerModel* link = followed; link; link = link->trackedWith) {
-        if (link == &layer) {
-            const QString message = QString::fromLatin1("link_to_track: layer '%1' follows layer '%2' already")
-                                        .arg(followed->name, layer.name);
-            throw STRM_BadArgument(__FILE__, __LINE__, message, message);
-        }
+        if (link != &layer)
+            continue;
+        const QString message =
+            QString::fromLatin1("link_to_track: layer '%1' cannot follow '%2', which is the same or follows it")
+                .arg(layer.name, followed->name);
+        throw STRM_BadArgument(__FILE__, __LINE__, message, message);
     }
     if (layer.trackedWith == followed)
         return;
