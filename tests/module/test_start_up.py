@@ -105,6 +105,23 @@ print len(steps())
 """)
         self.assertEqual(output, ["True", "4"])
 
+    def test_in_another_interpreter(self):
+        status, output, errors = child("""
+import ctypes
+api = ctypes.PyDLL(None)
+for name in ("PyThreadState_Get", "Py_NewInterpreter"):
+    getattr(api, name).restype = ctypes.c_void_p
+api.PyThreadState_Swap.argtypes = [ctypes.c_void_p]
+first = api.PyThreadState_Get()
+api.Py_NewInterpreter()
+api.PyRun_SimpleString("import vireo.project")
+api.PyThreadState_Swap(first)
+import vireo.project
+print vireo.project.__name__
+""")
+        self.assertEqual(output.splitlines(), ["vireo.project"])
+        self.assertIn("ImportError: vireo.project can be used in the process's first interpreter only", errors)
+
     def test_the_library_is_told_when_the_interpreter_ends(self):
         output = self.child("""
 import atexit
