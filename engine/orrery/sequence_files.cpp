@@ -148,21 +148,4 @@ void requireFrames(const StreamInfo& info)
         text("%1: frame %2 is missing (%3 of %4 frames are)", name.path(missing), missing, wanted - present, wanted));
 }
 
-QString frameList(const QVector<unsigned int>& frames)
-{
-    QStringList ranges;
-    for (int start = 0; start < frames.size();) {
-        int end = start;
-        while (end + 1 < frames.size() && frames.at(end + 1) == frames.at(end) + 1)
-            ++end;
-        QString range = QString::number(frames.at(start));
-        if (end > start)
-            range += QLatin1Char(end == start + 1 ? ',' : '-') +
-                     QString::fromLatin1(end == start + 1 ? " %1" : "%1").arg(frames.at(end));
-        ranges << range;
-        start = end + 1;
-    }
-    return ranges.join(QLatin1String(", "));
-}
-
 } // namespace orrery

@@ -149,8 +149,6 @@ StreamInfo describe(const SequenceName& name, unsigned int start, unsigned int e
     return StreamInfo(absoluteFolder(name.folder), name.prefix, name.suffix, start, end, name.indexWidth);
 }
 
-bool isPattern(const QString& location) { return patternPlace(QFileInfo(location).fileName()).found(); }
-
 SequenceName parseLocation(const QString& location, bool required)
 {
     if (location.isEmpty())

@@ -39,7 +39,6 @@ TEST(SequenceName, PatternsSayTheirWidth)
         const SequenceName name = parseLocation(location, true);
         EXPECT_EQ(name.folder, QString::fromLatin1("/shots/a"));
         expectName(name, expected);
-        EXPECT_TRUE(isPattern(location));
     }
     EXPECT_EQ(parseLocation(QString::fromLatin1("a.##.png"), false).folder, QDir::currentPath());
 }

@@ -27,7 +27,6 @@ public:
     // As the project's view sees it. STRM_OutOfRange when no view of the clip is mapped to it.
     static Footage forProjectView(ClipModel& clip, int projectView, int first, int last);
 
-    const QString& clipName() const { return m_name; }
     VX_LUMINANCE_MODEL luminance() const { return m_luminance; }
     QString file(int frame) const;
     bool has(int frame) const;

@@ -113,7 +113,6 @@ public:
     // Null as long as the view never had a stream.
     StreamBranch* stream(int view) const;
     StreamBranch& makeStream(int view);
-    std::vector<StreamBranch*> presentStreams() const;
 
     // A change of the state; animated values of streams that go start anew. Presence of streams follows.
     std::unique_ptr<Stratum::Change> stateChange(ClipState next, Stratum::Notices notices);

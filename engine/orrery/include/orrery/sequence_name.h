@@ -41,9 +41,6 @@ struct NumberedFile
 };
 bool splitFileName(const QString& fileName, NumberedFile& parts);
 
-// Whether the location tells by itself how its files are called: # or %d in its last component.
-bool isPattern(const QString& location);
-
 // Takes a location apart. STRM_BadArgument for an empty one; STRM_BadFile for a file without a frame number and, with
 // `required`, for a location that is not there and for a folder that holds no sequence or several. Without it such a
 // location is taken for the folder of a sequence whose name is not known yet.
@@ -63,8 +60,5 @@ StreamInfo foundOnDisk(const StreamInfo& info);
 
 // Throws STRM_BadFile naming the first frame's file that is missing between the first and the last, and how many are.
 void requireFrames(const StreamInfo& info);
-
-// "3, 7-9".
-QString frameList(const QVector<unsigned int>& frames);
 
 } // namespace orrery
