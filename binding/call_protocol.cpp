@@ -86,10 +86,8 @@ Given readArguments(const Operation& operation, PyObject* const& arguments, PyOb
         given.items = &PyTuple_GET_ITEM(arguments, 0);
         given.positional = PyTuple_GET_SIZE(arguments);
     }
-    if (keywords && PyDict_Size(keywords) > 0) {
-        given.keywords = keywords;
-        given.keywordCount = PyDict_Size(keywords);
-    }
+    given.keywordCount = keywords ? PyDict_Size(keywords) : 0;
+    given.keywords = given.keywordCount > 0 ? keywords : nullptr;
     return given;
 }
 
@@ -184,10 +182,12 @@ enum class Keywords { Accepted, Refused, Duplicate };
 
 Keywords readKeywords(const Operation& operation, const Signature& signature, const Given& given, Argument* arguments)
 {
-    for (int i = signature.required; i < signature.count; ++i) {
+    Py_ssize_t left = given.keywordCount;
+    for (int i = signature.required; i < signature.count && left > 0; ++i) {
         PyObject* const value = PyDict_GetItem(given.keywords, signature.keywordNames[i]);
         if (!value)
             continue;
+        --left;
         if (arguments[i].object) {
             raiseDuplicate(operation, signature.parameters[i].keyword);
             return Keywords::Duplicate;

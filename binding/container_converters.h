@@ -14,6 +14,7 @@
 #include <QMap>
 #include <QPair>
 #include <QVector>
+#include <algorithm>
 
 namespace binding {
 
@@ -44,6 +45,22 @@ bool isSequenceOf(PyObject* object, Accepts accepts)
     if (length >= 0)
         return true;
     PyErr_Clear();
+    return false;
+}
+
+// Whether the object is a list of nothing but wrapper objects of just the value class T: seen without asking
+// converters.
+template <class T>
+bool isPlainListOf(PyObject* object)
+{
+    if constexpr (Wrapped<T>::kind == Kind::Value) {
+        if (!PyList_CheckExact(object))
+            return false;
+        PyObject* const* const first = reinterpret_cast<PyListObject*>(object)->ob_item;
+        return std::all_of(first, first + PyList_GET_SIZE(object),
+                           [type = Wrapped<T>::type()](PyObject* item) { return Py_TYPE(item) == type; });
+    }
+    (void)object;
     return false;
 }
 
@@ -104,7 +121,9 @@ struct SequenceConverter
 
     static FromPython accepts(PyObject* object)
     {
-        return isSequenceOf(object, [](PyObject* item) { return Converter<T>::accepts(item); }) ? &fromPython : nullptr;
+        const bool accepted = isPlainListOf<T>(object) ||
+                              isSequenceOf(object, [](PyObject* item) { return Converter<T>::accepts(item); });
+        return accepted ? &fromPython : nullptr;
     }
 
     static void fromPython(PyObject* object, void* value)
