@@ -286,7 +286,8 @@ class Arguments(ModuleTest):
         one = make(name) if method else None
         signatures = CLASSES[name].signatures or ["vireo.project." + name]
         if method:
-            rows = [(row[0],) + row[2:] for row in CLASSES[name].methods] + [row[2:] for row in CLASSES[name].properties]
+            rows = [(row[0],) + row[2:] for row in CLASSES[name].methods]
+            rows += [row[2:] for row in CLASSES[name].properties]
             signatures = [row[1:] for row in rows if row[0] == method][0]
         recording.clear()
         full = ".".join(filter(None, [name, method]))
