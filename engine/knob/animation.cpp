@@ -153,13 +153,6 @@ std::optional<Value> Animation::removeKey(double time, int view)
     return value;
 }
 
-std::vector<Key> Animation::keys() const
-{
-    std::vector<Key> all;
-    forEachKey([&all](const Key& key) { all.push_back(key); });
-    return all;
-}
-
 std::vector<Key> Animation::keys(int view) const
 {
     std::vector<Key> found;

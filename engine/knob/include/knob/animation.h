@@ -72,7 +72,6 @@ public:
                 for (const Key& key : chunk)
                     function(key);
     }
-    std::vector<Key> keys() const;
     std::vector<Key> keys(int view) const;
 
 private:

@@ -114,13 +114,9 @@ public:
     // Whether the transaction is the step that can be undone (redone) next.
     bool isNextToUndo(Transaction transaction) const;
     bool isNextToRedo(Transaction transaction) const;
-    bool isGathering() const { return !m_open.empty(); }
 
     void undo(Notices& notices);
     void redo(Notices& notices);
-
-    std::size_t undoCount() const { return m_done.size(); }
-    std::size_t redoCount() const { return m_undone.size(); }
 
 private:
     struct Step

@@ -143,7 +143,7 @@ namespace Stratum {
 // STRM_BadState "Invalid object", of a removed object or a handle of one.
 [[noreturn]] void throwInvalidObject();
 
-// Holds the model lock for a read.
+// Holds the model lock, for a read or for a change of the history itself.
 class Reading
 {
 public:
@@ -177,9 +177,6 @@ public:
         if (!(place == value))
             perform(std::make_unique<Assignment<T>>(place, std::move(value), std::move(notices)));
     }
-
-    // Announces this too, once committed, though nothing undoes it.
-    void announce(const Notices& notices) { m_notices.add(notices); }
 
     void commit();
 
