@@ -77,7 +77,13 @@ SbkObjectExtra& extraOf(SbkObject* object);
 std::vector<SbkObjectType*> partsOfBases(PyObject* bases);
 
 inline std::size_t partCount(SbkObject* object) { return typeDataOf(object).parts.size(); }
-void* cppObjectAt(SbkObject* object, std::size_t part);
+inline void* cppObjectAt(SbkObject* object, std::size_t part)
+{
+    const SbkObjectExtra* const extra = object->d.extra;
+    if (extra && !extra->cppObjects.empty())
+        return extra->cppObjects[part];
+    return part == 0 ? object->d.cppObject : nullptr;
+}
 void setCppObjectAt(SbkObject* object, std::size_t part, void* cppObject);
 
 /// The C++ object of the given address is dead: the object's wrapper becomes invalid, and everybody lets go of it.

@@ -179,14 +179,6 @@ SbkObjectType* realType(SbkObjectType* type, void** cptr, const char* typeName)
 
 } // namespace
 
-void* cppObjectAt(SbkObject* object, std::size_t part)
-{
-    const SbkObjectExtra* const extra = object->d.extra;
-    if (extra && !extra->cppObjects.empty())
-        return extra->cppObjects[part];
-    return part == 0 ? object->d.cppObject : nullptr;
-}
-
 void setCppObjectAt(SbkObject* object, std::size_t part, void* cppObject)
 {
     const std::size_t count = partCount(object);
