@@ -106,10 +106,13 @@ message(STATUS "Python 2.7: ${PYTHON2_EXECUTABLE} (debug build: ${PYTHON2_DEBUG}
 if(VIREO_SANITIZE)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so OUTPUT_VARIABLE asan
         OUTPUT_STRIP_TRAILING_WHITESPACE)
+    # The sanitizer looks for what throws exceptions when it is loaded, and the interpreter has none of it.
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libstdc++.so.6 OUTPUT_VARIABLE stdcxx
+        OUTPUT_STRIP_TRAILING_WHITESPACE)
     set(interpreter ${PYTHON2_EXECUTABLE})
     set(PYTHON2_EXECUTABLE ${CMAKE_BINARY_DIR}/sanitized-python2.7)
     file(CONFIGURE OUTPUT ${PYTHON2_EXECUTABLE} @ONLY NEWLINE_STYLE UNIX CONTENT [[#!/bin/sh
-LD_PRELOAD='@asan@' ASAN_OPTIONS="detect_leaks=0:$ASAN_OPTIONS" exec '@interpreter@' "$@"
+LD_PRELOAD='@asan@ @stdcxx@' ASAN_OPTIONS="detect_leaks=0:$ASAN_OPTIONS" exec '@interpreter@' "$@"
 ]])
     file(CHMOD ${PYTHON2_EXECUTABLE} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
         WORLD_READ WORLD_EXECUTE)

@@ -58,10 +58,12 @@ XSplineContour Layer::add_xspline_contour(float time, const QVector<XControlPoin
 
 QList<boost::shared_ptr<Stratum::Contour>> Layer::getAllContours() const
 {
-    const LockedItem<Stratum::LayerModel> layer(handledObject());
+    // Each keeps the project's manager alive, as what it is taken from does.
+    const boost::shared_ptr<STRM_Layer> object = handledObject();
+    const LockedItem<Stratum::LayerModel> layer(object);
     QList<boost::shared_ptr<Stratum::Contour>> contours;
     for (Stratum::ContourModel* contour : layer->contours)
-        contours.append(contour->shared_from_this());
+        contours.append(boost::shared_ptr<Stratum::Contour>(object, contour));
     return contours;
 }
 

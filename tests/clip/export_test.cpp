@@ -315,6 +315,6 @@ TEST_F(ExportingShapes, WithoutASizeThereIsNoFrame)
     expectThrow<STRM_BadState>(
         [&] { bare.export_rendered_shapes({}, Grayscale, "M", output.path(), "m", ".png", 0, 1, 1, {}, false); },
         "size");
-    expectThrow<STRM_BadArgument>([&] { shapes({}, static_cast<ColorizeOutput>(7)); }, "colorize");
+    expectThrow<STRM_BadArgument>([&] { shapes({}, static_cast<ColorizeOutput>(ByLayer + 1)); }, "colorize");
     EXPECT_TRUE(output.files().isEmpty());
 }

@@ -3,6 +3,7 @@
 
 #include "test_footage.h"
 
+#include <chrono>
 #include <csignal>
 #include <orrery/progress_watcher.h>
 #include <random>
@@ -11,16 +12,31 @@
 
 namespace {
 
-// Exports over and over until it is killed.
-[[noreturn]] void exportForEver(const QString& pattern, const QString& output)
+// Exports so many times, or until it is killed.
+pid_t startExports(const QString& pattern, const QString& output, int times)
 {
+    const pid_t child = fork();
+    if (child != 0)
+        return child;
     try {
         Clip clip(pattern, "Plate", false, 0, 0, 0, nullptr);
-        for (;;)
+        while (times-- > 0)
             clip.exportClip(nullptr, output, "out.", ".png", "", 0, 4294967295U, 4, {}, false);
     } catch (...) {
+        _exit(1);
     }
-    _exit(1);
+    _exit(0);
+}
+
+// What one export takes on this machine now, in microseconds.
+unsigned int measureExport(const QString& pattern)
+{
+    Folder output;
+    const auto start = std::chrono::steady_clock::now();
+    int status = 0;
+    waitpid(startExports(pattern, output.path(), 1), &status, 0);
+    EXPECT_EQ(status, 0) << "the child could not export";
+    return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count();
 }
 
 } // namespace
@@ -29,13 +45,12 @@ TEST(InterruptedExport, LeavesOnlyWholeFilesUnderFinalNames)
 {
     Folder folder, output;
     const QString pattern = writeFootage(folder, pixels::MadeFootage(smallOptions()));
+    const unsigned int whole = measureExport(pattern);
     std::mt19937 random(7);
     int found = 0;
     for (int round = 0; round < 40; ++round) {
-        const pid_t child = fork();
-        if (child == 0)
-            exportForEver(pattern, output.path());
-        usleep(20000 + random() % 60000);
+        const pid_t child = startExports(pattern, output.path(), 1000000);
+        usleep(whole / 3 + random() % (3 * whole / 2));
         kill(child, SIGKILL);
         int status = 0;
         waitpid(child, &status, 0);
