@@ -8,6 +8,7 @@
 #include <orrery/destruction_hook.h>
 #include <orrery/handle_access.h>
 #include <orrery/message.h>
+#include <orrery/progress_watcher.h>
 
 using namespace orrery;
 

@@ -34,7 +34,7 @@ Clip::Data::~Data()
         manager->setListener(nullptr);
     }
     destroy(exchange(nullptr));
-    delete progressWatcher;
+    delete progressWatcher.data();
 }
 
 void Clip::Data::moveTo(const boost::shared_ptr<STRM_ProjectManager>& projectManager, ClipState state)

@@ -86,7 +86,7 @@ Clip* Project::export_rendered_shapes(const QVector<Layer>& layers, ColorizeOutp
     const pixels::Size size = frameSize(settings.clip);
 
     const BusyProject busy(*m_data);
-    OperationProgress progress(*m_data->progressWatcher, text("Exporting shapes"));
+    OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Exporting shapes"));
     std::vector<std::vector<Stratum::LayerSnapshot>> shapes;
     for (const ExportedView& view : plan.views)
         shapes.push_back(snapshotLayers(manager, layers, plan.first, plan.last, view.id));

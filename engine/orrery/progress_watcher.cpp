@@ -77,6 +77,13 @@ OperationProgress::~OperationProgress()
         host->finished(m_cancelled);
 }
 
+ProgressWatcher& presentWatcher(const QPointer<ProgressWatcher>& watcher)
+{
+    if (!watcher)
+        raise<STRM_BadState>(text("The progress watcher was destroyed"));
+    return *watcher;
+}
+
 bool OperationProgress::cancelWanted() const noexcept
 {
     return m_watcher.data().state.load() == ProgressWatcher::Data::CancelWanted || cancels.load() != m_cancelsAtStart;

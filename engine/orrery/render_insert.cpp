@@ -31,9 +31,10 @@ VX::IClip* RenderInsertOperation::onRender(STRM_ProjectManager& manager, int fir
                                            View view)
 {
     const RenderScene scene(manager, first, last, layers, view, false);
-    return renderFrames(scene, *get_progress_watcher(), text("Inserting"), "insert", [&scene](int frame) {
-        pixels::Image image = *scene.footage->read(frame);
-        layOver(image, colorPicture(scene.layers, frame, image.size), scene.valuesAt(frame).insertOpacity);
-        return image;
-    });
+    return renderFrames(
+        scene, presentWatcher(get_progress_watcher()), text("Inserting"), "insert", [&scene](int frame) {
+            pixels::Image image = *scene.footage->read(frame);
+            layOver(image, colorPicture(scene.layers, frame, image.size), scene.valuesAt(frame).insertOpacity);
+            return image;
+        });
 }

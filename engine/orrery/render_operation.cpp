@@ -9,7 +9,7 @@ RenderOperation::RenderOperation() : m_progress_watcher(new ProgressWatcher(null
 RenderOperation::~RenderOperation()
 {
     orrery::tellDestruction(this);
-    delete m_progress_watcher;
+    delete m_progress_watcher.data();
 }
 
 ProgressWatcher* RenderOperation::get_progress_watcher() const { return m_progress_watcher; }

@@ -222,7 +222,7 @@ VX::IClip* RenderRemoveOperation::onRender(STRM_ProjectManager& manager, int fir
                                            View view)
 {
     const RenderScene scene(manager, first, last, layers, view, true);
-    return renderFrames(scene, *get_progress_watcher(), text("Removing"), "remove", [&scene](int frame) {
+    return renderFrames(scene, presentWatcher(get_progress_watcher()), text("Removing"), "remove", [&scene](int frame) {
         return withPixels(text("Frame %1", frame),
                           [&](pixels::Library& library) { return Removal(scene, frame, library).run(); });
     });

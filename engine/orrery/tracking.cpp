@@ -177,7 +177,7 @@ void Project::track_layers(unsigned int start_index, unsigned int stop_index, co
             plans.push_back(planFor(manager, wanted, id, range));
     }
 
-    OperationProgress progress(*m_data->progressWatcher, text("Tracking"));
+    OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Tracking"));
     std::vector<Found> tracks;
     QString failure;
     const double share = 1.0 / static_cast<double>(plans.size());

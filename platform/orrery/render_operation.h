@@ -2,6 +2,7 @@
 #ifndef ORRERY_RENDER_OPERATION_H
 #define ORRERY_RENDER_OPERATION_H
 
+#include <QPointer>
 #include <QVector>
 #include <orrery/layer.h>
 #include <orrery/sbk_cleaner.h>
@@ -31,7 +32,7 @@ private:
     RenderOperation(const RenderOperation&) = delete;
     RenderOperation& operator=(const RenderOperation&) = delete;
 
-    ProgressWatcher* m_progress_watcher;
+    QPointer<ProgressWatcher> m_progress_watcher;
 };
 
 // Puts the layers' matte colour over the footage, in the layers' z order.

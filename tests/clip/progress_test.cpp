@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <orrery/operation_progress.h>
+#include <orrery/render_operation.h>
 #include <set>
 #include <thread>
 
@@ -124,4 +125,20 @@ TEST(Progress, EveryFrameIsWorkedOnOnceAndTheFirstFailureIsThrown)
     };
     expectThrow<STRM_OperationCancelledByUser>(cancelled, "work");
     EXPECT_LT(begun, 1000);
+}
+
+TEST(Progress, AWatcherThatAScriptDestroyedIsMissedAndNotUsed)
+{
+    Clip clip("", "Plate", false, 0, 0, 0, nullptr);
+    delete clip.get_progress_watcher();
+    EXPECT_EQ(clip.get_progress_watcher(), nullptr);
+    expectThrow<STRM_BadState>([&] { orrery::presentWatcher(clip.get_progress_watcher()); }, "progress watcher");
+
+    Project project(QString(), nullptr);
+    delete project.get_progress_watcher();
+    EXPECT_EQ(project.get_progress_watcher(), nullptr);
+
+    RenderInsertOperation operation;
+    delete operation.get_progress_watcher();
+    EXPECT_EQ(operation.get_progress_watcher(), nullptr);
 }

@@ -99,13 +99,14 @@ ProgressWatcher::~ProgressWatcher() { gone(this, "ProgressWatcher"); }
 
 void ProgressWatcher::cancel() { call("ProgressWatcher.cancel", this); }
 
-RenderOperation::RenderOperation() : m_progress_watcher(nullptr) {}
+RenderOperation::RenderOperation() = default;
 
 RenderOperation::~RenderOperation() { gone(this, "RenderOperation"); }
 
 ProgressWatcher* RenderOperation::get_progress_watcher() const
 {
-    return answer(m_progress_watcher, "RenderOperation.get_progress_watcher", const_cast<RenderOperation*>(this));
+    return answer(m_progress_watcher.data(), "RenderOperation.get_progress_watcher",
+                  const_cast<RenderOperation*>(this));
 }
 
 RenderInsertOperation::RenderInsertOperation()

@@ -1,6 +1,7 @@
 // What is behind a Clip: its model, the manager that guards it, and the objects that scripts can see and the clip owns.
 #pragma once
 
+#include <QPointer>
 #include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <functional>
@@ -51,7 +52,7 @@ struct Clip::Data : Stratum::Listener
     bool detached = true;
     boost::shared_ptr<STRM_ProjectManager> manager;
     boost::shared_ptr<orrery::ClipModel> model;
-    ProgressWatcher* const progressWatcher; // owned
+    const QPointer<ProgressWatcher> progressWatcher; // owned; null once a script destroyed it
 
 private:
     // Called as long as the clip is there: its history outlives one that a script destroys.

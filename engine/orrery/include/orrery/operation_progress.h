@@ -1,6 +1,7 @@
 // What a long operation reports to, and how it learns that it is to stop.
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <atomic>
 #include <chrono>
@@ -39,6 +40,9 @@ private:
     bool m_cancelled = false;
     const unsigned m_cancelsAtStart;
 };
+
+// The watcher of an object, which a script may have destroyed: STRM_BadState then.
+ProgressWatcher& presentWatcher(const QPointer<ProgressWatcher>& watcher);
 
 // Calls `work` with 0 to count - 1 from all cores, several at once, in order as far as that goes, and reports meanwhile
 // from the calling thread: `doing` puts into words how many are done. When one throws, no further ones begin, and the

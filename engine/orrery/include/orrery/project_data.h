@@ -1,6 +1,7 @@
 // What is behind a Project: the manager of its model, and the objects that scripts can see and the project owns.
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <atomic>
 #include <boost/shared_ptr.hpp>
@@ -31,9 +32,9 @@ struct Project::Data : Stratum::Listener
     std::vector<std::shared_ptr<Clip*>> allClips;
     void ownClip(std::unique_ptr<Clip> clip); // with the lock held
 
-    std::mutex saving;                // one save at a time; whoever holds it waits for nobody's interpreter
-    std::atomic<bool> busy{false};    // tracking, rendering or an export runs
-    ProgressWatcher* progressWatcher; // a child object of the project
+    std::mutex saving;             // one save at a time; whoever holds it waits for nobody's interpreter
+    std::atomic<bool> busy{false}; // tracking, rendering or an export runs
+    const QPointer<ProgressWatcher> progressWatcher; // a child object; null once a script destroyed it
 
 private:
     void forgetClip(QObject* clip);
