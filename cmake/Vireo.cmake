@@ -2,7 +2,9 @@
 
 option(VIREO_SANITIZE "Build with the address and undefined behaviour sanitizers" OFF)
 if(VIREO_SANITIZE)
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    # Numbers that no enumerator has are passed on purpose, to be refused.
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize=enum -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
