@@ -18,6 +18,8 @@ pid_t startExports(const QString& pattern, const QString& output, int times)
     const pid_t child = fork();
     if (child != 0)
         return child;
+    // A thread of the image library may have held a lock when the process was copied: nobody waits for that for ever.
+    alarm(20);
     try {
         Clip clip(pattern, "Plate", false, 0, 0, 0, nullptr);
         while (times-- > 0)
@@ -31,10 +33,13 @@ pid_t startExports(const QString& pattern, const QString& output, int times)
 // What one export takes on this machine now, in microseconds.
 unsigned int measureExport(const QString& pattern)
 {
-    Folder output;
-    const auto start = std::chrono::steady_clock::now();
-    int status = 0;
-    waitpid(startExports(pattern, output.path(), 1), &status, 0);
+    int status = -1;
+    auto start = std::chrono::steady_clock::now();
+    for (int tries = 0; status != 0 && tries < 3; ++tries) {
+        Folder output;
+        start = std::chrono::steady_clock::now();
+        waitpid(startExports(pattern, output.path(), 1), &status, 0);
+    }
     EXPECT_EQ(status, 0) << "the child could not export";
     return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count();
 }

@@ -18,13 +18,15 @@ namespace {
 constexpr int skipped = 77;
 
 // Runs `action` in a child process, which may change what would be dangerous to change here. Its result is the exit
-// code.
+// code. A thread of the image library may hold a lock just when the process is copied, and the child would wait for it
+// for ever: such a child ends by its alarm, and another takes its place.
 template <class Action>
-int inChild(const Action& action)
+int inChild(const Action& action, int tries = 3)
 {
     library();
     const pid_t child = fork();
     if (child == 0) {
+        alarm(20);
         int code = 99;
         try {
             code = action();
@@ -35,6 +37,8 @@ int inChild(const Action& action)
     }
     int status = 0;
     waitpid(child, &status, 0);
+    if (WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM && tries > 1)
+        return inChild(action, tries - 1);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128;
 }
 
