@@ -42,9 +42,10 @@ class Prompt(unittest.TestCase):
 
     def interrupt(self):
         # Between the prompt and the reading of a line Python notes Ctrl-C and acts on it at the next one only.
-        for attempt in range(20):
+        for attempt in range(5):
+            time.sleep(0.5)
             self.type("\x03")
-            if select.select([self.terminal], [], [], 1)[0]:
+            if select.select([self.terminal], [], [], 5)[0]:
                 self.seen += os.read(self.terminal, 4096)
             if "KeyboardInterrupt" in self.seen:
                 return
