@@ -4,10 +4,7 @@
 
 #include <fundo/fs_percent_escaped_string.h>
 #include <map>
-#include <plain.h>
-#include <stdexcept>
 #include <stratum/enumerations.h>
-#include <string>
 #include <vireo/project_types.h>
 
 using namespace recording;
@@ -124,68 +121,37 @@ SbkConverter* converterNamed(const std::string& name)
     return converter ? converter : throw std::invalid_argument("no converter " + name);
 }
 
-template <class Work>
-PyObject* guarded(Work work)
+PyObject* toPythonByName(std::string name, Value data)
 {
-    try {
-        return work();
-    } catch (const PythonError&) {
-    } catch (const std::exception& error) {
-        PyErr_SetString(PyExc_LookupError, error.what());
-    }
+    return crossings.at(name).toPython(converterNamed(name), data);
+}
+
+PyObject* fromPythonByName(std::string name, PyObject* object)
+{
+    const auto convert = Shiboken::Conversions::isPythonToCppConvertible(converterNamed(name), object);
+    if (convert)
+        return toPython(checked(crossings.at(name).fromPython(convert, object)));
+    PyErr_SetString(PyExc_ValueError, "not convertible");
     return nullptr;
 }
 
-PyObject* toPythonByName(PyObject*, PyObject* arguments)
+PyObject* pointerToPython(std::string name, long number)
 {
-    const char* name;
-    PyObject* data;
-    if (!PyArg_ParseTuple(arguments, "sO", &name, &data))
-        return nullptr;
-    return guarded([&] { return crossings.at(name).toPython(converterNamed(name), fromPython(data)); });
+    return Shiboken::Conversions::pointerToPython(converterNamed(name), objectOf(number));
 }
 
-PyObject* fromPythonByName(PyObject*, PyObject* arguments)
-{
-    const char* name;
-    PyObject* object;
-    if (!PyArg_ParseTuple(arguments, "sO", &name, &object))
-        return nullptr;
-    return guarded([&]() -> PyObject* {
-        const auto convert = Shiboken::Conversions::isPythonToCppConvertible(converterNamed(name), object);
-        if (!convert) {
-            PyErr_SetString(PyExc_ValueError, "not convertible");
-            return nullptr;
-        }
-        return toPython(checked(crossings.at(name).fromPython(convert, object)));
-    });
-}
-
-PyObject* pointerToPython(PyObject*, PyObject* arguments)
-{
-    const char* name;
-    long number;
-    if (!PyArg_ParseTuple(arguments, "sl", &name, &number))
-        return nullptr;
-    return guarded([&] { return Shiboken::Conversions::pointerToPython(converterNamed(name), objectOf(number)); });
-}
-
-// The number by which the recording library knows the object behind a wrapper; 0 for none.
-PyObject* numberOfObject(PyObject*, PyObject* object)
+// 0 for what is no wrapper, or one without an object.
+long numberOfObject(PyObject* object)
 {
     if (!Shiboken::Object::checkType(object) || !Shiboken::Object::isValid(object))
-        return PyErr_Occurred() ? nullptr : PyInt_FromLong(0);
-    return PyInt_FromLong(numberOf(Shiboken::Object::cppPointers(reinterpret_cast<SbkObject*>(object)).front()));
+        return checked(0L);
+    return numberOf(Shiboken::Object::cppPointers(reinterpret_cast<SbkObject*>(object)).front());
 }
 
 // The same crossings by the runtime's class for it.
-PyObject* specific(PyObject*, PyObject* arguments)
+PyObject* specific(std::string name, PyObject* object)
 {
-    const char* name;
-    PyObject* object;
-    if (!PyArg_ParseTuple(arguments, "sO", &name, &object))
-        return nullptr;
-    Shiboken::Conversions::SpecificConverter converter(name);
+    Shiboken::Conversions::SpecificConverter converter(name.c_str());
     if (!converter.isValid())
         Py_RETURN_NONE;
     boost::optional<float> number;
@@ -193,44 +159,38 @@ PyObject* specific(PyObject*, PyObject* arguments)
     return converter.toPython(&number);
 }
 
-PyObject* typeAt(PyObject*, PyObject* place)
+PyObject* shared(PyTypeObject* type)
+{
+    Py_XINCREF(type);
+    return reinterpret_cast<PyObject*>(type);
+}
+
+PyObject* typeAt(int place)
 {
     PyTypeObject** const types = vireo::projectTypes();
-    if (!types)
-        return nullptr;
-    PyObject* const type = reinterpret_cast<PyObject*>(types[PyInt_AsLong(place)]);
-    Py_XINCREF(type);
-    return type;
+    return types ? shared(types[place]) : nullptr;
 }
 
-PyObject* hasConverterAt(PyObject*, PyObject* arguments)
+bool hasConverterAt(int place, std::string name)
 {
-    int place;
-    const char* name;
-    if (!PyArg_ParseTuple(arguments, "is", &place, &name))
-        return nullptr;
-    SbkConverter** const converters = vireo::projectConverters();
-    return converters ? PyBool_FromLong(converters[place] == Shiboken::Conversions::getConverter(name)) : nullptr;
+    SbkConverter** const converters = checked(vireo::projectConverters());
+    return converters[place] == Shiboken::Conversions::getConverter(name.c_str());
 }
 
-PyObject* typeOfConverter(PyObject*, PyObject* name)
+PyObject* typeOfConverter(std::string name)
 {
-    return guarded([&] {
-        PyTypeObject* const type = Shiboken::Conversions::getPythonTypeObject(converterNamed(PyString_AsString(name)));
-        Py_XINCREF(type);
-        return reinterpret_cast<PyObject*>(type);
-    });
+    return shared(Shiboken::Conversions::getPythonTypeObject(converterNamed(name)));
 }
 
 PyMethodDef functions[] = {
-    {"to_python", &toPythonByName, METH_VARARGS, "(converter, plain data) -> the Python form of that library value"},
-    {"from_python", &fromPythonByName, METH_VARARGS, "(converter, object) -> plain data of the library value"},
-    {"pointer_to_python", &pointerToPython, METH_VARARGS, "(converter, number of a library object)"},
-    {"number_of", &numberOfObject, METH_O, "(wrapper) -> the recording library's number of its object"},
-    {"specific", &specific, METH_VARARGS, "(converter of an optional number, object) -> there and back"},
-    {"type_at", &typeAt, METH_O, "(place in the type table)"},
-    {"has_converter_at", &hasConverterAt, METH_VARARGS, "(place in the converter table, name)"},
-    {"type_of_converter", &typeOfConverter, METH_O, "(converter) -> the Python type that it was made with"},
+    method<toPythonByName>("to_python", "(converter, plain data) -> the Python form of that library value"),
+    method<fromPythonByName>("from_python", "(converter, object) -> plain data of the library value"),
+    method<pointerToPython>("pointer_to_python", "(converter, number of a library object)"),
+    method<numberOfObject>("number_of", "(wrapper) -> the recording library's number of its object"),
+    method<specific>("specific", "(converter of an optional number, object) -> there and back"),
+    method<typeAt>("type_at", "(place in the type table)"),
+    method<hasConverterAt>("has_converter_at", "(place in the converter table, name)"),
+    method<typeOfConverter>("type_of_converter", "(converter) -> the Python type that it was made with"),
     {nullptr, nullptr, 0, nullptr}};
 
 } // namespace

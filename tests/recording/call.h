@@ -16,24 +16,25 @@ public:
         const Silence silence;
         return made<T>(m_told.value_or(Value()));
     }
+    bool isTold() const { return m_told.has_value(); }
 
 private:
     const std::optional<Value> m_told;
 };
 
+// While silent, not even the arguments are looked at: that would call the recorded functions again.
 template <class... Arguments>
 Answer call(const char* function, const Arguments&... arguments)
 {
-    return Answer(note(function, {plain(arguments)...}));
+    return Answer(Silence::now() ? std::nullopt : note(function, {plain(arguments)...}));
 }
 
 // With an answer of its own while it was told none.
 template <class Result, class... Arguments>
 Result answer(Result otherwise, const char* function, const Arguments&... arguments)
 {
-    const std::optional<Value> told = note(function, {plain(arguments)...});
-    const Silence silence;
-    return told ? made<Result>(*told) : otherwise;
+    const Answer told = call(function, arguments...);
+    return told.isTold() ? static_cast<Result>(told) : otherwise;
 }
 
 template <class T, class = void>
@@ -47,23 +48,22 @@ constexpr bool (*asksNull<T, std::void_t<decltype(std::declval<T>().isNull())>>)
 template <class T>
 void begin(T* object, const char* name)
 {
-    constructed(name);
     begun(
         name, object, [](void* one) { delete static_cast<T*>(one); }, asksNull<T>);
 }
+
+void begin(ColorParameters* object, const char* name);
 
 template <class T>
 void beginCopy(T* object, const char* name)
 {
     copied(name);
-    begun(
-        name, object, [](void* one) { delete static_cast<T*>(one); }, asksNull<T>);
+    begin(object, name);
 }
 
-inline void end(void* object, const char* name)
-{
-    destroyed(name);
-    ended(object);
-}
+inline void end(void* object, const char* name) { ended(name, object); }
+
+// The end of an object that scripts know by its address: whoever asked for it is told.
+void gone(void* object, const char* name);
 
 } // namespace recording

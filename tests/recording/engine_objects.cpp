@@ -1,14 +1,12 @@
-// The tables of engine objects, and the engine's classes that have no behaviour of their own.
+// The tables of engine objects, and the handles' way to them.
 #include "engine_objects.h"
 
 #include "call.h"
 
-#include <knob/time.h>
-#include <knob/view.h>
 #include <map>
 #include <mutex>
-#include <stratum/error_detector.h>
-#include <stratum/vx_clip.h>
+#include <stratum/exception.h>
+#include <tuple>
 
 namespace recording {
 
@@ -17,16 +15,17 @@ namespace {
 struct Root : Stratum::LayerRoot
 {};
 
+template <class T>
+using Table = std::map<int, boost::shared_ptr<T>>;
+
 struct Engine
 {
     std::mutex mutex;
     boost::shared_ptr<STRM_ProjectManager> manager = boost::make_shared<STRM_ProjectManager>();
     Root root;
-    std::map<int, boost::shared_ptr<EngineLayer>> layers;
-    std::map<int, boost::shared_ptr<EngineGroup>> groups;
-    std::map<int, boost::shared_ptr<EngineContour>> contours;
-    std::map<int, boost::shared_ptr<EnginePoint>> points;
-    std::map<int, boost::shared_ptr<Knob::ParameterSet>> parameters;
+    std::tuple<Table<EngineLayer>, Table<EngineGroup>, Table<EngineContour>, Table<EnginePoint>,
+               Table<Knob::ParameterSet>>
+        tables;
 };
 
 Engine& engine()
@@ -36,12 +35,12 @@ Engine& engine()
 }
 
 template <class T, class... More>
-boost::shared_ptr<T> found(std::map<int, boost::shared_ptr<T>>& table, int number, const More&... more)
+boost::shared_ptr<T> found(int number, const More&... more)
 {
     const std::lock_guard lock(engine().mutex);
     if (!number)
         return {};
-    boost::shared_ptr<T>& object = table[number];
+    boost::shared_ptr<T>& object = std::get<Table<T>>(engine().tables)[number];
     if (!object)
         object = boost::make_shared<T>(number, more...);
     return object;
@@ -49,18 +48,18 @@ boost::shared_ptr<T> found(std::map<int, boost::shared_ptr<T>>& table, int numbe
 
 } // namespace
 
-boost::shared_ptr<EngineLayer> engineLayer(int number) { return found(engine().layers, number); }
+boost::shared_ptr<EngineLayer> engineLayer(int number) { return found<EngineLayer>(number); }
 
-boost::shared_ptr<EngineGroup> engineGroup(int number) { return found(engine().groups, number); }
+boost::shared_ptr<EngineGroup> engineGroup(int number) { return found<EngineGroup>(number); }
 
-boost::shared_ptr<EngineContour> engineContour(int number, int type) { return found(engine().contours, number, type); }
+boost::shared_ptr<EngineContour> engineContour(int number, int type) { return found<EngineContour>(number, type); }
 
 boost::shared_ptr<EnginePoint> enginePoint(int number, int contour, int type)
 {
-    return number ? found(engine().points, number, engineContour(contour, type).get()) : nullptr;
+    return number ? found<EnginePoint>(number, engineContour(contour, type).get()) : nullptr;
 }
 
-boost::shared_ptr<Knob::ParameterSet> engineParameter(int number) { return found(engine().parameters, number); }
+boost::shared_ptr<Knob::ParameterSet> engineParameter(int number) { return found<Knob::ParameterSet>(number); }
 
 Stratum::LayerGroup* engineRoot() { return &engine().root; }
 
@@ -78,13 +77,9 @@ void setManager(bool there)
 
 void forgetEngine()
 {
+    setManager(true);
     const std::lock_guard lock(engine().mutex);
-    engine().layers.clear();
-    engine().groups.clear();
-    engine().points.clear();
-    engine().contours.clear();
-    engine().parameters.clear();
-    engine().manager = boost::make_shared<STRM_ProjectManager>();
+    engine().tables = {};
 }
 
 boost::shared_ptr<Stratum::ControlPoint> EngineContour::pointByID(unsigned int id)
@@ -95,54 +90,41 @@ boost::shared_ptr<Stratum::ControlPoint> EngineContour::pointByID(unsigned int i
 
 } // namespace recording
 
-using recording::call;
+using namespace recording;
 
-namespace Stratum {
+namespace {
 
-LayerBase::LayerBase() : m_parentGroup(nullptr) {}
-LayerBase::~LayerBase() = default;
-LayerGroup::LayerGroup() = default;
-LayerGroup::~LayerGroup() = default;
-LayerRoot::LayerRoot() = default;
-LayerRoot::~LayerRoot() = default;
+constexpr const char* nameOf(const STRM_Layer*) { return "STRM_Layer.handledObject"; }
+constexpr const char* nameOf(const Stratum::LayerGroup*) { return "LayerGroup.handledObject"; }
+constexpr const char* nameOf(const Stratum::Contour*) { return "Contour.handledObject"; }
+constexpr const char* nameOf(const Stratum::ControlPoint*) { return "ControlPoint.handledObject"; }
+constexpr const char* nameOf(const Knob::ParameterSet*) { return "ParameterSet.handledObject"; }
 
-ControlPoint::ControlPoint(Contour* contour, unsigned int id) : m_master(nullptr), m_contour(contour), m_id(id) {}
-ControlPoint::~ControlPoint() = default;
-Contour::Contour(int type) : m_type(type) {}
-Contour::~Contour() = default;
+} // namespace
 
-} // namespace Stratum
+template <class T>
+PyHandle<T>::PyHandle() = default;
 
-STRM_Layer::STRM_Layer() = default;
-STRM_Layer::~STRM_Layer() = default;
+template <class T>
+PyHandle<T>::PyHandle(boost::shared_ptr<T> object, boost::weak_ptr<STRM_ProjectManager> manager)
+    : m_object(object), m_manager(manager)
+{}
 
-VX::IClip::~IClip() = default;
+template <class T>
+PyHandle<T>::~PyHandle() = default;
 
-STRM_ErrorDetector::~STRM_ErrorDetector() = default;
-
-void STRM_ErrorDetector::reportAssertion(int reserved, const QString& file, int line, const QString& condition,
-                                         const QString& message)
+template <class T>
+boost::shared_ptr<T> PyHandle<T>::handledObject() const
 {
-    call("STRM_ErrorDetector.reportAssertion", reserved, file, line, condition, message);
+    const auto object = m_object.lock();
+    call(nameOf(static_cast<T*>(nullptr)), object);
+    if (!object && !Silence::now())
+        throw STRM_BadState("recording", 1, "Invalid object", "Invalid object");
+    return object;
 }
 
-bool STRM_ErrorDetector::init() { return call("STRM_ErrorDetector.init"); }
-
-void STRM_ErrorDetector::setFullErrorDetection(bool full, bool fatal)
-{
-    call("STRM_ErrorDetector.setFullErrorDetection", full, fatal);
-}
-
-STRM_ErrorDetector* STRM_ErrorDetector::instance()
-{
-    static STRM_ErrorDetector one;
-    return &one;
-}
-
-namespace Knob {
-
-int View::defaultViewId() { return recording::answer(7, "Knob::View.defaultViewId"); }
-
-double Time::fromDouble(double frames) { return recording::answer(frames, "Knob::Time.fromDouble", frames); }
-
-} // namespace Knob
+template class PyHandle<STRM_Layer>;
+template class PyHandle<Stratum::LayerGroup>;
+template class PyHandle<Stratum::Contour>;
+template class PyHandle<Stratum::ControlPoint>;
+template class PyHandle<Knob::ParameterSet>;

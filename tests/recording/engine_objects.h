@@ -18,6 +18,11 @@ public:
     const int number;
 };
 
+struct UndoGroupData
+{
+    int number;
+};
+
 namespace recording {
 
 struct EngineLayer : STRM_Layer
@@ -60,6 +65,7 @@ inline int numberOf(const Stratum::LayerGroup& group) { return static_cast<const
 inline int numberOf(const Stratum::Contour& contour) { return static_cast<const EngineContour&>(contour).number; }
 inline int numberOf(const Stratum::ControlPoint& point) { return static_cast<const EnginePoint&>(point).number; }
 inline int numberOf(const Knob::ParameterSet& set) { return set.number; }
+inline int numberOf(const UndoGroupData& group) { return group.number; }
 
 // The project's manager; all handles refer to the same one. Without it, projectManager() gives an expired pointer.
 boost::weak_ptr<STRM_ProjectManager> manager();

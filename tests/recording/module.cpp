@@ -1,15 +1,10 @@
 // The module `recording`: what a script tells the recording library, and what it reads from it.
-#include "call.h"
 #include "plain_python.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QMetaMethod>
 #include <QTranslator>
-#include <orrery/color_parameters.h>
-#include <orrery/progress_watcher.h>
-#include <orrery/render_operation.h>
-#include <stdexcept>
 #include <thread>
 
 using namespace recording;
@@ -44,178 +39,11 @@ void unlocked(bool elsewhere, Work work)
         std::rethrow_exception(failure);
 }
 
-using Function = PyObject* (*)(const List& arguments);
-
-// Takes any plain arguments and turns what is thrown into Python errors.
-template <Function function>
-PyObject* entry(PyObject*, PyObject* arguments)
-{
-    try {
-        return function(list(fromPython(arguments)));
-    } catch (const PythonError&) {
-    } catch (const std::exception& error) {
-        PyErr_Format(PyExc_LookupError, "recording: %s", error.what());
-    }
-    return nullptr;
-}
-
-PyObject* none() { return Py_BuildValue(""); }
-
-std::string name(const List& arguments) { return std::get<std::string>(arguments.at(0).content); }
-
-long object(const List& arguments, size_t place = 0) { return made<long>(arguments.at(place)); }
-
-Value optionalArgument(const List& arguments, size_t place)
-{
-    return place < arguments.size() ? arguments[place] : Value();
-}
-
-PyObject* listCalls(const List&)
-{
-    PyObject* const result = PyList_New(0);
-    for (const Call& call : calls()) {
-        List items = call.arguments;
-        items.insert(items.begin(), Value{call.function});
-        PyObject* const item = toPython({items});
-        PyList_Append(result, item);
-        Py_DECREF(item);
-    }
-    return result;
-}
-
-PyObject* listLocks(const List&)
-{
-    List items;
-    for (const Call& call : calls())
-        items.push_back({List{{call.function}, {call.locked}}});
-    return toPython({items});
-}
-
-PyObject* listCounts(const List& arguments)
-{
-    const Counts one = counts()[name(arguments)];
-    return Py_BuildValue("{s:l,s:l,s:l,s:l,s:l,s:l}", "constructed", one.constructed, "copied", one.copied,
-                         "copied unlocked", one.copiedUnlocked, "assigned", one.assigned, "destroyed", one.destroyed,
-                         "alive", one.constructed + one.copied - one.destroyed);
-}
-
-PyObject* clear(const List&)
-{
-    forget();
-    return none();
-}
-
-PyObject* clearEngine(const List&)
-{
-    forgetEngine();
-    return none();
-}
-
-// The Python error that a call has left pending behind its result, which the interpreter itself does not notice.
-PyObject* takeError(PyObject*, PyObject*)
-{
-    PyObject* const error = PyErr_Occurred() ? PyErr_Occurred() : Py_None;
-    Py_INCREF(error);
-    PyErr_Clear();
-    return error;
-}
-
-PyObject* setReturn(const List& arguments)
-{
-    returns(name(arguments), arguments.at(1));
-    return none();
-}
-
-PyObject* setThrow(const List& arguments)
-{
-    throws(name(arguments), made<QString>(arguments.at(1)).toStdString(),
-           made<QString>(optionalArgument(arguments, 2)).toStdString());
-    return none();
-}
-
-PyObject* setBlock(const List& arguments)
-{
-    block(name(arguments));
-    return none();
-}
-
-PyObject* releaseBlock(const List& arguments)
-{
-    release(name(arguments));
-    return none();
-}
-
-PyObject* await(const List& arguments)
-{
-    bool came = false;
-    unlocked(false, [&] { came = awaitCall(name(arguments), 10); });
-    return PyBool_FromLong(came);
-}
-
-// layer(number, parent): the parent is a group's number, "root" or None.
-PyObject* setLayer(const List& arguments)
-{
-    const Value parent = optionalArgument(arguments, 1);
-    const int group = made<int>(parent);
-    engineLayer(object(arguments))
-        ->setParent(parent.as<std::string>() ? engineRoot()
-                    : group                  ? engineGroup(group).get()
-                                             : nullptr);
-    return none();
-}
-
-PyObject* setContour(const List& arguments)
-{
-    engineContour(object(arguments), object(arguments, 1));
-    return none();
-}
-
-// point(number, contour, type of the contour, master's number)
-PyObject* setPoint(const List& arguments)
-{
-    const auto point = enginePoint(object(arguments), object(arguments, 1), object(arguments, 2));
-    const long master = made<long>(optionalArgument(arguments, 3));
-    point->setMaster(master ? enginePoint(master, 100, 0).get() : nullptr);
-    return none();
-}
-
-PyObject* setProjectManager(const List& arguments)
-{
-    setManager(made<bool>(arguments.at(0)));
-    return none();
-}
-
-QObject* qobject(long number) { return static_cast<QObject*>(objectOf(number)); }
-
-const std::map<std::string, void (*)(QObject* parent)> makers = {
-    {"Project", [](QObject* parent) { new Project(QString(), parent); }},
-    {"Clip", [](QObject* parent) { new Clip(QString(), QString(), false, 0, 0, 0, parent); }},
-    {"ColorParameters", [](QObject*) { new ColorParameters(LinearColorspace, NoneConversion, 0, 0, 0, 0, 0); }},
-    {"ProgressWatcher", [](QObject* parent) { new ProgressWatcher(parent); }},
-    {"RenderRemoveOperation", [](QObject*) { new RenderRemoveOperation; }},
-};
-
-// make(class, parent's number): an object that the library has made.
-PyObject* make(const List& arguments)
-{
-    const Silence silence;
-    makers.at(name(arguments))(qobject(made<long>(optionalArgument(arguments, 1))));
-    return PyInt_FromLong(newest(name(arguments)));
-}
-
-PyObject* findNewest(const List& arguments) { return PyInt_FromLong(newest(name(arguments))); }
-
-PyObject* destroyObject(const List& arguments)
-{
-    unlocked(made<bool>(optionalArgument(arguments, 1)), [&] { recording::destroy(object(arguments)); });
-    return none();
-}
-
 // While one lives that was asked for, this thread has a Python error pending.
 class Pending
 {
 public:
-    explicit Pending(const Value& asked) : m_asked(made<bool>(asked))
+    explicit Pending(bool asked) : m_asked(asked)
     {
         if (m_asked)
             PyErr_SetString(PyExc_ValueError, "pending");
@@ -230,54 +58,120 @@ private:
     const bool m_asked;
 };
 
-// is_null(object, on another thread, with an error pending)
-PyObject* askNull(const List& arguments)
+PyObject* listCalls()
+{
+    List notes;
+    for (const Call& call : calls()) {
+        notes.push_back({List{{call.function}}});
+        List& note = std::get<List>(notes.back().content);
+        note.insert(note.end(), call.arguments.begin(), call.arguments.end());
+    }
+    PyObject* const tuple = toPython({notes});
+    PyObject* const list = PySequence_List(tuple);
+    Py_DECREF(tuple);
+    return list;
+}
+
+Value listLocks()
+{
+    List items;
+    for (const Call& call : calls())
+        items.push_back({List{{call.function}, {call.locked}}});
+    return {items};
+}
+
+PyObject* listCounts(std::string name)
+{
+    const Counts one = counts()[name];
+    return Py_BuildValue("{s:l,s:l,s:l,s:l}", "alive", one.alive, "copied", one.copied, "copied unlocked",
+                         one.copiedUnlocked, "destroyed", one.destroyed);
+}
+
+// The Python error that a call has left pending behind its result, which the interpreter itself does not notice.
+PyObject* takeError(PyObject*, PyObject*)
+{
+    PyObject* const error = PyErr_Occurred() ? PyErr_Occurred() : Py_None;
+    Py_INCREF(error);
+    PyErr_Clear();
+    return error;
+}
+
+bool await(std::string function)
+{
+    bool came = false;
+    unlocked(false, [&] { came = awaitCall(function, 10); });
+    return came;
+}
+
+void setLayer(int number, Value parent)
+{
+    Stratum::LayerGroup* const group = engineGroup(made<int>(parent)).get();
+    engineLayer(number)->setParent(parent.as<std::string>() ? engineRoot() : group);
+}
+
+void setContour(int number, int type) { engineContour(number, type); }
+
+void setPoint(int number, int contour, int type, int master)
+{
+    enginePoint(number, contour, type)->setMaster(enginePoint(master, 100, 0).get());
+}
+
+const std::map<std::string, void (*)(QObject* parent)> makers = {
+    {"Project", [](QObject* parent) { new Project(QString(), parent); }},
+    {"Clip", [](QObject* parent) { new Clip(QString(), QString(), false, 0, 0, 0, parent); }},
+    {"ColorParameters", [](QObject*) { new ColorParameters(LinearColorspace, NoneConversion, 0, 0, 0, 0, 0); }},
+    {"ProgressWatcher", [](QObject* parent) { new ProgressWatcher(parent); }},
+    {"RenderRemoveOperation", [](QObject*) { new RenderRemoveOperation; }},
+};
+
+long make(std::string name, QObject* parent)
+{
+    const Silence silence;
+    makers.at(name)(parent);
+    return newest(name);
+}
+
+void destroyObject(long number, bool elsewhere)
+{
+    unlocked(elsewhere, [&] { recording::destroy(number); });
+}
+
+bool askNull(long number, bool elsewhere, bool withError)
 {
     bool null = false;
-    const Pending pending(optionalArgument(arguments, 2));
-    unlocked(made<bool>(optionalArgument(arguments, 1)), [&] { null = isNull(object(arguments)); });
-    return PyBool_FromLong(null);
+    const Pending pending(withError);
+    unlocked(elsewhere, [&] { null = isNull(number); });
+    return null;
 }
 
-int methodNamed(const QMetaObject& meta, const std::string& name)
+void emitSignal(QObject* sender, std::string signal, QVector<QVariant> values, bool elsewhere)
 {
-    for (int i = meta.methodCount() - 1; i >= 0; --i)
-        if (meta.method(i).name() == name.c_str())
-            return i;
-    throw std::invalid_argument("no signal " + name);
-}
-
-// emit(object, signal, arguments, on another thread)
-PyObject* emitSignal(const List& arguments)
-{
-    QObject* const sender = qobject(object(arguments));
-    const int method = methodNamed(*sender->metaObject(), std::get<std::string>(arguments.at(1).content));
-    const auto values = made<QVector<QVariant>>(optionalArgument(arguments, 2));
+    const QMetaObject& meta = *sender->metaObject();
+    int method = meta.methodCount() - 1;
+    while (meta.method(method).name() != signal.c_str())
+        if (--method < 0)
+            throw std::invalid_argument("no signal " + signal);
     void* pointers[8] = {};
     for (int i = 0; i < values.size(); ++i)
         pointers[i + 1] = const_cast<void*>(values[i].constData());
-    unlocked(made<bool>(optionalArgument(arguments, 3)),
-             [&] { sender->qt_metacall(QMetaObject::InvokeMetaMethod, method, pointers); });
-    return none();
+    unlocked(elsewhere, [&] { sender->qt_metacall(QMetaObject::InvokeMetaMethod, method, pointers); });
 }
 
-// send_through(object, event type): by the application, filters first.
-PyObject* sendThrough(const List& arguments)
+// By the application, filters first.
+bool sendThrough(QObject* receiver, QEvent::Type type)
 {
-    QEvent event(static_cast<QEvent::Type>(object(arguments, 1)));
+    QEvent event(type);
     bool handled = false;
-    unlocked(false, [&] { handled = QCoreApplication::sendEvent(qobject(object(arguments)), &event); });
-    return PyBool_FromLong(handled);
+    unlocked(false, [&] { handled = QCoreApplication::sendEvent(receiver, &event); });
+    return handled;
 }
 
-// send(object, event type, on another thread, with an error pending): without an application.
-PyObject* sendEvent(const List& arguments)
+// Without an application.
+bool sendEvent(QObject* receiver, QEvent::Type type, bool elsewhere, bool withError)
 {
-    QObject* const receiver = qobject(object(arguments));
-    const auto type = static_cast<QEvent::Type>(object(arguments, 1));
     bool handled = false;
-    const Pending pending(optionalArgument(arguments, 3));
-    unlocked(made<bool>(optionalArgument(arguments, 2)), [&] {
+    const Pending pending(withError);
+    unlocked(elsewhere, [&] {
         QEvent plainEvent(type);
         QTimerEvent timerEvent(5);
         QObject child;
@@ -287,7 +181,7 @@ PyObject* sendEvent(const List& arguments)
                                                                                            : &plainEvent;
         handled = receiver->event(event);
     });
-    return PyBool_FromLong(handled);
+    return handled;
 }
 
 class Translations : public QTranslator
@@ -301,48 +195,43 @@ public:
     QHash<QString, QString> table;
 };
 
-// translate("context/text", translation): needs a running application.
-PyObject* translate(const List& arguments)
+void translate(QString source, QString translation)
 {
-    static Translations* translations = nullptr;
+    static Translations* const translations = new Translations;
     if (!QCoreApplication::instance())
         throw std::logic_error("there is no application");
-    if (!translations) {
-        translations = new Translations;
-        QCoreApplication::installTranslator(translations);
-    }
-    const QString source = made<QString>(arguments.at(0));
-    if (arguments.size() == 1)
+    QCoreApplication::removeTranslator(translations);
+    QCoreApplication::installTranslator(translations);
+    if (translation.isNull())
         translations->table.remove(source);
     else
-        translations->table.insert(source, made<QString>(arguments.at(1)));
-    return none();
+        translations->table.insert(source, translation);
 }
 
 PyMethodDef functions[] = {
-    {"calls", &entry<listCalls>, METH_VARARGS, "[(function, arguments...)] since clear()"},
-    {"locks", &entry<listLocks>, METH_VARARGS, "((function, the interpreter's lock was held),...)"},
-    {"counts", &entry<listCounts>, METH_VARARGS, "How often objects of a class were constructed, copied, destroyed"},
-    {"clear", &entry<clear>, METH_VARARGS, "Forgets calls and orders"},
-    {"forget_engine", &entry<clearEngine>, METH_VARARGS, "Makes every handle null and brings a new manager"},
-    {"returns", &entry<setReturn>, METH_VARARGS, "(function, value); function#number for one object"},
-    {"throws", &entry<setThrow>, METH_VARARGS, "(function, class of the exception, text)"},
-    {"block", &entry<setBlock>, METH_VARARGS, "Makes calls of a function wait for release()"},
-    {"release", &entry<releaseBlock>, METH_VARARGS, nullptr},
-    {"await", &entry<await>, METH_VARARGS, "Waits until a function was called"},
-    {"layer", &entry<setLayer>, METH_VARARGS, "(number, parent: number, 'root' or None)"},
-    {"contour", &entry<setContour>, METH_VARARGS, "(number, type)"},
-    {"point", &entry<setPoint>, METH_VARARGS, "(number, contour, type of the contour, master)"},
-    {"manager", &entry<setProjectManager>, METH_VARARGS, "Whether the project's manager is there"},
-    {"make", &entry<make>, METH_VARARGS, "(class, parent) -> number of an object that the library made"},
-    {"newest", &entry<findNewest>, METH_VARARGS, "The number of a class's newest living object"},
-    {"destroy", &entry<destroyObject>, METH_VARARGS, "(number, on another thread)"},
-    {"is_null", &entry<askNull>, METH_VARARGS, "(number, on another thread): the virtual isNull() of a handle"},
-    {"emit", &entry<emitSignal>, METH_VARARGS, "(number, signal, arguments, on another thread)"},
-    {"send", &entry<sendEvent>, METH_VARARGS, "(number, event type, on another thread) -> handled"},
-    {"send_through", &entry<sendThrough>, METH_VARARGS, "(number, event type) -> handled, by the application"},
+    method<listCalls>("calls", "[(function, arguments...),...] since clear()"),
+    method<listLocks>("locks", "((function, the interpreter's lock was held),...)"),
+    method<listCounts>("counts", "How many objects of a class are alive, and how often it was copied and destroyed"),
+    method<forget>("clear", "Forgets calls and orders"),
+    method<forgetEngine>("forget_engine", "Makes every handle null and brings a new manager"),
+    method<returns>("returns", "(function, value); function#number for one object"),
+    method<throws>("throws", "(function, class of the exception, text)"),
+    method<block>("block", "Makes calls of a function wait for release()"),
+    method<release>("release", "(function)"),
+    method<await>("await", "Waits until a function was called"),
+    method<setLayer>("layer", "(number, parent: number, 'root' or None)"),
+    method<setContour>("contour", "(number, type)"),
+    method<setPoint>("point", "(number, contour, type of the contour, master)"),
+    method<setManager>("manager", "Whether the project's manager is there"),
+    method<make>("make", "(class, parent's number) -> number of an object that the library made"),
+    method<newest>("newest", "The number of a class's newest living object"),
+    method<destroyObject>("destroy", "(number, on another thread)"),
+    method<askNull>("is_null", "(number, on another thread, with an error pending): a handle's virtual isNull()"),
+    method<emitSignal>("emit", "(number, signal, arguments, on another thread)"),
+    method<sendEvent>("send", "(number, event type, on another thread, with an error pending) -> handled"),
+    method<sendThrough>("send_through", "(number, event type) -> handled, by the application"),
     {"take_error", &takeError, METH_NOARGS, "The class of an error left pending behind a result, or None"},
-    {"translate", &entry<translate>, METH_VARARGS, "(context/text[, translation])"},
+    method<translate>("translate", "(context/text[, translation])"),
     {nullptr, nullptr, 0, nullptr}};
 
 } // namespace

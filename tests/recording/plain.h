@@ -18,10 +18,14 @@
 #include <boost/optional.hpp>
 #include <fundo/colour.h>
 #include <fundo/lum_matrix33.h>
+#include <iterator>
 #include <knob/context.h>
 #include <orrery/clip.h>
+#include <orrery/color_parameters.h>
 #include <orrery/layer_group.h>
+#include <orrery/progress_watcher.h>
 #include <orrery/project.h>
+#include <orrery/render_operation.h>
 #include <type_traits>
 
 namespace recording {
@@ -35,7 +39,7 @@ Value plain(const T& value)
     return Plain<std::decay_t<T>>::from(value);
 }
 
-// Without an answer: what the type starts with, a null handle, no object.
+// Without an answer: zero, nothing or empty, a null handle, no object.
 template <class T>
 T made(const Value& value)
 {
@@ -59,6 +63,15 @@ inline const List& list(const Value& value)
     return items ? *items : none;
 }
 
+inline Value item(const List& items, size_t place) { return place < items.size() ? items[place] : Value(); }
+
+template <>
+struct Plain<Value>
+{
+    static Value from(const Value& value) { return value; }
+    static Value to(const Value& value) { return value; }
+};
+
 template <>
 struct Plain<bool>
 {
@@ -80,26 +93,14 @@ struct Plain<T, std::enable_if_t<std::is_floating_point_v<T>>>
     static T to(const Value& value) { return static_cast<T>(number(value)); }
 };
 
-// A null string is noted as None: the empty texts of the interfaces are not null.
 template <>
-struct Plain<QString>
+struct Plain<std::string>
 {
-    static Value from(const QString& value) { return value.isNull() ? Value() : Value{value.toStdString()}; }
-    static QString to(const Value& value)
+    static Value from(const std::string& text) { return {text}; }
+    static std::string to(const Value& value)
     {
         const auto* text = value.as<std::string>();
-        return text ? QString::fromStdString(*text) : QString();
-    }
-};
-
-template <>
-struct Plain<QByteArray>
-{
-    static Value from(const QByteArray& bytes) { return {bytes.toStdString()}; }
-    static QByteArray to(const Value& value)
-    {
-        const auto* text = value.as<std::string>();
-        return text ? QByteArray::fromStdString(*text) : QByteArray();
+        return text ? *text : std::string();
     }
 };
 
@@ -107,6 +108,24 @@ template <>
 struct Plain<const char*>
 {
     static Value from(const char* value) { return value ? Value{std::string(value)} : Value(); }
+};
+
+// A null string is noted as None: the empty texts of the interfaces are not null.
+template <>
+struct Plain<QString>
+{
+    static Value from(const QString& value) { return value.isNull() ? Value() : Value{value.toStdString()}; }
+    static QString to(const Value& value)
+    {
+        return value.isNone() ? QString() : QString::fromStdString(made<std::string>(value));
+    }
+};
+
+template <>
+struct Plain<QByteArray>
+{
+    static Value from(const QByteArray& bytes) { return {bytes.toStdString()}; }
+    static QByteArray to(const Value& value) { return QByteArray::fromStdString(made<std::string>(value)); }
 };
 
 template <class Container>
@@ -123,7 +142,7 @@ struct PlainSequence
     {
         Container values;
         for (const Value& item : list(value))
-            values.append(made<typename Container::value_type>(item));
+            values.push_back(made<typename Container::value_type>(item));
         return values;
     }
 };
@@ -134,6 +153,10 @@ struct Plain<QVector<T>> : PlainSequence<QVector<T>>
 
 template <class T>
 struct Plain<QList<T>> : PlainSequence<QList<T>>
+{};
+
+template <class T>
+struct Plain<std::vector<T>> : PlainSequence<std::vector<T>>
 {};
 
 template <>
@@ -154,9 +177,9 @@ struct PlainTable
     static Container to(const Value& value)
     {
         Container entries;
-        for (const Value& item : list(value))
-            entries.insert(made<typename Container::key_type>(list(item).at(0)),
-                           made<typename Container::mapped_type>(list(item).at(1)));
+        for (const Value& entry : list(value))
+            entries.insert(made<typename Container::key_type>(item(list(entry), 0)),
+                           made<typename Container::mapped_type>(item(list(entry), 1)));
         return entries;
     }
 };
@@ -169,16 +192,66 @@ template <class K, class V>
 struct Plain<QMap<K, V>> : PlainTable<QMap<K, V>>
 {};
 
-template <class A, class B>
-struct Plain<QPair<A, B>>
+// A record is a list of its fields, given as what reads each, in the order of its constructor.
+template <class Record, auto... fields>
+struct PlainRecord
 {
-    static Value from(const QPair<A, B>& pair) { return {List{plain(pair.first), plain(pair.second)}}; }
-    static QPair<A, B> to(const Value& value)
+    static Value from(const Record& record)
     {
-        const List& items = list(value);
-        return items.empty() ? QPair<A, B>() : QPair<A, B>(made<A>(items.at(0)), made<B>(items.at(1)));
+        const Silence silence;
+        return {List{plain(std::invoke(fields, record))...}};
+    }
+    static Record to(const Value& value)
+    {
+        size_t place = 0;
+        const auto next = [&] { return item(list(value), place++); };
+        return Record{made<std::decay_t<std::invoke_result_t<decltype(fields), const Record&>>>(next())...};
     }
 };
+
+template <class A, class B>
+struct Plain<QPair<A, B>> : PlainRecord<QPair<A, B>, &QPair<A, B>::first, &QPair<A, B>::second>
+{};
+
+template <>
+struct Plain<QPointF> : PlainRecord<QPointF, &QPointF::x, &QPointF::y>
+{};
+
+template <class T>
+struct Plain<Fundo::Colour3<T>>
+    : PlainRecord<Fundo::Colour3<T>, &Fundo::Colour3<T>::red, &Fundo::Colour3<T>::green, &Fundo::Colour3<T>::blue>
+{};
+
+template <>
+struct Plain<Knob::Context>
+    : PlainRecord<Knob::Context, &Knob::Context::time, &Knob::Context::viewId, &Knob::Context::flags>
+{};
+
+template <>
+struct Plain<ViewInfo> : PlainRecord<ViewInfo, &ViewInfo::get_name, &ViewInfo::get_abbr, &ViewInfo::get_color>
+{};
+
+template <>
+struct Plain<StreamInfo>
+    : PlainRecord<StreamInfo, &StreamInfo::get_path, &StreamInfo::get_prefix, &StreamInfo::get_suffix,
+                  &StreamInfo::get_start_frame, &StreamInfo::get_end_frame, &StreamInfo::get_index_width>
+{};
+
+template <>
+struct Plain<BezierControlPointData>
+    : PlainRecord<BezierControlPointData, &BezierControlPointData::get_active, &BezierControlPointData::get_corner,
+                  &BezierControlPointData::get_x, &BezierControlPointData::get_y,
+                  &BezierControlPointData::get_edge_width, &BezierControlPointData::get_edge_angle_ratio,
+                  &BezierControlPointData::get_handle_offset_backward,
+                  &BezierControlPointData::get_handle_offset_forward>
+{};
+
+template <>
+struct Plain<XControlPointData>
+    : PlainRecord<XControlPointData, &XControlPointData::get_active, &XControlPointData::get_corner,
+                  &XControlPointData::get_x, &XControlPointData::get_y, &XControlPointData::get_weight,
+                  &XControlPointData::get_edge_width, &XControlPointData::get_edge_angle_ratio>
+{};
 
 template <class T>
 struct Plain<boost::optional<T>>
@@ -186,7 +259,7 @@ struct Plain<boost::optional<T>>
     static Value from(const boost::optional<T>& value) { return value ? Value{List{plain(*value)}} : Value(); }
     static boost::optional<T> to(const Value& value)
     {
-        return value.isNone() ? boost::optional<T>() : made<T>(list(value).at(0));
+        return value.isNone() ? boost::optional<T>() : made<T>(item(list(value), 0));
     }
 };
 
@@ -194,32 +267,8 @@ struct Plain<boost::optional<T>>
 template <>
 struct Plain<QVariant>
 {
-    static Value from(const QVariant& variant)
-    {
-        return {List{plain<const char*>(variant.typeName()), content(variant)}};
-    }
+    static Value from(const QVariant& variant);
     static QVariant to(const Value& value);
-
-private:
-    static Value content(const QVariant& variant);
-};
-
-template <>
-struct Plain<QPointF>
-{
-    static Value from(const QPointF& point) { return {List{plain(point.x()), plain(point.y())}}; }
-    static QPointF to(const Value& value) { return {number(list(value).at(0)), number(list(value).at(1))}; }
-};
-
-template <>
-struct Plain<Fundo::Colour3<float>>
-{
-    static Value from(const Fundo::Colour3<float>& c) { return {List{plain(c.red), plain(c.green), plain(c.blue)}}; }
-    static Fundo::Colour3<float> to(const Value& value)
-    {
-        const auto parts = made<QVector<float>>(value);
-        return parts.isEmpty() ? Fundo::Colour3<float>(0, 0, 0) : Fundo::Colour3<float>(parts[0], parts[1], parts[2]);
-    }
 };
 
 template <>
@@ -227,30 +276,14 @@ struct Plain<Lum_Matrix33>
 {
     static Value from(const Lum_Matrix33& matrix)
     {
-        List items;
-        for (const double value : matrix.values)
-            items.push_back(plain(value));
-        return {items};
+        return plain(std::vector<double>(std::begin(matrix.values), std::end(matrix.values)));
     }
     static Lum_Matrix33 to(const Value& value)
     {
         Lum_Matrix33 matrix = Lum_Matrix33::identity();
-        const auto values = made<QVector<double>>(value);
+        const auto values = made<std::vector<double>>(value);
         std::copy(values.begin(), values.end(), matrix.values);
         return matrix;
-    }
-};
-
-template <>
-struct Plain<Knob::Context>
-{
-    static Value from(const Knob::Context& context)
-    {
-        return {List{plain(context.time), plain(context.viewId), plain(context.flags)}};
-    }
-    static Knob::Context to(const Value& value)
-    {
-        return {number(list(value).at(0)), made<int>(list(value).at(1)), made<int>(list(value).at(2))};
     }
 };
 
@@ -266,37 +299,19 @@ struct Plain<View>
 };
 
 template <>
-struct Plain<ViewInfo>
-{
-    static Value from(const ViewInfo& info);
-    static ViewInfo to(const Value& value);
-};
-
-template <>
-struct Plain<StreamInfo>
-{
-    static Value from(const StreamInfo& info);
-    static StreamInfo to(const Value& value);
-};
-
-template <>
-struct Plain<BezierControlPointData>
-{
-    static Value from(const BezierControlPointData& data);
-    static BezierControlPointData to(const Value& value);
-};
-
-template <>
-struct Plain<XControlPointData>
-{
-    static Value from(const XControlPointData& data);
-    static XControlPointData to(const Value& value);
-};
-
-template <>
 struct Plain<UndoGroup>
 {
-    static UndoGroup to(const Value& value);
+    static UndoGroup to(const Value& value)
+    {
+        return UndoGroup(boost::make_shared<UndoGroupData>(UndoGroupData{made<int>(value)}));
+    }
+};
+
+// All handles have the same project.
+template <>
+struct Plain<boost::weak_ptr<STRM_ProjectManager>>
+{
+    static boost::weak_ptr<STRM_ProjectManager> to(const Value&) { return manager(); }
 };
 
 template <>
@@ -309,6 +324,7 @@ template <class T>
 struct Plain<boost::shared_ptr<T>>
 {
     static Value from(const boost::shared_ptr<T>& object) { return object ? plain(numberOf(*object)) : Value(); }
+    static boost::shared_ptr<Stratum::Contour> to(const Value& value) { return engineContour(made<int>(value), 1); }
 };
 
 inline boost::shared_ptr<STRM_Layer> behind(const Layer*, int number) { return engineLayer(number); }
@@ -326,8 +342,10 @@ inline boost::shared_ptr<Stratum::ControlPoint> behind(const XControlPoint*, int
 {
     return enginePoint(number, 100, 0);
 }
-inline boost::shared_ptr<Knob::ParameterSet> behind(const Parameter*, int number) { return engineParameter(number); }
-inline boost::shared_ptr<Knob::ParameterSet> behind(const ParameterSet*, int number) { return engineParameter(number); }
+inline boost::shared_ptr<Knob::ParameterSet> behind(const PyHandle<Knob::ParameterSet>*, int number)
+{
+    return engineParameter(number);
+}
 
 // A null handle is 0.
 template <class Handle>
@@ -346,35 +364,28 @@ struct Plain<Handle, std::void_t<decltype(std::declval<Handle>().handledObject()
     }
 };
 
-template <>
-struct Plain<boost::shared_ptr<Stratum::Contour>>
+// An object that the library did not make is shown by its name.
+template <class T>
+struct Plain<T, std::enable_if_t<std::is_base_of_v<QObject, T>>>
 {
-    static Value from(const boost::shared_ptr<Stratum::Contour>& contour) { return plain(numberOf(*contour)); }
-    static boost::shared_ptr<Stratum::Contour> to(const Value& value) { return engineContour(made<int>(value), 1); }
+    static Value from(const T& object)
+    {
+        const long number = numberOf(&object);
+        return number ? plain(number) : plain(object.objectName());
+    }
+};
+
+template <>
+struct Plain<RenderOperation>
+{
+    static Value from(const RenderOperation& operation) { return plain(numberOf(&operation)); }
 };
 
 template <class T>
-struct Plain<T*, std::enable_if_t<std::is_base_of_v<QObject, T>>>
+struct Plain<T*, std::enable_if_t<std::is_class_v<T>>>
 {
-    static Value from(const T* object)
-    {
-        if (const long number = numberOf(object))
-            return plain(number);
-        return object ? plain(object->objectName()) : Value();
-    }
+    static Value from(const T* object) { return object ? plain(*object) : Value(); }
     static T* to(const Value& value) { return static_cast<T*>(objectOf(made<long>(value))); }
-};
-
-template <>
-struct Plain<RenderOperation*>
-{
-    static Value from(const RenderOperation* operation) { return operation ? plain(numberOf(operation)) : Value(); }
-};
-
-template <>
-struct Plain<LayerGroup*>
-{
-    static Value from(const LayerGroup* group) { return group ? plain(*group) : Value(); }
 };
 
 } // namespace recording

@@ -1,9 +1,10 @@
-// Plain data as Python objects and back: lists become tuples, texts unicode.
+// Plain data as Python objects and back: lists become tuples, texts unicode; and C++ functions as Python's.
 #pragma once
 
-#include "recorder.h"
+#include "plain.h"
 
 #include <Python.h>
+#include <stdexcept>
 
 namespace recording {
 
@@ -54,7 +55,7 @@ inline std::string text(PyObject* object)
 
 inline Value fromPython(PyObject* object)
 {
-    if (object == Py_None)
+    if (!object || object == Py_None)
         return {};
     if (PyBool_Check(object))
         return {object == Py_True};
@@ -71,6 +72,57 @@ inline Value fromPython(PyObject* object)
         items.push_back(fromPython(PySequence_Fast_GET_ITEM(sequence, i)));
     Py_DECREF(sequence);
     return {items};
+}
+
+// An argument as the function takes it: plain data, or the Python object itself. What is left out counts as None.
+template <class T>
+T argument(PyObject* arguments, size_t place)
+{
+    PyObject* const given =
+        place < static_cast<size_t>(PyTuple_GET_SIZE(arguments)) ? PyTuple_GET_ITEM(arguments, place) : nullptr;
+    if constexpr (std::is_same_v<T, PyObject*>)
+        return given ? given : throw std::invalid_argument("an argument is missing");
+    else
+        return made<T>(fromPython(given));
+}
+
+template <class Result, class... Arguments, size_t... places>
+PyObject* applied(Result (*function)(Arguments...), PyObject* arguments, std::index_sequence<places...>)
+{
+    if (static_cast<size_t>(PyTuple_GET_SIZE(arguments)) > sizeof...(Arguments))
+        throw std::invalid_argument("too many arguments");
+    if constexpr (std::is_void_v<Result>)
+        return function(argument<std::decay_t<Arguments>>(arguments, places)...), toPython(Value());
+    else if constexpr (std::is_same_v<Result, PyObject*>)
+        return function(argument<std::decay_t<Arguments>>(arguments, places)...);
+    else
+        return toPython(plain(function(argument<std::decay_t<Arguments>>(arguments, places)...)));
+}
+
+template <class Result, class... Arguments>
+PyObject* applied(Result (*function)(Arguments...), PyObject* arguments)
+{
+    return applied(function, arguments, std::index_sequence_for<Arguments...>());
+}
+
+// A function of Python's that calls a C++ one, and turns what that throws into a LookupError. A null object as its
+// result stands for the error that is pending.
+template <auto function>
+PyObject* entry(PyObject*, PyObject* arguments)
+{
+    try {
+        return applied(function, arguments);
+    } catch (const PythonError&) {
+    } catch (const std::exception& error) {
+        PyErr_Format(PyExc_LookupError, "recording: %s", error.what());
+    }
+    return nullptr;
+}
+
+template <auto function>
+constexpr PyMethodDef method(const char* name, const char* about)
+{
+    return {name, &entry<function>, METH_VARARGS, about};
 }
 
 } // namespace recording

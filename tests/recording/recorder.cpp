@@ -12,7 +12,6 @@
 namespace recording {
 
 bool (*interpreterLockHeld)() = nullptr;
-void (*destructionHook)(void* object) = nullptr;
 
 namespace {
 
@@ -101,12 +100,6 @@ std::optional<Value> note(const char* function, List arguments)
     return std::nullopt;
 }
 
-void constructed(const char* name)
-{
-    const std::lock_guard lock(state().mutex);
-    ++state().counts[name].constructed;
-}
-
 void copied(const char* name)
 {
     const bool unlocked = !locked();
@@ -117,36 +110,21 @@ void copied(const char* name)
     state().counts[name].copiedUnlocked += unlocked;
 }
 
-void assigned(const char* name)
-{
-    const std::lock_guard lock(state().mutex);
-    ++state().counts[name].assigned;
-}
-
-void destroyed(const char* name)
-{
-    const std::lock_guard lock(state().mutex);
-    ++state().counts[name].destroyed;
-}
-
-// A derived class takes over the number that its base class got.
 void begun(const char* name, void* object, void (*destroy)(void*), bool (*isNull)(void*))
 {
     const std::lock_guard lock(state().mutex);
-    long& number = state().numbers[object];
-    if (!number)
-        number = ++state().lastNumber;
+    ++state().counts[name].alive;
+    const long number = state().numbers[object] = ++state().lastNumber;
     state().living[number] = {name, object, destroy, isNull};
 }
 
-void ended(void* object)
+void ended(const char* name, void* object)
 {
     const std::lock_guard lock(state().mutex);
-    const auto number = state().numbers.find(object);
-    if (number == state().numbers.end())
-        return;
-    state().living.erase(number->second);
-    state().numbers.erase(number);
+    --state().counts[name].alive;
+    ++state().counts[name].destroyed;
+    state().living.erase(state().numbers[object]);
+    state().numbers.erase(object);
 }
 
 long numberOf(const void* object)

@@ -25,6 +25,8 @@ struct Value
     {
         return std::get_if<T>(&content);
     }
+    friend bool operator==(const Value& a, const Value& b) { return a.content == b.content; }
+    friend bool operator<(const Value& a, const Value& b) { return a.content < b.content; }
 };
 
 struct Call
@@ -36,7 +38,7 @@ struct Call
 
 struct Counts
 {
-    long constructed = 0, copied = 0, copiedUnlocked = 0, assigned = 0, destroyed = 0;
+    long alive = 0, copied = 0, copiedUnlocked = 0, destroyed = 0;
 };
 
 // The script's side installs this; null counts as "not held".
@@ -57,23 +59,16 @@ public:
     static bool now();
 };
 
-// The life of objects, per class. A copy throws what "Class(copy)" was told to throw.
-void constructed(const char* name);
+// The life of objects: it is counted per class, and a script may refer to one by the number that it has from its
+// construction to its destruction. A copy throws what "Class(copy)" was told to throw.
 void copied(const char* name);
-void assigned(const char* name);
-void destroyed(const char* name);
-
-// Objects that a script may refer to by number: each has one from its construction to its destruction.
-void begun(const char* name, void* object, void (*destroy)(void*), bool (*isNull)(void*) = nullptr);
-void ended(void* object);
+void begun(const char* name, void* object, void (*destroy)(void*), bool (*isNull)(void*));
+void ended(const char* name, void* object);
 long numberOf(const void* object); // 0 for null and for what is not known
 void* objectOf(long number);       // null for 0, std::out_of_range for a number that is not known
 long newest(const std::string& name);
 void destroy(long number);
 bool isNull(long number);
-
-// What the destructors of the object classes tell that their object is going; null for nobody.
-extern void (*destructionHook)(void* object);
 
 // The script's orders.
 void forget(); // calls and orders
