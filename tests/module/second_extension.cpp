@@ -2,6 +2,8 @@
 // outside, by their places and names, and shows what they make as plain data.
 #include "plain_python.h"
 
+#include <algorithm>
+#include <boost/core/demangle.hpp>
 #include <fundo/fs_percent_escaped_string.h>
 #include <map>
 #include <stratum/enumerations.h>
@@ -48,72 +50,51 @@ Value valueFromPython(Shiboken::Conversions::PythonToCppFunc convert, PyObject* 
     return plain(value);
 }
 
+using Crossings = std::map<std::string, Crossing>;
+
 template <class T>
 constexpr Crossing crossing = {&valueToPython<T>, &valueFromPython<T>};
 
-// The converters without a way back, and the value without plain data.
-Value noWayBack(Shiboken::Conversions::PythonToCppFunc, PyObject*) { throw std::invalid_argument("no way back"); }
+// Those whose converters have the names of their types.
+template <class... Types>
+Crossings crossingsOf()
+{
+    const auto name = [](std::string text) {
+        text.erase(std::remove(text.begin(), text.end(), ' '), text.end());
+        return text;
+    };
+    return {{name(boost::core::demangle(typeid(Types).name())), crossing<Types>}...};
+}
 
-const std::map<std::string, Crossing> crossings = {
-    {"OptionalBool", crossing<boost::optional<bool>>},
-    {"Lum_Matrix33", crossing<Lum_Matrix33>},
-    {"Fundo::FSPercentEscapedString", crossing<Fundo::FSPercentEscapedString>},
-    {"Color", crossing<Fundo::Colour3<float>>},
-    {"OptionalLayer", crossing<boost::optional<Layer>>},
-    {"OptionalInterlaceMode", crossing<boost::optional<InterlaceMode>>},
-    {"OptionalFloat", crossing<boost::optional<float>>},
-    {"OptionalPoint", crossing<boost::optional<QPointF>>},
-    {"Knob::Context", {&valueToPython<Knob::Context>, &noWayBack}},
-    {"QPair<View,double>", crossing<QPair<View, double>>},
-    {"QVector<QPair<View,double>>", crossing<QVector<QPair<View, double>>>},
-    {"QVector<Parameter>", crossing<QVector<Parameter>>},
-    {"QVector<ParameterSet>", crossing<QVector<ParameterSet>>},
-    {"const QVector<BezierControlPointData>&", crossing<QVector<BezierControlPointData>>},
-    {"const QVector<XControlPointData>&", crossing<QVector<XControlPointData>>},
-    {"QList<float>", crossing<QList<float>>},
-    {"QVector<XControlPoint>", crossing<QVector<XControlPoint>>},
-    {"QVector<BezierControlPoint>", crossing<QVector<BezierControlPoint>>},
-    {"QVector<Layer>", crossing<QVector<Layer>>},
-    {"const QList<QObject*>&", crossing<QList<QObject*>>},
-    {"QList<QByteArray>", crossing<QList<QByteArray>>},
-    {"const QVector<View>&", crossing<QVector<View>>},
-    {"QVector<LayerGroup>", crossing<QVector<LayerGroup>>},
-    {"QHash<QString,Clip*>", crossing<QHash<QString, Clip*>>},
-    {"QPair<uint,uint>", crossing<QPair<unsigned int, unsigned int>>},
-    {"QVector<ViewInfo>", crossing<QVector<ViewInfo>>},
-    {"QMap<View,View>", crossing<QMap<View, View>>},
-    {"QList<QVariant>", crossing<QList<QVariant>>},
-    {"QList<QString>", crossing<QList<QString>>},
-    {"QMap<QString,QVariant>", crossing<QMap<QString, QVariant>>},
-    {"Layer", crossing<Layer>},
-    {"LayerGroup", crossing<LayerGroup>},
-    {"BezierContour", crossing<BezierContour>},
-    {"XSplineContour", crossing<XSplineContour>},
-    {"BezierControlPoint", crossing<BezierControlPoint>},
-    {"XControlPoint", crossing<XControlPoint>},
-    {"Parameter", crossing<Parameter>},
-    {"ParameterSet", crossing<ParameterSet>},
-    {"View", crossing<View>},
-    {"ViewInfo", crossing<ViewInfo>},
-    {"StreamInfo", crossing<StreamInfo>},
-    {"BezierControlPointData", crossing<BezierControlPointData>},
-    {"XControlPointData", crossing<XControlPointData>},
-    {"UndoGroup", {&valueToPython<UndoGroup>, &noWayBack}},
-    {"InterlaceMode", crossing<InterlaceMode>},
-    {"Colorspace", crossing<Colorspace>},
-    {"ColorizeOutput", crossing<ColorizeOutput>},
-    {"ColorConversion", crossing<ColorConversion>},
-    {"VX_CONTOUR_TYPE", crossing<VX_CONTOUR_TYPE>},
-    {"VX_STEREO_MODE", crossing<VX_STEREO_MODE>},
-    {"VX_CLIP_MODE", crossing<VX_CLIP_MODE>},
-    {"VX_REMOVESOURCE_MODE", crossing<VX_REMOVESOURCE_MODE>},
-    {"VX_ILLUMINATION_MODEL", crossing<VX_ILLUMINATION_MODEL>},
-    {"VX_BlendMode", crossing<VX_BlendMode>},
-    {"VX_LUMINANCE_MODEL", crossing<VX_LUMINANCE_MODEL>},
-    {"VX_FILL_ALGORITHM", crossing<VX_FILL_ALGORITHM>},
-    {"VX_INTERLACE_MODE", crossing<VX_INTERLACE_MODE>},
-    {"TrackModel", crossing<TrackModel>},
-};
+Value noWayBack(Shiboken::Conversions::PythonToCppFunc, PyObject*) { throw std::invalid_argument("no plain data"); }
+
+const Crossings crossings = [] {
+    Crossings all = {
+        {"OptionalBool", crossing<boost::optional<bool>>},
+        {"Color", crossing<Fundo::Colour3<float>>},
+        {"OptionalLayer", crossing<boost::optional<Layer>>},
+        {"OptionalInterlaceMode", crossing<boost::optional<InterlaceMode>>},
+        {"OptionalFloat", crossing<boost::optional<float>>},
+        {"OptionalPoint", crossing<boost::optional<QPointF>>},
+        {"const QVector<BezierControlPointData>&", crossing<QVector<BezierControlPointData>>},
+        {"const QVector<XControlPointData>&", crossing<QVector<XControlPointData>>},
+        {"const QList<QObject*>&", crossing<QList<QObject*>>},
+        {"const QVector<View>&", crossing<QVector<View>>},
+        {"QPair<uint,uint>", crossing<QPair<unsigned int, unsigned int>>},
+        {"UndoGroup", {&valueToPython<UndoGroup>, &noWayBack}},
+    };
+    all.merge(crossingsOf<Lum_Matrix33, Fundo::FSPercentEscapedString, Knob::Context, QPair<View, double>,
+                          QVector<QPair<View, double>>, QVector<Parameter>, QVector<ParameterSet>, QList<float>,
+                          QVector<XControlPoint>, QVector<BezierControlPoint>, QVector<Layer>, QList<QByteArray>,
+                          QVector<LayerGroup>, QHash<QString, Clip*>, QVector<ViewInfo>, QMap<View, View>,
+                          QList<QVariant>, QList<QString>, QMap<QString, QVariant>>());
+    all.merge(crossingsOf<Layer, LayerGroup, BezierContour, XSplineContour, BezierControlPoint, XControlPoint,
+                          Parameter, ParameterSet, View, ViewInfo, StreamInfo, BezierControlPointData,
+                          XControlPointData, InterlaceMode, Colorspace, ColorizeOutput, ColorConversion,
+                          VX_CONTOUR_TYPE, VX_STEREO_MODE, VX_CLIP_MODE, VX_REMOVESOURCE_MODE, VX_ILLUMINATION_MODEL,
+                          VX_BlendMode, VX_LUMINANCE_MODEL, VX_FILL_ALGORITHM, VX_INTERLACE_MODE, TrackModel>());
+    return all;
+}();
 
 SbkConverter* converterNamed(const std::string& name)
 {

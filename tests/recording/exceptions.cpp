@@ -2,6 +2,7 @@
 #include "recorder.h"
 
 #include <boost/core/demangle.hpp>
+#include <map>
 #include <new>
 #include <orrery/py_type_error.h>
 #include <stdexcept>

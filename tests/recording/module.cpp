@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QMetaMethod>
 #include <QTranslator>
+#include <map>
 #include <thread>
 
 using namespace recording;
@@ -82,7 +83,7 @@ Value listLocks()
 
 PyObject* listCounts(std::string name)
 {
-    const Counts one = counts()[name];
+    const Counts one = counts(name);
     return Py_BuildValue("{s:l,s:l,s:l,s:l}", "alive", one.alive, "copied", one.copied, "copied unlocked",
                          one.copiedUnlocked, "destroyed", one.destroyed);
 }

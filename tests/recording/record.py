@@ -28,13 +28,12 @@ class Recorded(object):
         self.subject = SUBJECTS.get(name, "*this")
         self.members = re.findall(r"^    [\w:<>, *]+ m_(\w+);$", body, re.M)
         self.handle = re.search(r"PyHandle<[\w:]+>", bases)
-        self.counted_only = self.handle or name == "UndoGroup"  # made with every result
+        self.noted = not self.handle and name != "UndoGroup"  # the others are made with every result
         self.public = re.split(r"^(?:signals|protected|private):", body.split("public:\n")[1], flags=re.M)[0]
         self.copies = "%s(const %s&" % (name, name) in self.public
-        self.data = "struct Data;" in self.public
 
     def definitions(self):
-        if self.data:
+        if "struct Data;" in self.public:
             yield "struct %s::Data\n{};\n" % self.name
         text = re.sub(r"//.*", "", self.public)
         text = re.sub(r"[^;{}]*\{[^{}]*\}", ";", text)
@@ -45,39 +44,38 @@ class Recorded(object):
                 yield self.definition(**found.groupdict(""))
 
     def definition(self, result, name, parameters, const):
-        body = {self.name: self.constructor, "~" + self.name: self.destructor, "operator=": self.assignment}.get(
-            name, self.operation)(result, name, parameters)
+        given = names(parameters)
+        if name == self.name:
+            body = self.constructor(given)
+        elif name == "~" + self.name:
+            body = ' { recording::%s(this, "%s"); }' % ("end" if self.copies else "gone", self.name)
+        elif name == "operator=":
+            body = " = default;"
+        else:
+            body = " { %s; }" % self.operation(result, name, given)
         return "%s%s::%s(%s)%s%s\n" % (result, self.name, name, parameters, const, body)
 
-    def constructor(self, result, name, parameters):
-        given = names(parameters)
+    def constructor(self, given):
         copy = given == ", other"
-        initial = ["m_%s(%s)" % (one, "other.m_" + one if copy else one if ", %s" % one in given else "")
-                   for one in self.members]
+        initial = ["QObject(parent)"] if ", parent" in given else []
         if self.handle and given:
-            initial.insert(0, "%s(%s)" % (self.handle.group(), given[2:]))
-        if ", parent" in given:
-            initial.insert(0, "QObject(parent)")
-        note = "" if copy or self.counted_only else 'call("%s"%s); ' % (name, given)
-        return "%s { %srecording::begin%s(this, \"%s\"); }" % (
-            " : " + ", ".join(initial) if initial else "", note, "Copy" if copy else "", name)
+            initial.append("%s(%s)" % (self.handle.group(), given[2:]))
+        for one in self.members:
+            initial.append("m_%s(%s)" % (one, "other.m_" + one if copy else one if ", " + one in given else ""))
+        note = 'call("%s"%s); ' % (self.name, given) if self.noted and not copy else ""
+        return '%s { %srecording::begin%s(this, "%s"); }' % (
+            " : " + ", ".join(initial) if initial else "", note, "Copy" if copy else "", self.name)
 
-    def destructor(self, result, name, parameters):
-        return " { recording::%s(this, \"%s\"); }" % ("end" if self.copies else "gone", self.name)
-
-    def assignment(self, result, name, parameters):
-        return " = default;"
-
-    def operation(self, result, name, parameters):
-        label = '"%s.%s", %s%s' % (self.name, name.replace("operator", ""), self.subject, names(parameters))
-        field = name[4:]
+    def operation(self, result, name, given):
+        noted = '"%s.%s", %s%s' % (self.name, name.replace("operator", ""), self.subject, given)
+        field = name[4:] if name[4:] in self.members else None
         if name in ANSWERS:
-            return " { return answer(%s, %s); }" % (ANSWERS[name].format("*this", names(parameters)[2:]), label)
-        if field in self.members and name.startswith("get_"):
-            return " { return answer<%s>(m_%s, %s); }" % (result, field, label)
-        if field in self.members:
-            return " { call(%s); m_%s = %s; }" % (label, field, names(parameters)[2:])
-        return " { %scall(%s); }" % ("" if result == "void " else "return ", label)
+            return "return answer(%s, %s)" % (ANSWERS[name].format("*this", given[2:]), noted)
+        if field and name.startswith("get_"):
+            return "return answer<%s>(m_%s, %s)" % (result, field, noted)
+        if field:
+            return "call(%s); m_%s = %s" % (noted, field, given[2:])
+        return "%scall(%s)" % ("" if result == "void " else "return ", noted)
 
 
 def recorded(text):
@@ -86,8 +84,8 @@ def recorded(text):
         for definition in [] if found.group(1) in BY_HAND else Recorded(*found.groups()).definitions():
             yield definition
     for name in re.findall(r"^unsigned int qHash\(const (\w+)& \w+\);", text, re.M):
-        yield "unsigned int qHash(const %s& one)\n{\n    return answer(made<unsigned int>(plain(one)), \"%s.qHash\", one);\n}\n" % (
-            name, name)
+        yield ('unsigned int qHash(const %s& one) { return answer(made<unsigned int>(plain(one)), "%s.qHash", one); }\n'
+               % (name, name))
 
 
 def main(output, *headers):

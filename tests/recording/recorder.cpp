@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <map>
 #include <mutex>
 #include <set>
 #include <stdexcept>
@@ -46,6 +47,16 @@ State& state()
     return *one;
 }
 
+// The state while this lives, which for most is one expression.
+class Held
+{
+public:
+    State* operator->() { return &state(); }
+
+private:
+    std::lock_guard<std::mutex> m_lock{state().mutex};
+};
+
 thread_local int silences = 0;
 
 bool locked() { return interpreterLockHeld && interpreterLockHeld(); }
@@ -67,11 +78,7 @@ std::string subjectOf(const List& arguments)
     return number ? "#" + std::to_string(*number) : std::string("#");
 }
 
-Living living(long number)
-{
-    const std::lock_guard lock(state().mutex);
-    return state().living.at(number);
-}
+Living living(long number) { return Held()->living.at(number); }
 
 } // namespace
 
@@ -112,34 +119,34 @@ void copied(const char* name)
 
 void begun(const char* name, void* object, void (*destroy)(void*), bool (*isNull)(void*))
 {
-    const std::lock_guard lock(state().mutex);
-    ++state().counts[name].alive;
-    const long number = state().numbers[object] = ++state().lastNumber;
-    state().living[number] = {name, object, destroy, isNull};
+    Held all;
+    ++all->counts[name].alive;
+    const long number = all->numbers[object] = ++all->lastNumber;
+    all->living[number] = {name, object, destroy, isNull};
 }
 
 void ended(const char* name, void* object)
 {
-    const std::lock_guard lock(state().mutex);
-    --state().counts[name].alive;
-    ++state().counts[name].destroyed;
-    state().living.erase(state().numbers[object]);
-    state().numbers.erase(object);
+    Held all;
+    --all->counts[name].alive;
+    ++all->counts[name].destroyed;
+    all->living.erase(all->numbers[object]);
+    all->numbers.erase(object);
 }
 
 long numberOf(const void* object)
 {
-    const std::lock_guard lock(state().mutex);
-    const auto number = state().numbers.find(object);
-    return number == state().numbers.end() ? 0 : number->second;
+    Held all;
+    const auto number = all->numbers.find(object);
+    return number == all->numbers.end() ? 0 : number->second;
 }
 
 void* objectOf(long number) { return number ? living(number).object : nullptr; }
 
 long newest(const std::string& name)
 {
-    const std::lock_guard lock(state().mutex);
-    for (auto entry = state().living.rbegin(); entry != state().living.rend(); ++entry)
+    Held all;
+    for (auto entry = all->living.rbegin(); entry != all->living.rend(); ++entry)
         if (entry->second.name == name)
             return entry->first;
     return 0;
@@ -159,49 +166,32 @@ bool isNull(long number)
 
 void forget()
 {
-    const std::lock_guard lock(state().mutex);
-    state().calls.clear();
-    state().returned.clear();
-    state().thrown.clear();
-    state().blocked.clear();
-    state().changed.notify_all();
+    Held all;
+    all->calls.clear();
+    all->returned.clear();
+    all->thrown.clear();
+    all->blocked.clear();
+    all->changed.notify_all();
 }
 
-std::vector<Call> calls()
-{
-    const std::lock_guard lock(state().mutex);
-    return state().calls;
-}
+std::vector<Call> calls() { return Held()->calls; }
 
-std::map<std::string, Counts> counts()
-{
-    const std::lock_guard lock(state().mutex);
-    return state().counts;
-}
+Counts counts(const std::string& name) { return Held()->counts[name]; }
 
-void returns(const std::string& function, Value value)
-{
-    const std::lock_guard lock(state().mutex);
-    state().returned[function] = std::move(value);
-}
+void returns(const std::string& function, Value value) { Held()->returned[function] = std::move(value); }
 
 void throws(const std::string& function, const std::string& kind, const std::string& text)
 {
-    const std::lock_guard lock(state().mutex);
-    state().thrown[function] = {kind, text};
+    Held()->thrown[function] = {kind, text};
 }
 
-void block(const std::string& function)
-{
-    const std::lock_guard lock(state().mutex);
-    state().blocked.insert(function);
-}
+void block(const std::string& function) { Held()->blocked.insert(function); }
 
 void release(const std::string& function)
 {
-    const std::lock_guard lock(state().mutex);
-    state().blocked.erase(function);
-    state().changed.notify_all();
+    Held all;
+    all->blocked.erase(function);
+    all->changed.notify_all();
 }
 
 bool awaitCall(const std::string& function, double seconds)

@@ -2,8 +2,6 @@
 // functions, by name. Everything in it is plain data, so that a script can compare it.
 #pragma once
 
-#include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -73,7 +71,7 @@ bool isNull(long number);
 // The script's orders.
 void forget(); // calls and orders
 std::vector<Call> calls();
-std::map<std::string, Counts> counts();
+Counts counts(const std::string& name);
 void returns(const std::string& function, Value value);
 void throws(const std::string& function, const std::string& kind, const std::string& text);
 void block(const std::string& function);
