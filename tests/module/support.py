@@ -13,7 +13,7 @@ from PySide import QtCore
 import vireo.project as vp
 import second_extension
 
-from surface import CLASSES, COPY, NONE, ONE
+from surface import CLASSES, COPY, KEYWORDS, NONE, ONE
 
 application = QtCore.QCoreApplication.instance() or QtCore.QCoreApplication([])
 
@@ -48,6 +48,23 @@ def make(name):
     return makers.get(name, getattr(vp, name))()
 
 
+FITTING = {
+    "unicode": [u"name", u"", "text"], "bool": [True, False], "int": [0, -5, 9], "unsigned int": [0, 1, UINT_MAX],
+    "float": [0.5, 0, -1e30, float("nan")], "Color": [(0, 0.5, 1), [1, 1, 1]], "OptionalBool": [True, None],
+    "OptionalFloat": [0.5, None], "OptionalPoint": [(1, 2), None], "QStringList": [["a"], [], (u"a", u"b")],
+    "QVariant": [None, 1, u"a", [1, "x"], {u"a": 2}], "QPair": [(1, 2), [3, 4]], "PySide.QtCore.QObject": [None],
+    "vireo.project.InterlaceMode": [vp.UpperFieldFirst], "vireo.project.Colorspace": [vp.LogColorspace],
+    "vireo.project.ColorConversion": [vp.FloatConversion], "vireo.project.ColorizeOutput": [vp.ByLayer],
+    "list": [[]], "object": [None],
+}
+
+
+def fitting(text):
+    """An argument that a signature takes where it has that text."""
+    kind = text.split(" = ")[0]
+    return FITTING[kind][0] if kind in FITTING else make(kind.rsplit(".")[-1])
+
+
 def number(thing):
     """The number by which the library's notes name an object."""
     return 1 if type(thing).__name__ in HANDLES + ("UndoGroup",) else second_extension.number_of(thing)
@@ -76,6 +93,11 @@ def made(name):
 def calls(*aside):
     """The library's notes without what is beside the point."""
     return [call for call in recording.calls() if call[0] not in ASIDE + aside]
+
+
+def type_names(arguments):
+    names = [(type(one).__module__ + ".", type(one).__name__) for one in arguments]
+    return ", ".join((module if module == "vireo.project." else "") + name for module, name in names)
 
 
 def signature_error(name, given, *signatures):

@@ -182,6 +182,27 @@ CLASSES = {
         slots="== !=", base="QObject", copies=False),
 }
 
+# The keywords of each operation, which are its arguments with defaults in their order; for overloads, one list each.
+KEYWORDS = {
+    "parameter_set": "name_components", "base_parameter_set": "name_components", "get_bounding_rect": "time view",
+    "BezierContour.insert_point": "index view", "XSplineContour.insert_point": "view", "get_point_data": "view",
+    "set_point_data": "view", "update_point_data": "view", "BezierControlPoint.set_master_point":
+    "time view lock_tangents", "XControlPoint.set_master_point": "time view", "add_bezier_contour": "view",
+    "add_xspline_contour": "view", "get_surface_position": "view", "get_transform_matrix": "view", "in_point": "view",
+    "out_point": "view", "set_parent": "index", "tracking_input_clip": "use_linked_layer", "insert_child": "index",
+    "get": "time view", "set": "time view", "add_stream": "validate", "apply": "view",
+    "relink": "path prefix suffix start_frame end_frame view, view", "export": "index_width views separate_streams",
+    "set_output_dir": "validate", "add_layer": "name frame_number view", "add_group": "name layers",
+    "track_layers": "start_index stop_index layers views", "render": "view",
+    "export_rendered_shapes": "index_width views separate_streams",
+    "Clip": "clip_name validate width height length parent", "Project": "interlace_mode parent, parent",
+    "ColorParameters": "colorspace conversion offset softclip log_reference_white log_reference_black gamma",
+    "ProgressWatcher": "parent", "StreamInfo": "path prefix suffix start_frame end_frame index_width",
+    "ViewInfo": ", color", "BezierControlPointData": "active corner x y edge_width edge_angle_ratio "
+    "handle_offset_backward handle_offset_forward",
+    "XControlPointData": "active corner x y weight edge_width edge_angle_ratio",
+}
+
 ENUMERATIONS = {
     "InterlaceMode": ["NotInterlaced", "UpperFieldFirst", "LowerFieldFirst"] +
     ["_32Pulldown%sFirst%s" % (first, pair) for first in ("Up", "Lo") for pair in ("AA", "BB", "BC", "CD", "DD")] +

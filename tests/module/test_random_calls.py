@@ -11,21 +11,13 @@ from support import *
 
 CALLS = 8000
 KINDS = ["STRM_BadArgument", "STRM_OutOfRange", "STRM_BadState", "bad_alloc", "int", "PyTypeError"]
-KEYWORDS = ["view", "time", "index", "name", "layers", "views", "parent", "validate", "path", "color", "x", "other"]
+NAMES = sorted(set(" ".join(KEYWORDS.values()).replace(",", "").split() + ["other"]))
 APART = ("deleteLater", "moveToThread", "killTimer", "startTimer", "setParent")  # what would act after the call
 
 PLAIN = [None, True, 0, 1, -1, 3L, 2 ** 31, 2 ** 70, 0.5, float("nan"), float("inf"), -1e300, "", "name", u"\xe4",
          u"\U0001f600", [], [1, 2], ["a"], (), (1, 2), (1.0, 0.5, 0.0), {}, {u"a": 1}, set(), vp.UpperFieldFirst,
          vp.LogColorspace, vp.Grayscale, vp.FloatConversion, Stranger(), object, QtCore.QObject(), "a" * 10000, [None],
          [[]], "\x00", range(100)]
-FITTING = {
-    "unicode": [u"", u"name", "text"], "bool": [True, False], "int": [0, -5, 9], "unsigned int": [0, 1, UINT_MAX],
-    "float": [0, 0.5, -1e30, float("nan")], "Color": [(0, 0.5, 1), [1, 1, 1]], "OptionalBool": [True, None],
-    "OptionalFloat": [0.5, None], "OptionalPoint": [(1, 2), None], "QStringList": [[], ["a"], (u"a", u"b")],
-    "QVariant": [None, 1, u"a", [1, "x"], {u"a": 2}], "QPair": [(1, 2), [3, 4]], "PySide.QtCore.QObject": [None],
-    "vireo.project.InterlaceMode": [vp.UpperFieldFirst], "vireo.project.Colorspace": [vp.LogColorspace],
-    "vireo.project.ColorConversion": [vp.FloatConversion], "vireo.project.ColorizeOutput": [vp.ByLayer],
-}
 
 
 class Calls(object):
@@ -50,12 +42,12 @@ class Calls(object):
         kind = text.split(" = ")[0]
         if self.random.random() < 0.04:
             return self.anything()
-        if kind in FITTING:
-            return self.random.choice(FITTING[kind])
         if kind == "list":
             name = self.random.choice(["Layer", "Layer", "View", "ViewInfo", "BezierControlPointData",
                                        "XControlPointData"])
             return [self.one(name) for _ in range(self.random.randrange(3))]
+        if kind in FITTING and kind != "object":
+            return self.random.choice(FITTING[kind])
         return self.one(kind.rsplit(".")[-1]) if kind.startswith("vireo") else self.anything()
 
     def arguments(self, signatures, least=0):
@@ -65,7 +57,7 @@ class Calls(object):
             texts = [text for text in self.random.choice(signatures).split(", ") if text]
             given = [self.fitting(text) for text in texts[:self.random.randint(min(least, len(texts)), len(texts))]]
         count = self.random.choice([0, 0, 0, 1])
-        return given, {self.random.choice(KEYWORDS): self.anything() for _ in range(count)}
+        return given, {self.random.choice(NAMES): self.anything() for _ in range(count)}
 
     def orders(self):
         """Now and then the library fails, gives something, or destroys something."""

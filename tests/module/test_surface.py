@@ -20,6 +20,23 @@ def operations(form=None):
                 yield name, method[0], method[1], method[2:]
 
 
+def overloads():
+    """(class, method or None for its constructor, (least, most) where keywords are counted, signature, its keywords,
+    all signatures) of whatever takes arguments."""
+    rows = [row for row in operations() if row[2] != NONE and row[1] != "__exit__"]
+    for name in sorted(CLASSES):
+        one = CLASSES[name]
+        if one.constructor:
+            form = (0, one.constructor[1]) if one.constructor[0] == "total" else None
+            rows.append((name, None, form, one.signatures or ["vireo.project." + name]))
+    for name, method, form, signatures in rows:
+        keywords = KEYWORDS.get("%s.%s" % (name, method), KEYWORDS.get(method or name, "")).split(", ")
+        counted = form if isinstance(form, tuple) and form[0] != "exactly" else None
+        for place, signature in enumerate(signatures):
+            known = keywords[place].split() if place < len(keywords) else []
+            yield name, method, counted, signature, known, signatures
+
+
 def properties():
     for name in sorted(CLASSES):
         for row in CLASSES[name].properties:
@@ -69,18 +86,35 @@ class Arguments(ModuleTest):
         self.raises(kind, text, function, *arguments, **keywords)
         self.assertEqual(calls(), [])
 
-    def test_wrong_arguments_name_the_operation_and_its_signatures(self):
-        taken_as_they_are = {"set_master_point": 2, "set": 2}
+    def test_each_argument_is_tested_by_position_and_by_keyword(self):
+        def check(name, method, counted, signature, keywords, signatures):
+            full = ".".join(filter(None, [name, method]))
+            texts = signature.split(", ") if signature else []
+            given = [fitting(text) for text in texts]
+            required = [one for one, text in zip(given, texts) if " = " not in text]
 
-        def check(name, method, form, signatures):
-            if method == "__exit__":
-                return
-            least = {ONE: 1}.get(form) or (form[1] if form[0] == "exactly" else max(form[0], 1))
-            given = [Stranger()] * taken_as_they_are.get(method, least)
-            text = signature_error("%s.%s" % (name, method), ", ".join(["Stranger"] * len(given)), *signatures)
-            self.refused(TypeError, text, name, method, given)
+            def wrong(arguments, keywords={}):
+                text = signature_error(full, type_names(arguments), *signatures)
+                self.refused(TypeError, text, name, method, arguments, keywords)
 
-        self.each([row for row in operations() if row[2] != NONE], check)
+            for place, text in enumerate(texts):
+                if text not in ("object", "QVariant"):
+                    wrong(given[:place] + [Stranger()] + given[place + 1:])
+            self.assertEqual(len(texts) - len(required), len(keywords))
+            for place, keyword in enumerate(keywords, len(required)):
+                wrong(required, {keyword: Stranger()})
+                # Keywords count, so that the last of all is one too many before it is one beside its position.
+                text = duplicate_error(full, keyword)
+                if counted and place + 2 > counted[1]:
+                    text = count_error(full, counted[0], place + 2)
+                self.refused(TypeError, text, name, method, given[:place + 1], {keyword: given[place]})
+
+        self.each(list(overloads()), check)
+
+    def test_the_parameters_order_decides_which_of_several_mistakes_is_told(self):
+        for code, keyword in [("a.relink(u'', path=u'', prefix=5)", "path"),
+                              ("a.relink(u'', u'', start_frame=1, prefix=u'', end_frame='x')", "prefix")]:
+            self.raises(TypeError, duplicate_error("Clip.relink", keyword), run, code, make("Clip"))
 
     def test_wrong_arguments_of_setters_name_the_setter(self):
         def check(name, prop, getter, set_name, text):
@@ -91,14 +125,6 @@ class Arguments(ModuleTest):
             self.assertEqual(calls(), [])
 
         self.each([row for row in properties() if row[3] and row[4]], check)
-
-    def test_wrong_arguments_of_constructors(self):
-        def check(name):
-            one = CLASSES[name]
-            self.refused(TypeError, signature_error(name, "Stranger", *(one.signatures or ["vireo.project." + name])),
-                         name, None, [Stranger()])
-
-        self.each([(name,) for name in CLASSES if CLASSES[name].constructor], check)
 
     def test_counts_of_methods_with_keywords(self):
         def check(name, method, form, signatures):
@@ -157,129 +183,38 @@ class Arguments(ModuleTest):
 
         self.each([(name,) for name in CLASSES if CLASSES[name].constructor], check)
 
-    def test_a_keyword_beside_its_position(self):
-        view = vp.View(1)
+    def test_arguments_that_are_nearly_right(self):
         self.each([
-            ("a.get_bounding_rect(1.0, time=2.0)", "BezierContour", "get_bounding_rect", "time"),
-            ("a.insert_point(0.0, BezierControlPointData(), 1, index=2)", "BezierContour", "insert_point", "index"),
-            ("a.set_master_point(None, 1.0, time=1.0)", "BezierControlPoint", "set_master_point", "time"),
-            ("a.set_master_point(None, 1.0, 0, view=0)", "BezierControlPoint", "set_master_point", "view"),
-            ("a.set_master_point(None, 1.0, time=1.0)", "XControlPoint", "set_master_point", "time"),
-            ("a.get(1.0, time=1.0)", "Parameter", "get", "time"),
-            ("a.set(5, 1.0, time=1.0)", "Parameter", "set", "time"),
-            ("a.relink(u'', path=u'')", "Clip", "relink", "path"),
-            ("a.relink(u'', u'', prefix=u'')", "Clip", "relink", "prefix"),
-            ("a.relink(u'', u'', u'', suffix=u'')", "Clip", "relink", "suffix"),
-            ("a.relink(u'', u'', u'', 1, start_frame=1)", "Clip", "relink", "start_frame"),
-            ("a.relink(u'', u'', u'', 1, 1, end_frame=1)", "Clip", "relink", "end_frame"),
-            ("a.relink(StreamInfo(), 1, view=1)", "Clip", "relink", "view"),
-            ("a.export(None, u'', u'', u'', u'', 1, 2, 3, index_width=3)", "Clip", "export", "index_width"),
-            ("a.export(None, u'', u'', u'', u'', 1, 2, 3, [], views=[])", "Clip", "export", "views"),
-            ("a.add_layer(None, u'A', name=u'B')", "Project", "add_layer", "name"),
-            ("a.add_layer(None, u'A', 1, frame_number=1)", "Project", "add_layer", "frame_number"),
-            ("a.add_group(u'A', name=u'B')", "Project", "add_group", "name"),
-            ("a.track_layers(1, start_index=1)", "Project", "track_layers", "start_index"),
-            ("a.track_layers(1, 2, stop_index=1)", "Project", "track_layers", "stop_index"),
-            ("a.track_layers(1, 2, [], layers=[])", "Project", "track_layers", "layers"),
-            ("a.export_rendered_shapes([], Grayscale, u'', u'', u'', u'', 1, 2, 3, index_width=3)", "Project",
-             "export_rendered_shapes", "index_width"),
-            ("a.export_rendered_shapes([], Grayscale, u'', u'', u'', u'', 1, 2, 3, [], views=[])", "Project",
-             "export_rendered_shapes", "views"),
-            ("Clip(u'a', u'A', clip_name=u'B')", "Clip", None, "clip_name"),
-            ("Clip(u'a', u'A', False, 1, 1, 1, None, parent=None)", "Clip", None, "parent"),
-            ("Project(None, NotInterlaced, interlace_mode=NotInterlaced)", "Project", None, "interlace_mode"),
-            ("Project(None, NotInterlaced, None, parent=None)", "Project", None, "parent"),
-            ("Project(u'', None, parent=None)", "Project", None, "parent"),
-            ("ColorParameters(LogColorspace, colorspace=LinearColorspace)", "ColorParameters", None, "colorspace"),
-            ("ColorParameters(LogColorspace, NoneConversion, 1, 1, 1, 1, 1, gamma=2)", "ColorParameters", None,
-             "gamma"),
-            ("ProgressWatcher(None, parent=None)", "ProgressWatcher", None, "parent"),
-            ("StreamInfo(u'/a', path=u'/b')", "StreamInfo", None, "path"),
-            ("StreamInfo(u'', u'', u'', 1, 2, end_frame=2)", "StreamInfo", None, "end_frame"),
-            # The parameters' order decides which of several mistakes is told.
-            ("a.relink(u'', path=u'', prefix=5)", "Clip", "relink", "path"),
-            ("a.relink(u'', u'', start_frame=1, prefix=u'', end_frame='x')", "Clip", "relink", "prefix"),
-            ("ViewInfo(u'L', u'L', color=(0, 0, 0))", None, None, None),
-            ("BezierControlPointData(True, active=False)", "BezierControlPointData", None, "active"),
-            ("BezierControlPointData(True, True, 1.0, x=1.0)", "BezierControlPointData", None, "x"),
-            ("XControlPointData(True, True, 1.0, 1.0, 1.0, weight=1.0)", "XControlPointData", None, "weight"),
-        ], self.check_duplicate)
-        self.raises(TypeError, count_error("ViewInfo", 0, 4), vp.ViewInfo, u"L", u"L", (0, 0, 0), color=(0, 0, 0))
-        self.raises(TypeError, count_error("Layer.in_point", 0, 2), handle("Layer", 1).in_point, view, view=view)
-
-    def check_duplicate(self, code, name, method, keyword):
-        one = make(name) if name and method else None
-        recording.clear()
-        if not name:
-            run(code)
-            return
-        self.raises(TypeError, duplicate_error(".".join(filter(None, [name, method])), keyword), run, code, one)
-        self.assertEqual(calls("StreamInfo", "BezierControlPointData", "XControlPointData"), [])
-
-    def test_later_arguments_and_keywords_are_tested_too(self):
-        self.each([
-            ("a.add_stream('p', View(1), 1, 'x')", "Clip", "add_stream", "str, vireo.project.View, int, str"),
-            ("a.add_stream('p', View(1), 1, 2, validate='x')", "Clip", "add_stream",
-             "str, vireo.project.View, int, int"),
-            ("a.add_stream('p', 1L, 1, 2)", "Clip", "add_stream", "str, long, int, int"),
-            ("a.relink('p', 5)", "Clip", "relink", "str, int"),
-            ("a.relink(StreamInfo(), 'x')", "Clip", "relink", "vireo.project.StreamInfo, str"),
-            ("a.relink(view='x')", "Clip", "relink", ""),
             ("a.relink(5, path=u'')", "Clip", "relink", "int"),
-            ("a.get_bounding_rect('x', time=1.0)", "BezierContour", "get_bounding_rect", "str"),
-            ("a.track_layers(views=5, start_index='x')", "Project", "track_layers", ""),
+            ("a.relink(StreamInfo(), 1, 2)", "Clip", "relink", "vireo.project.StreamInfo, int, int"),
             ("a.relink(None, None, None, None)", "Clip", "relink", "NoneType, NoneType, NoneType, NoneType"),
             ("a.apply(None)", "Clip", "apply", "NoneType"),
-            ("a.get_info(None)", "Clip", "get_info", "NoneType"),
+            ("a.add_stream('p', 1L, 1, 2)", "Clip", "add_stream", "str, long, int, int"),
+            ("a.add_stream('p', View(1), 1, 2, validate='x')", "Clip", "add_stream",
+             "str, vireo.project.View, int, int"),
             ("a.track_layers(0, 1, [handle('Layer', 1), 5])", "Project", "track_layers", "int, int, list"),
-            ("a.track_layers(views={1})", "Project", "track_layers", ""),
-            ("a.render(None, 1, 2, [], view=None)", "Project", "render", "NoneType, int, int, list"),
-            ("a.export_rendered_shapes([], 0, u'', u'', u'', u'', 1, 2)", "Project", "export_rendered_shapes",
-             "list, int, unicode, unicode, unicode, unicode, int, int"),
             ("a.add_layer(Project(u'x'))", "Project", "add_layer", "vireo.project.Project"),
             ("a.set_parent(handle('Layer', 1))", "Layer", "set_parent", "vireo.project.Layer"),
-            ("a.add_bezier_contour(1.0, [XControlPointData()])", "Layer", "add_bezier_contour", "float, list"),
-            ("a.add_bezier_contour(1.0, None)", "Layer", "add_bezier_contour", "float, NoneType"),
             ("a.insert_child(None)", "LayerGroup", "insert_child", "NoneType"),
             ("a.insert_point(0.0, XControlPointData())", "BezierContour", "insert_point",
              "float, vireo.project.XControlPointData"),
-            ("a.get_bounding_rect(view=1.5)", "BezierContour", "get_bounding_rect", ""),
-            ("a.set_point_data(1.0, None)", "XControlPoint", "set_point_data", "float, NoneType"),
-            ("a.set_master_point(None, lock_tangents='x')", "BezierControlPoint", "set_master_point", "NoneType"),
-            ("a.set(5, view='x')", "Parameter", "set", "int"),
-            ("a.delete_keyframe(1.0, None)", "Parameter", "delete_keyframe", "float, NoneType"),
-            ("a.parameter(5)", "Layer", "parameter", "int"),
-            ("a.parameter_set(None)", "Layer", "parameter_set", "NoneType"),
             ("ViewInfo(u'L')", "ViewInfo", None, "unicode"),
-            ("ViewInfo(u'L', 5)", "ViewInfo", None, "unicode, int"),
-            ("ViewInfo(u'L', u'L', color=5)", "ViewInfo", None, "unicode, unicode"),
             ("View(None)", "View", None, "NoneType"),
             ("View('1')", "View", None, "str"),
-            ("Clip(u'a', parent=5)", "Clip", None, "unicode"),
-            ("Clip(u'a', u'b', validate='x')", "Clip", None, "unicode, unicode"),
-            ("Project(5)", "Project", None, "int"),
             ("Project(None, 1)", "Project", None, "NoneType, int"),
             ("Project(None, LogColorspace)", "Project", None, "NoneType, vireo.project.Colorspace"),
             ("Project(u'x', interlace_mode=1, parent=1)", "Project", None, "unicode"),
             ("Project(None, None)", "Project", None, "NoneType, NoneType"),
             ("Project(u'f', None, None)", "Project", None, "unicode, NoneType, NoneType"),
-            ("a.relink(StreamInfo(), 1, 2)", "Clip", "relink", "vireo.project.StreamInfo, int, int"),
             ("BezierControlPointData(XControlPointData(), True)", "BezierControlPointData", None,
              "vireo.project.XControlPointData, bool"),
+            ("Layer(None)", "Layer", None, "NoneType"),
             # A tuple that is the one argument is shown as the arguments.
             ("a.in_out_range = (10,)", "Project", "set_in_out_range", "int"),
             ("a.frame_size = (1, 2, 'x')", "Clip", "set_frame_size", "int, int, str"),
             ("a.matte_color = (0.25, 1)", "Layer", "set_matte_color", "float, int"),
             ("a.views = (5,)", "Project", "set_views", "int"),
             ("a.views = [5]", "Project", "set_views", "list"),
-            ("ColorParameters(1)", "ColorParameters", None, "int"),
-            ("ColorParameters(conversion=LogColorspace)", "ColorParameters", None, ""),
-            ("StreamInfo(u'a', 5)", "StreamInfo", None, "unicode, int"),
-            ("BezierControlPointData(x=1)", "BezierControlPointData", None, ""),
-            ("BezierControlPointData(active=1)", "BezierControlPointData", None, ""),
-            ("BezierControlPointData(1.0, x=2.0)", "BezierControlPointData", None, "float"),
-            ("Layer(None)", "Layer", None, "NoneType"),
-            ("UndoGroup(5)", "UndoGroup", None, "int"),
         ], self.check_wrong)
 
     def check_wrong(self, code, name, method, given):
