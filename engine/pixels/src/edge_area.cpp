@@ -106,9 +106,13 @@ void EdgeArea::resolve(FillRule rule, Image& matte) const
         const float* differences = m_differences.data() + std::size_t(y - m_window.top) * std::size_t(m_width);
         float* pixel = matte.at(m_window.left, y);
         double winding = 0;
-        for (int x = m_window.left; x < m_window.right; ++x) {
-            winding += *differences++;
-            *pixel++ = float(covered(winding, rule));
+        float value = 0;
+        for (int x = m_window.left; x < m_window.right; ++x, ++differences, ++pixel) {
+            if (*differences != 0) {
+                winding += double(*differences);
+                value = float(covered(winding, rule));
+            }
+            *pixel = value;
         }
     }
 }

@@ -6,6 +6,7 @@
 #include "window.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -54,6 +55,20 @@ struct SoftMatte
         distance; // of the pixels that an outline passes through, to the nearest edge with its ramp on their other side
 };
 
+// How far beyond an end of an edge its ramp can count: it does in the wedge where the outline turns, and where the edge
+// that follows narrows so fast that the wider end is the stronger one. Elsewhere a neighbour is nearer.
+double shareOfReach(const OutlineVertex& before, const OutlineVertex& at, const OutlineVertex& after)
+{
+    const double ax = at.x - before.x, ay = at.y - before.y, bx = after.x - at.x, by = after.y - at.y;
+    const double a = std::hypot(ax, ay), b = std::hypot(bx, by);
+    if (a == 0 || b == 0)
+        return 1;
+    const double slope =
+        std::max(std::abs(at.edgeWidth - before.edgeWidth) / a, std::abs(after.edgeWidth - at.edgeWidth) / b);
+    const double angle = std::atan2(std::abs(ax * by - ay * bx), ax * bx + ay * by) + 2 * std::atan(slope);
+    return std::sin(std::min(angle, M_PI / 2));
+}
+
 class EdgeRamp
 {
 public:
@@ -68,40 +83,58 @@ public:
         m_onlyInside = from.edgeWidth <= 0 && to.edgeWidth <= 0;
     }
 
-    void draw(SoftMatte& soft) const
+    // The shares are those of the reach that counts beyond either end.
+    void draw(SoftMatte& soft, double shareBefore, double shareAfter) const
     {
         const Window& window = soft.window;
-        const int top = within(std::floor(std::min(m_from.y, m_to.y) - m_reach), window.top, window.bottom);
-        const int bottom = within(std::ceil(std::max(m_from.y, m_to.y) + m_reach), window.top, window.bottom);
-        for (int y = top; y < bottom; ++y) {
-            const auto [left, right] = columns(y + 0.5);
-            const int begin = within(std::floor(left), window.left, window.right);
-            const int end = within(std::ceil(right), window.left, window.right);
+        const std::array<Point, 4> area = reached(shareBefore, shareAfter);
+        const auto [top, bottom] =
+            std::minmax_element(area.begin(), area.end(), [](Point a, Point b) { return a.y < b.y; });
+        const int end = pixelFrom(bottom->y, window.top, window.bottom);
+        for (int y = pixelFrom(top->y, window.top, window.bottom); y < end; ++y) {
+            const auto [left, right] = columns(area, y + 0.5);
+            const int first = pixelFrom(left, window.left, window.right);
+            const int last = pixelFrom(right, window.left, window.right);
             float* pixel = soft.matte.row(y);
             float* nearest = soft.distance.row(y - window.top) - window.left;
             const float* hard = soft.hard.row(y - window.top) - window.left;
-            for (int x = begin; x < end; ++x)
+            for (int x = first; x < last; ++x)
                 drawPixel(pixel[x], nearest[x], hard[x], x + 0.5, y + 0.5);
         }
     }
 
 private:
-    static int within(double position, int first, int last)
+    // The first pixel whose centre does not lie before the position.
+    static int pixelFrom(double position, int first, int last)
     {
-        return int(std::clamp(position, double(first), double(last)));
+        return int(std::ceil(std::clamp(position - 0.5, double(first), double(last))));
     }
 
-    // Where along a row the edge can reach.
-    std::pair<double, double> columns(double y) const
+    // The rectangle along the edge in which it can count.
+    std::array<Point, 4> reached(double shareBefore, double shareAfter) const
     {
-        double first = 0, last = 1;
-        if (m_dy != 0) {
-            const double a = (y - m_reach - m_from.y) / m_dy, b = (y + m_reach - m_from.y) / m_dy;
-            first = std::clamp(std::min(a, b), 0.0, 1.0);
-            last = std::clamp(std::max(a, b), 0.0, 1.0);
+        constexpr double rounding = 1e-3; // no pixel is to fall between two edges
+        const double length = std::sqrt(m_squaredLength), x = m_dx / length, y = m_dy / length;
+        const double before = m_reach * shareBefore + rounding, after = m_reach * shareAfter + rounding;
+        const Point from{m_from.x - before * x, m_from.y - before * y}, to{m_to.x + after * x, m_to.y + after * y};
+        const double nx = -m_reach * y, ny = m_reach * x;
+        return {
+            {{from.x + nx, from.y + ny}, {to.x + nx, to.y + ny}, {to.x - nx, to.y - ny}, {from.x - nx, from.y - ny}}};
+    }
+
+    // Where a convex area crosses a row.
+    static std::pair<double, double> columns(const std::array<Point, 4>& area, double y)
+    {
+        double first = std::numeric_limits<double>::max(), last = -first;
+        for (std::size_t i = 0; i < area.size(); ++i) {
+            const Point a = area[i], b = area[(i + 1) % area.size()];
+            if ((a.y <= y) == (b.y <= y))
+                continue;
+            const double x = a.x + (y - a.y) * (b.x - a.x) / (b.y - a.y);
+            first = std::min(first, x);
+            last = std::max(last, x);
         }
-        const double x0 = m_from.x + first * m_dx, x1 = m_from.x + last * m_dx;
-        return {std::min(x0, x1) - m_reach, std::max(x0, x1) + m_reach};
+        return {first, last};
     }
 
     void drawPixel(float& pixel, float& nearest, float hard, double x, double y) const
@@ -168,6 +201,22 @@ Image part(const Image& image, const Window& window)
     return part;
 }
 
+void featherAlong(const Outline& outline, SoftMatte& soft)
+{
+    const std::size_t count = outline.size();
+    const auto vertex = [&](std::size_t i) -> const OutlineVertex& { return outline[i % count]; };
+    const auto shareAt = [&](std::size_t i) { return shareOfReach(vertex(i + count - 1), vertex(i), vertex(i + 1)); };
+    double before = shareAt(0);
+    for (std::size_t i = 0; i < count; ++i) {
+        const OutlineVertex &from = vertex(i), &to = vertex(i + 1);
+        const double after = shareAt(i + 1);
+        const bool soften = std::abs(from.edgeWidth) >= narrowest || std::abs(to.edgeWidth) >= narrowest;
+        if (soften && (from.x != to.x || from.y != to.y))
+            EdgeRamp(from, to).draw(soft, before, after);
+        before = after;
+    }
+}
+
 } // namespace
 
 void feather(Image& matte, const std::vector<Outline>& outlines)
@@ -180,11 +229,7 @@ void feather(Image& matte, const std::vector<Outline>& outlines)
         return;
     SoftMatte soft{matte, window, part(matte, window), Image(window.size(), 1, std::numeric_limits<float>::max())};
     for (const Outline& outline : outlines)
-        for (std::size_t i = 0; i < outline.size(); ++i) {
-            const OutlineVertex &from = outline[i], &to = outline[(i + 1) % outline.size()];
-            if (std::abs(from.edgeWidth) >= narrowest || std::abs(to.edgeWidth) >= narrowest)
-                EdgeRamp(from, to).draw(soft);
-        }
+        featherAlong(outline, soft);
 }
 
 } // namespace pixels
