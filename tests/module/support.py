@@ -52,7 +52,8 @@ FITTING = {
     "unicode": [u"name", u"", "text"], "bool": [True, False], "int": [0, -5, 9], "unsigned int": [0, 1, UINT_MAX],
     "float": [0.5, 0, -1e30, float("nan")], "Color": [(0, 0.5, 1), [1, 1, 1]], "OptionalBool": [True, None],
     "OptionalFloat": [0.5, None], "OptionalPoint": [(1, 2), None], "QStringList": [["a"], [], (u"a", u"b")],
-    "QVariant": [None, 1, u"a", [1, "x"], {u"a": 2}], "QPair": [(1, 2), [3, 4]], "PySide.QtCore.QObject": [None],
+    "QVariant": [1, None, u"a", [1, "x"], {u"a": 2}], "QPair": [(1, 2), [3, 4]],
+    "PySide.QtCore.QObject": [vp.ProgressWatcher(), None],
     "vireo.project.InterlaceMode": [vp.UpperFieldFirst], "vireo.project.Colorspace": [vp.LogColorspace],
     "vireo.project.ColorConversion": [vp.FloatConversion], "vireo.project.ColorizeOutput": [vp.ByLayer],
     "list": [[]], "object": [None],
@@ -112,6 +113,39 @@ def count_error(name, least, given):
 
 def duplicate_error(name, keyword):
     return "vireo.project.%s(): got multiple values for keyword argument '%s'." % (name, keyword)
+
+
+def operations(form=None):
+    """(class, method, form, signatures) of all methods, or those of one form."""
+    for name in sorted(CLASSES):
+        for method in CLASSES[name].methods:
+            shape = method[1][0] if isinstance(method[1], tuple) and method[1][0] == "exactly" else method[1]
+            kind = shape if isinstance(shape, str) else "keywords"
+            if form in (None, kind):
+                yield name, method[0], method[1], method[2:]
+
+
+def overloads():
+    """(class, method or None for its constructor, (least, most) where keywords are counted, signature, its keywords,
+    all signatures) of all methods and constructors."""
+    rows = [row for row in operations() if row[1] != "__exit__"]
+    for name in sorted(CLASSES):
+        one = CLASSES[name]
+        if one.constructor:
+            form = (0, one.constructor[1]) if one.constructor[0] == "total" else None
+            rows.append((name, None, form, one.signatures or ["vireo.project." + name]))
+    for name, method, form, signatures in rows:
+        keywords = KEYWORDS.get("%s.%s" % (name, method), KEYWORDS.get(method or name, "")).split(", ")
+        counted = form if isinstance(form, tuple) and form[0] != "exactly" else None
+        for place, signature in enumerate(signatures or [""]):
+            known = keywords[place].split() if place < len(keywords) else []
+            yield name, method, counted, signature, known, signatures
+
+
+def properties():
+    for name in sorted(CLASSES):
+        for row in CLASSES[name].properties:
+            yield (name,) + row
 
 
 class ModuleTest(unittest.TestCase):

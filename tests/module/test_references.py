@@ -4,7 +4,7 @@ import gc
 import sys
 
 from support import *
-from test_calls import CALLS, CONSTRUCTORS
+from test_calls import CONSTRUCTORS, RECEIVED, RESULTS, asked
 from test_conversions import FROM_PYTHON, TO_PYTHON
 from test_errors import WAYS
 
@@ -48,12 +48,16 @@ class References(ModuleTest):
         return work
 
     def test_calls(self):
-        rows = []
-        for name in sorted(CALLS):
-            one = make(name)
-            for row in CALLS[name]:
-                rows.append((row[1], self.compiled(row[1], one)))
-        self.holds(rows + [(code, self.compiled(code)) for code, _ in CONSTRUCTORS])
+        rows = [(code, self.compiled(code)) for code, _ in CONSTRUCTORS]
+        rows += [(row[1], self.compiled(row[1], make(name))) for name in sorted(RECEIVED) for row in RECEIVED[name]]
+        for name in sorted(RESULTS):
+            for member in set(row[0] for row in RESULTS[name]):
+                rows.append((member, self.compiled("a(b)", asked(name, member)[1], make(name))))
+        for name, method, _, signature, keywords, _ in overloads():
+            given = [fitting(text) for text in signature.split(", ") if text]
+            code = "a.%s(*b)" % method if method else "%s(*b)" % name
+            rows.append((name + code, self.compiled(code, make(name), given)))
+        self.holds(rows)
 
     def test_failing_calls(self):
         rows = []

@@ -10,39 +10,6 @@ def public(names):
     return set(name for name in names if not name.startswith("__"))
 
 
-def operations(form=None):
-    """(class, method, form, signatures) of all methods, or those of one form."""
-    for name in sorted(CLASSES):
-        for method in CLASSES[name].methods:
-            shape = method[1][0] if isinstance(method[1], tuple) and method[1][0] == "exactly" else method[1]
-            kind = shape if isinstance(shape, str) else "keywords"
-            if form in (None, kind):
-                yield name, method[0], method[1], method[2:]
-
-
-def overloads():
-    """(class, method or None for its constructor, (least, most) where keywords are counted, signature, its keywords,
-    all signatures) of whatever takes arguments."""
-    rows = [row for row in operations() if row[2] != NONE and row[1] != "__exit__"]
-    for name in sorted(CLASSES):
-        one = CLASSES[name]
-        if one.constructor:
-            form = (0, one.constructor[1]) if one.constructor[0] == "total" else None
-            rows.append((name, None, form, one.signatures or ["vireo.project." + name]))
-    for name, method, form, signatures in rows:
-        keywords = KEYWORDS.get("%s.%s" % (name, method), KEYWORDS.get(method or name, "")).split(", ")
-        counted = form if isinstance(form, tuple) and form[0] != "exactly" else None
-        for place, signature in enumerate(signatures):
-            known = keywords[place].split() if place < len(keywords) else []
-            yield name, method, counted, signature, known, signatures
-
-
-def properties():
-    for name in sorted(CLASSES):
-        for row in CLASSES[name].properties:
-            yield (name,) + row
-
-
 class Names(ModuleTest):
     def test_the_module_holds_classes_enumerations_and_their_items(self):
         items = [item for names in ENUMERATIONS.values() for item in names]
