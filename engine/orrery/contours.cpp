@@ -23,7 +23,8 @@ Point pointAt(const EngineContour& contour, unsigned int index)
     Stratum::ContourModel& model = Stratum::model(*contour);
     const Stratum::Reading lock(model.manager());
     model.requirePresent();
-    return index < model.points.size() ? handleOf<Point>(*model.points[index]) : Point();
+    Stratum::PointModel* const point = model.points.at(index);
+    return point ? handleOf<Point>(*point) : Point();
 }
 
 template <class Point>
@@ -34,8 +35,8 @@ QVector<Point> pointsOf(const EngineContour& contour)
     model.requirePresent();
     QVector<Point> points;
     points.reserve(static_cast<int>(model.points.size()));
-    for (Stratum::PointModel* point : model.points)
-        points.append(handleOf<Point>(*point));
+    for (Stratum::PointModel& point : model.points)
+        points.append(handleOf<Point>(point));
     return points;
 }
 

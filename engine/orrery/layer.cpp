@@ -62,8 +62,8 @@ QList<boost::shared_ptr<Stratum::Contour>> Layer::getAllContours() const
     const boost::shared_ptr<STRM_Layer> object = handledObject();
     const LockedItem<Stratum::LayerModel> layer(object);
     QList<boost::shared_ptr<Stratum::Contour>> contours;
-    for (Stratum::ContourModel* contour : layer->contours)
-        contours.append(boost::shared_ptr<Stratum::Contour>(object, contour));
+    for (Stratum::ContourModel& contour : layer->contours)
+        contours.append(boost::shared_ptr<Stratum::Contour>(object, &contour));
     return contours;
 }
 
@@ -108,9 +108,9 @@ unsigned int Layer::out_point(View view) const
 boost::optional<Layer> Layer::get_link_to_track()
 {
     const LockedItem<Stratum::LayerModel> layer(handledObject());
-    if (!layer->trackedWith)
+    if (!layer->trackedWith())
         return boost::none;
-    return handleOf(*layer->trackedWith);
+    return handleOf(*layer->trackedWith());
 }
 
 void Layer::set_link_to_track(const boost::optional<Layer>& layer)

@@ -52,11 +52,9 @@ QVector<Layer> LayerGroup::find_layers(const QString& text)
 {
     const LockedItem<Stratum::GroupModel> group(handledObject());
     QVector<Layer> found;
-    for (Stratum::OrderedItem* item = group->layers.first(); item; item = Stratum::OrderedItems::next(*item)) {
-        auto& layer = static_cast<Stratum::LayerModel&>(*item);
+    for (Stratum::LayerModel& layer : group->layers)
         if (layer.name.contains(text, Qt::CaseInsensitive))
             found.append(handleOf(layer));
-    }
     return found;
 }
 

@@ -208,16 +208,18 @@ private:
         for (std::size_t i = 0; i < points.size(); ++i)
             order.emplace_back(readId(points[i]["id"]), i);
         std::sort(order.begin(), order.end());
-        contour->points.resize(order.size());
+        std::vector<PointModel*> outline(order.size());
         for (std::size_t i = 0; i < order.size(); ++i) {
             const JsonReader point = points[order[i].second];
             if (i > 0 && order[i].first == order[i - 1].first)
                 point["id"].refuse(QString::fromLatin1("is that of another point"));
-            contour->points[order[i].second] = &readPoint(point, *contour, order[i].first);
+            outline[order[i].second] = &readPoint(point, *contour, order[i].first);
         }
+        for (PointModel* point : outline)
+            contour->points.append(*point);
         contour->nextPointId = std::max(contour->nextPointId, readId(reader["next_point"]));
         contour->setPresent(true);
-        layer.contours.push_back(contour);
+        layer.contours.append(*contour);
     }
 
     PointModel& readPoint(const JsonReader& reader, ContourModel& contour, unsigned int id)
@@ -257,23 +259,20 @@ private:
             if (!followed)
                 refuse(
                     QString::fromLatin1("layer %1 follows the layer %2, which is not there").arg(layer->id()).arg(id));
-            layer->trackedWith = followed;
-            followed->followers.push_back(layer);
+            layer->setTrackedWith(followed);
         }
         for (const Master& master : m_masters) {
             PointModel* const followed = findPoint(master);
             if (!followed)
                 refuse(QString::fromLatin1("a point follows the point %1, which is not there").arg(master.id));
-            master.point->links().link = master.link;
-            master.point->setMaster(followed);
-            followed->links().followers.push_back(master.point);
+            master.point->setMaster(followed, master.link);
         }
         requireNoCircle<LayerModel>(
             [this](auto visit) {
                 for (const auto& [layer, id] : m_tracks)
                     visit(layer);
             },
-            [](LayerModel* layer) { return layer->trackedWith; });
+            [](LayerModel* layer) { return layer->trackedWith(); });
         requireNoCircle<PointModel>(
             [this](auto visit) {
                 for (const Master& master : m_masters)
@@ -285,12 +284,8 @@ private:
     PointModel* findPoint(const Master& master) const
     {
         LayerModel* const layer = m_manager.findLayer(master.layer);
-        if (!layer)
-            return nullptr;
-        for (ContourModel* contour : layer->contours)
-            if (contour->id() == master.contour)
-                return contour->find(master.id);
-        return nullptr;
+        ContourModel* const contour = layer ? layer->findContour(master.contour) : nullptr;
+        return contour ? contour->find(master.id) : nullptr;
     }
 
     // Each object is walked over once, however long the chains are.

@@ -75,8 +75,8 @@ Json contourJson(const ContourModel& contour)
     Json json{{"id", contour.id()}, {"type", contour.type()}, {"next_point", contour.nextPointId}};
     json["edge_width"] = writeAnimation(contour.settings[1], Knob::Kind::Number);
     json["points"] = Json::array();
-    for (const PointModel* point : contour.points)
-        json["points"].push_back(pointJson(*point));
+    for (const PointModel& point : contour.points)
+        json["points"].push_back(pointJson(point));
     return json;
 }
 
@@ -100,8 +100,8 @@ Json layerJson(const LayerModel& layer)
         std::find_if(clips.begin(), clips.end(), [&layer](const Clip* clip) { return clip->get_id() == layer.clip; });
     if (clip != clips.end())
         json["clip"] = clip - clips.begin();
-    if (layer.trackedWith)
-        json["tracked_with"] = layer.trackedWith->id();
+    if (layer.trackedWith())
+        json["tracked_with"] = layer.trackedWith()->id();
     if (const LayerAnimations* animations = layer.animationsIfAny()) {
         for (int i = 0; i < LayerValueCount; ++i) {
             const Knob::Description& entry = description(static_cast<LayerValue>(i));
@@ -112,8 +112,8 @@ Json layerJson(const LayerModel& layer)
     }
     json["next_contour"] = layer.nextContourId;
     json["contours"] = Json::array();
-    for (const ContourModel* contour : layer.contours)
-        json["contours"].push_back(contourJson(*contour));
+    for (const ContourModel& contour : layer.contours)
+        json["contours"].push_back(contourJson(contour));
     return json;
 }
 
@@ -142,20 +142,20 @@ private:
     std::string m_separator;
 };
 
-void addItems(DocumentText& text, OrderedItems& items)
+void addItems(DocumentText& text, const Ordered<TreeItem>& items)
 {
-    for (OrderedItem* item = items.first(); item; item = OrderedItems::next(*item)) {
-        if (const auto* layer = dynamic_cast<const LayerModel*>(item)) {
+    for (const TreeItem& item : items) {
+        if (const auto* layer = dynamic_cast<const LayerModel*>(&item)) {
             text.addItem(Json{{"layer", layerJson(*layer)}}.dump());
             continue;
         }
-        auto& group = static_cast<GroupModel&>(*item);
+        const auto& group = static_cast<const GroupModel&>(item);
         Json json = itemJson(group);
         if (const Knob::Animation* opacity = group.opacityIfAny())
             json["opacity"] = writeAnimation(*opacity, Knob::Kind::Number);
         json["layers"] = Json::array();
-        for (OrderedItem* member = group.layers.first(); member; member = OrderedItems::next(*member))
-            json["layers"].push_back(layerJson(static_cast<LayerModel&>(*member)));
+        for (const LayerModel& member : group.layers)
+            json["layers"].push_back(layerJson(member));
         text.addItem(Json{{"group", std::move(json)}}.dump());
     }
 }

@@ -64,12 +64,12 @@ std::vector<Stratum::LayerModel*> layersToTrack(STRM_ProjectManager& manager, co
     std::vector<Stratum::LayerModel*> layers;
     for (Stratum::LayerModel* layer : selectLayers(manager, named)) {
         const bool clip = clipModel(manager, layer->clip);
-        const bool able = !layer->trackedWith && clip && !layer->contours.empty();
+        const bool able = !layer->trackedWith() && clip && !layer->contours.empty();
         if (able)
             layers.push_back(layer);
         if (able || named.isEmpty())
             continue;
-        if (layer->trackedWith)
+        if (layer->trackedWith())
             raise<STRM_BadState>(text("The layer %1 follows the track of the layer %2, which is the one to track",
                                       quoted(layer->name), quoted(layer->trackSource().name)));
         if (!clip)

@@ -2,6 +2,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <stratum/by_id.h>
 #include <stratum/exception.h>
 #include <stratum/manager.h>
 #include <stratum/tree.h>
@@ -63,13 +64,11 @@ void STRM_ProjectManager::idsGiven(unsigned int nextId)
 
 namespace {
 
-// Ids grow with the place.
 template <class Model>
 Model* presentWithId(const std::vector<boost::shared_ptr<Model>>& items, unsigned int id)
 {
-    const auto found = std::lower_bound(items.begin(), items.end(), id,
-                                        [](const auto& item, unsigned int id) { return item->id() < id; });
-    return found != items.end() && (*found)->id() == id && (*found)->present() ? found->get() : nullptr;
+    Model* const found = Stratum::withId(items, id);
+    return found && found->present() ? found : nullptr;
 }
 
 } // namespace

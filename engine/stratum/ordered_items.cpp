@@ -1,153 +1,154 @@
-// The treap.
+// Chunks and the sums over them.
 #include <algorithm>
 #include <stratum/ordered_items.h>
 
 namespace Stratum {
 
-void OrderedItems::update(OrderedItem& item)
+namespace {
+
+constexpr std::size_t chunkSize = 512;
+
+// The part, or the entry, that holds the unit with that number; the number becomes the unit's within it. There is one.
+template <class Parts, class Sum>
+std::size_t find(const Parts& parts, std::size_t& number, Sum sum)
 {
-    item.m_count = static_cast<std::uint32_t>(count(item.m_left) + count(item.m_right) + 1);
-    item.m_weight = static_cast<std::uint32_t>(weight(item.m_left) + weight(item.m_right) + item.m_ownWeight);
-    if (item.m_left)
-        item.m_left->m_parent = &item;
-    if (item.m_right)
-        item.m_right->m_parent = &item;
+    std::size_t found = 0;
+    while (number >= parts[found].*sum)
+        number -= parts[found++].*sum;
+    return found;
 }
 
-OrderedItem* OrderedItems::merge(OrderedItem* left, OrderedItem* right)
+} // namespace
+
+std::size_t OrderedItems::offset(const OrderedItem& item)
 {
-    if (!left || !right)
-        return left ? left : right;
-    OrderedItem* top;
-    if (left->m_priority > right->m_priority) {
-        top = left;
-        top->m_right = merge(left->m_right, right);
-    } else {
-        top = right;
-        top->m_left = merge(left, right->m_left);
-    }
-    update(*top);
-    return top;
+    const std::vector<Entry>& entries = item.m_chunk->entries;
+    return static_cast<std::size_t>(
+        std::find_if(entries.begin(), entries.end(), [&item](const Entry& entry) { return entry.item == &item; }) -
+        entries.begin());
 }
 
-void OrderedItems::split(OrderedItem* root, std::size_t index, OrderedItem*& left, OrderedItem*& right)
+void OrderedItems::add(Part& part, std::uint32_t count, std::uint32_t weight)
 {
-    if (!root) {
-        left = right = nullptr;
-        return;
+    part.count += count;
+    part.weight += weight;
+    m_size += count;
+    m_weight += weight;
+}
+
+void OrderedItems::renumber(std::size_t from)
+{
+    for (std::size_t number = from; number < m_parts.size(); ++number)
+        m_parts[number].chunk->number = number;
+}
+
+void OrderedItems::addPart(std::size_t number)
+{
+    Part part;
+    part.chunk = std::make_unique<Chunk>();
+    part.chunk->sequence = this;
+    m_parts.insert(m_parts.begin() + static_cast<std::ptrdiff_t>(number), std::move(part));
+    renumber(number);
+}
+
+// The second half of a part becomes a part of its own.
+void OrderedItems::split(std::size_t number)
+{
+    addPart(number + 1);
+    Part &first = m_parts[number], &second = m_parts[number + 1];
+    std::vector<Entry>& entries = first.chunk->entries;
+    const auto middle = entries.begin() + chunkSize / 2;
+    second.chunk->entries.assign(middle, entries.end());
+    entries.erase(middle, entries.end());
+    for (const Entry& entry : second.chunk->entries) {
+        entry.item->m_chunk = second.chunk.get();
+        add(first, -1u, -entry.weight);
+        add(second, 1, entry.weight);
     }
-    if (count(root->m_left) >= index) {
-        right = root;
-        split(root->m_left, index, left, root->m_left);
-    } else {
-        left = root;
-        split(root->m_right, index - count(root->m_left) - 1, root->m_right, right);
+}
+
+// Where an item can be put so that it has that index. Items mostly come in order: a full part at the end stays full.
+OrderedItems::Location OrderedItems::gap(std::size_t index)
+{
+    if (index >= m_size) {
+        if (m_parts.empty() || m_parts.back().count == chunkSize)
+            addPart(m_parts.size());
+        return {m_parts.size() - 1, m_parts.back().count};
     }
-    root->m_parent = nullptr;
-    update(*root);
-    if (left)
-        left->m_parent = nullptr;
-    if (right)
-        right->m_parent = nullptr;
+    std::size_t offset = index;
+    const std::size_t number = find(m_parts, offset, &Part::count);
+    if (m_parts[number].count < chunkSize)
+        return {number, offset};
+    split(number);
+    return gap(index);
 }
 
 void OrderedItems::insert(OrderedItem& item, std::size_t index)
 {
-    m_random ^= m_random << 13;
-    m_random ^= m_random >> 17;
-    m_random ^= m_random << 5;
-    item.m_priority = m_random;
-    item.m_left = item.m_right = item.m_parent = nullptr;
-    update(item);
-    OrderedItem *left, *right;
-    split(m_root, std::min(index, size()), left, right);
-    m_root = merge(merge(left, &item), right);
-    m_root->m_parent = nullptr;
-    item.m_sequence = this;
+    const Location location = gap(index);
+    Part& part = m_parts[location.part];
+    std::vector<Entry>& entries = part.chunk->entries;
+    entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(location.offset), {&item, item.m_weight});
+    item.m_chunk = part.chunk.get();
+    add(part, 1, item.m_weight);
 }
 
 void OrderedItems::remove(OrderedItem& item)
 {
-    OrderedItem *left, *middle, *right;
-    split(m_root, index(item), left, right);
-    split(right, 1, middle, right);
-    m_root = merge(left, right);
-    if (m_root)
-        m_root->m_parent = nullptr;
-    item.m_sequence = nullptr;
-    item.m_left = item.m_right = item.m_parent = nullptr;
-    update(item);
+    Chunk& chunk = *item.m_chunk;
+    Part& part = m_parts[chunk.number];
+    chunk.entries.erase(chunk.entries.begin() + static_cast<std::ptrdiff_t>(offset(item)));
+    add(part, -1u, -item.m_weight);
+    item.m_chunk = nullptr;
+    if (part.count > 0)
+        return;
+    const std::size_t number = chunk.number;
+    m_parts.erase(m_parts.begin() + static_cast<std::ptrdiff_t>(number));
+    renumber(number);
 }
 
 std::size_t OrderedItems::index(const OrderedItem& item) const
 {
-    std::size_t before = count(item.m_left);
-    for (const OrderedItem* below = &item; below->m_parent; below = below->m_parent)
-        if (below == below->m_parent->m_right)
-            before += count(below->m_parent->m_left) + 1;
+    std::size_t before = offset(item);
+    for (std::size_t number = 0; number < item.m_chunk->number; ++number)
+        before += m_parts[number].count;
     return before;
 }
 
 OrderedItem* OrderedItems::at(std::size_t index) const
 {
-    OrderedItem* item = m_root;
-    while (item) {
-        const std::size_t before = count(item->m_left);
-        if (index == before)
-            return item;
-        if (index < before) {
-            item = item->m_left;
-        } else {
-            index -= before + 1;
-            item = item->m_right;
-        }
-    }
-    return nullptr;
+    if (index >= m_size)
+        return nullptr;
+    const std::size_t number = find(m_parts, index, &Part::count);
+    return m_parts[number].chunk->entries[index].item;
 }
 
 OrderedItems::Place OrderedItems::atWeight(std::size_t number) const
 {
-    OrderedItem* item = m_root;
-    while (item) {
-        const std::size_t before = weight(item->m_left);
-        if (number < before) {
-            item = item->m_left;
-        } else if (number < before + item->m_ownWeight) {
-            return {item, number - before};
-        } else {
-            number -= before + item->m_ownWeight;
-            item = item->m_right;
-        }
-    }
-    return {};
+    if (number >= m_weight)
+        return {};
+    const std::vector<Entry>& entries = m_parts[find(m_parts, number, &Part::weight)].chunk->entries;
+    OrderedItem* const item = entries[find(entries, number, &Entry::weight)].item;
+    return {item, number};
 }
 
 void OrderedItems::setWeight(OrderedItem& item, std::size_t weight)
 {
-    item.m_ownWeight = static_cast<std::uint32_t>(weight);
-    for (OrderedItem* part = &item; part; part = part->m_parent)
-        update(*part);
+    const auto now = static_cast<std::uint32_t>(weight);
+    add(m_parts[item.m_chunk->number], 0, now - item.m_weight);
+    item.m_weight = now;
+    item.m_chunk->entries[offset(item)].weight = now;
 }
 
-OrderedItem* OrderedItems::first() const
+OrderedItem& OrderedItems::item(const Location& location) const
 {
-    OrderedItem* item = m_root;
-    while (item && item->m_left)
-        item = item->m_left;
-    return item;
+    return *m_parts[location.part].chunk->entries[location.offset].item;
 }
 
-OrderedItem* OrderedItems::next(const OrderedItem& item)
+void OrderedItems::advance(Location& location) const
 {
-    if (OrderedItem* below = item.m_right) {
-        while (below->m_left)
-            below = below->m_left;
-        return below;
-    }
-    const OrderedItem* below = &item;
-    while (below->m_parent && below == below->m_parent->m_right)
-        below = below->m_parent;
-    return below->m_parent;
+    if (++location.offset == m_parts[location.part].count)
+        location = {location.part + 1, 0};
 }
 
 } // namespace Stratum

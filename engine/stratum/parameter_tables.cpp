@@ -135,8 +135,8 @@ public:
     std::vector<Member> members() override
     {
         std::vector<Member> members;
-        for (ContourModel* contour : m_layer.contours)
-            members.push_back(set(contour->id(), *contour));
+        for (ContourModel& contour : m_layer.contours)
+            members.push_back(set(contour.id(), contour));
         return members;
     }
 
@@ -262,8 +262,8 @@ std::vector<Member> ContourModel::members()
     std::vector<Member> members;
     for (std::size_t i = 0; i < settings.size(); ++i)
         members.push_back(leaf(contourTable[i], settings[i]));
-    for (PointModel* point : points)
-        members.push_back(set(point->id(), *point));
+    for (PointModel& point : points)
+        members.push_back(set(point.id(), point));
     return members;
 }
 

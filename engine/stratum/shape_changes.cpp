@@ -35,33 +35,32 @@ PointValues completed(int type, PointValues values)
     return values;
 }
 
-// Puts a point into its contour's order, or takes it out.
-void placePoint(PointModel& point, std::size_t index)
+// Puts a contour or a point into its order, or takes it out.
+template <class Item>
+void enter(Item& item, OrderedItems& order, std::size_t index)
 {
-    ContourModel& contour = point.contourModel();
-    contour.points.insert(contour.points.begin() + static_cast<std::ptrdiff_t>(index), &point);
-    point.setPresent(true);
+    order.insert(item, index);
+    item.setPresent(true);
 }
 
-void displacePoint(PointModel& point)
+template <class Item>
+void leave(Item& item, OrderedItems& order)
 {
-    ContourModel& contour = point.contourModel();
-    contour.points.erase(std::find(contour.points.begin(), contour.points.end(), &point));
-    point.setPresent(false);
+    order.remove(item);
+    item.setPresent(false);
 }
 
-void placeContour(ContourModel& contour, std::size_t index)
+template <class Item>
+std::unique_ptr<Change> entering(Item& item, OrderedItems& order, std::size_t index)
 {
-    auto& contours = contour.layer().contours;
-    contours.insert(contours.begin() + static_cast<std::ptrdiff_t>(index), &contour);
-    contour.setPresent(true);
+    return change([&item, &order, index] { enter(item, order, index); }, [&item, &order] { leave(item, order); });
 }
 
-void displaceContour(ContourModel& contour)
+template <class Item>
+std::unique_ptr<Change> leaving(Item& item, OrderedItems& order)
 {
-    auto& contours = contour.layer().contours;
-    contours.erase(std::find(contours.begin(), contours.end(), &contour));
-    contour.setPresent(false);
+    const std::size_t index = order.index(item);
+    return change([&item, &order] { leave(item, order); }, [&item, &order, index] { enter(item, order, index); });
 }
 
 void refuseValue(const Knob::Description& description, double value)
@@ -103,28 +102,35 @@ ContourModel& addContour(Edit& edit, LayerModel& layer, int type, const std::vec
                          int view)
 {
     ContourModel& contour = *layer.makeContour(type, layer.nextContourId);
-    contour.points.reserve(points.size());
     KeyEdits first;
     for (const PointValues& values : points) {
         PointModel& point = contour.makePoint(contour.nextPointId);
-        contour.points.push_back(&point);
+        contour.points.append(point);
         putAll(first, point, completed(type, values), time, view);
     }
     // Nobody sees the points before the contour is there: what undo takes back is the contour.
     first.make();
-    const std::size_t index = layer.contours.size();
-    edit.perform(change([&contour, index] { placeContour(contour, index); }, [&contour] { displaceContour(contour); }));
+    edit.perform(entering(contour, layer.contours, layer.contours.size()));
     return contour;
 }
 
 void removeContour(Edit& edit, ContourModel& contour)
 {
-    for (PointModel* point : contour.points)
-        releaseFollowers(edit, *point, [&](const PointModel& other) { return &other.contourModel() == &contour; });
-    const auto& contours = contour.layer().contours;
-    const auto index =
-        static_cast<std::size_t>(std::find(contours.begin(), contours.end(), &contour) - contours.begin());
-    edit.perform(change([&contour] { displaceContour(contour); }, [&contour, index] { placeContour(contour, index); }));
+    for (PointModel& point : contour.points)
+        releaseFollowers(edit, point, [&](const PointModel& other) { return &other.contourModel() == &contour; });
+    edit.perform(leaving(contour, contour.layer().contours));
+}
+
+void removeLayer(Edit& edit, LayerModel& layer)
+{
+    for (ContourModel& contour : layer.contours)
+        for (PointModel& point : contour.points)
+            releaseFollowers(edit, point,
+                             [&layer](const PointModel& other) { return &other.contourModel().layer() == &layer; });
+    while (!layer.followers.empty())
+        linkToTrack(edit, layer.followers.back(), nullptr);
+    linkToTrack(edit, layer, nullptr);
+    takeOut(edit, layer);
 }
 
 // ---- Points ----
@@ -187,16 +193,17 @@ struct Gap
 
 Gap gapAt(const ContourModel& contour, std::size_t index, double time, int view)
 {
-    const std::vector<PointModel*>& points = contour.points;
-    const std::size_t count = points.size();
-    const auto active = [&](std::size_t place) { return points[place]->ownValue(PointActive, time, view).x != 0; };
-    std::vector<const PointModel*> back, ahead;
-    for (std::size_t i = 1; i <= count && back.size() < 2; ++i)
-        if (active((index + count - i) % count))
-            back.push_back(points[(index + count - i) % count]);
-    for (std::size_t i = 0; i < count && ahead.size() < 2; ++i)
-        if (active((index + i) % count))
-            ahead.push_back(points[(index + i) % count]);
+    const std::size_t count = contour.points.size();
+    const auto firstTwo = [&](std::size_t place, std::size_t step) {
+        std::vector<const PointModel*> found;
+        for (std::size_t i = 0; i < count && found.size() < 2; ++i, place += step) {
+            const PointModel* const point = contour.points.at(place % count);
+            if (point->ownValue(PointActive, time, view).x != 0)
+                found.push_back(point);
+        }
+        return found;
+    };
+    const std::vector<const PointModel*> ahead = firstTwo(index, 1), back = firstTwo(index + count - 1, count - 1);
     if (back.empty())
         return {};
     if (back[0] == ahead[0])
@@ -318,16 +325,14 @@ PointModel& insertPoint(Edit& edit, ContourModel& contour, const PointValues& va
     point.setPresent(false);
     insertion.write(*edits, point);
     edit.perform(std::move(edits));
-    edit.perform(change([&point, index] { placePoint(point, index); }, [&point] { displacePoint(point); }));
+    edit.perform(entering(point, contour.points, index));
     return point;
 }
 
 void removePoint(Edit& edit, PointModel& point)
 {
     releaseFollowers(edit, point, [](const PointModel&) { return false; });
-    const auto& points = point.contourModel().points;
-    const auto index = static_cast<std::size_t>(std::find(points.begin(), points.end(), &point) - points.begin());
-    edit.perform(change([&point] { displacePoint(point); }, [&point, index] { placePoint(point, index); }));
+    edit.perform(leaving(point, point.contourModel().points));
 }
 
 namespace {
@@ -392,15 +397,10 @@ public:
     void make() override
     {
         PointModel* const former = m_point.masterModel();
-        if (former) {
-            auto& followers = former->links().followers;
-            followers.erase(std::next(std::find(followers.rbegin(), followers.rend(), &m_point)).base());
-        }
-        if (m_master)
-            m_master->links().followers.push_back(&m_point);
-        std::swap(m_point.links().link, m_link);
-        m_point.setMaster(m_master);
+        const MasterLink formerLink = m_point.link() ? *m_point.link() : MasterLink();
+        m_point.setMaster(m_master, m_link);
         m_master = former;
+        m_link = formerLink;
     }
     void takeBack() override { make(); }
 
@@ -455,11 +455,14 @@ void unlink(Edit& edit, PointModel& point)
 
 void releaseFollowers(Edit& edit, PointModel& point, const std::function<bool(const PointModel&)>& leaves)
 {
-    if (!point.linksIfAny())
+    if (!point.links())
         return;
-    for (PointModel* follower : std::vector<PointModel*>(point.linksIfAny()->followers))
-        if (follower->present() && !leaves(*follower))
-            unlink(edit, *follower);
+    std::vector<PointModel*> staying;
+    for (const PointModel::Links& follower : point.links()->followers)
+        if (follower.point.present() && !leaves(follower.point))
+            staying.push_back(&follower.point);
+    for (PointModel* follower : staying)
+        unlink(edit, *follower);
 }
 
 void setMaster(Edit& edit, PointModel& point, PointModel* master, const Knob::Context& context, bool lockTangents)

@@ -1,8 +1,7 @@
 // Contours and points as they are read: fields over time, masters, curves.
-#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <cmath>
-#include <stratum/exception.h>
+#include <stratum/by_id.h>
 #include <stratum/shapes.h>
 
 namespace Stratum {
@@ -42,11 +41,18 @@ void PointModel::requirePresent() const
 
 void PointModel::requireWritable() const { contourModel().requireWritable(); }
 
-PointModel::Links& PointModel::links()
+PointModel::Links& PointModel::makeLinks()
 {
     if (!m_links)
-        m_links = std::make_unique<Links>();
+        m_links = std::make_unique<Links>(*this);
     return *m_links;
+}
+
+void PointModel::setMaster(PointModel* master, const MasterLink& link)
+{
+    makeLinks().link = link;
+    m_links->follow(master ? &master->makeLinks().followers : nullptr);
+    m_master.store(master, std::memory_order_release);
 }
 
 Knob::Value PointModel::ownValue(PointField field, double time, int view) const
@@ -121,6 +127,19 @@ CurvePoint PointModel::state(double time, int view) const
 
 // ---- Contours ----
 
+Corners LayerModel::surface(int view) const
+{
+    Bounds box;
+    for (const ContourModel& contour : contours) {
+        const Bounds part = bounds(contour.curve(inPoint(), view));
+        if (!part.empty) {
+            box.add(part.left, part.top);
+            box.add(part.right, part.bottom);
+        }
+    }
+    return {{{box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}}};
+}
+
 ContourModel* LayerModel::makeContour(int type, unsigned int id)
 {
     if (id < nextContourId)
@@ -130,6 +149,8 @@ ContourModel* LayerModel::makeContour(int type, unsigned int id)
     nextContourId = id + 1;
     return allContours.back().get();
 }
+
+ContourModel* LayerModel::findContour(unsigned int id) const { return withId(allContours, id); }
 
 ContourModel::ContourModel(LayerModel& layer, int type, unsigned int id) : Contour(type), m_layer(layer), m_id(id)
 {
@@ -144,12 +165,7 @@ void ContourModel::requirePresent() const
         throwInvalidObject();
 }
 
-PointModel* ContourModel::find(unsigned int id) const
-{
-    const auto found = std::lower_bound(allPoints.begin(), allPoints.end(), id,
-                                        [](const auto& point, unsigned int id) { return point->id() < id; });
-    return found != allPoints.end() && (*found)->id() == id ? found->get() : nullptr;
-}
+PointModel* ContourModel::find(unsigned int id) const { return withId(allPoints, id); }
 
 boost::shared_ptr<ControlPoint> ContourModel::pointByID(unsigned int id)
 {
@@ -171,8 +187,8 @@ Curve ContourModel::curve(double time, int view) const
     curve.type = type();
     curve.points.reserve(points.size());
     const double wider = settings[1].at(time, view, manager().settings.heroView, true).x;
-    for (const PointModel* point : points) {
-        CurvePoint state = point->state(time, view);
+    for (const PointModel& point : points) {
+        CurvePoint state = point.state(time, view);
         if (!state.active)
             continue;
         state.edgeWidth += wider;

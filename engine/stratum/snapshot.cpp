@@ -25,10 +25,11 @@ bool same(const Curve& a, const Curve& b)
 LayerFrame frameAt(LayerModel& layer, const GroupModel* group, int frame, int view, const LayerFrame* before)
 {
     LayerFrame result;
-    for (std::size_t i = 0; i < layer.contours.size(); ++i) {
-        Curve curve = layer.contours[i]->curve(frame, view);
-        if (before && same(*before->contours[i], curve))
-            result.contours.push_back(before->contours[i]);
+    for (const ContourModel& contour : layer.contours) {
+        Curve curve = contour.curve(frame, view);
+        const std::size_t place = result.contours.size();
+        if (before && same(*before->contours[place], curve))
+            result.contours.push_back(before->contours[place]);
         else
             result.contours.push_back(std::make_shared<const Curve>(std::move(curve)));
     }
@@ -52,7 +53,7 @@ LayerSnapshot snapshot(LayerModel& layer, int firstFrame, int lastFrame, int vie
     snapshot.outPoint = layer.outPoint();
     snapshot.motionModel = static_cast<int>(layer.value(LayerMotionModel, layer.inPoint(), view).x);
     snapshot.clip = layer.clip;
-    snapshot.linked = layer.trackedWith;
+    snapshot.linked = layer.trackedWith();
     snapshot.firstFrame = firstFrame;
     const GroupModel* group = layer.group();
     for (int frame = firstFrame; frame <= lastFrame; ++frame)

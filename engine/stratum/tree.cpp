@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <stratum/enumerations.h>
 #include <stratum/exception.h>
-#include <stratum/shapes.h>
 #include <stratum/tree.h>
 
 namespace Stratum {
@@ -54,11 +53,17 @@ unsigned int LayerModel::inPoint() const { return std::min(inFrame, outPoint());
 
 unsigned int LayerModel::outPoint() const { return manager().settings.length - 1; }
 
+void LayerModel::setTrackedWith(LayerModel* followed)
+{
+    follow(followed ? &followed->followers : nullptr);
+    m_trackedWith = followed;
+}
+
 LayerModel& LayerModel::trackSource()
 {
     LayerModel* source = this;
-    while (source->trackedWith)
-        source = source->trackedWith;
+    while (source->trackedWith())
+        source = source->trackedWith();
     return *source;
 }
 
@@ -106,19 +111,6 @@ Lum_Matrix33 LayerModel::transform(double time, int view)
     return transformBetween(source.corners(inPoint(), view), source.corners(time, view));
 }
 
-Corners LayerModel::surface(int view)
-{
-    Bounds box;
-    for (const ContourModel* contour : contours) {
-        const Bounds part = bounds(contour->curve(inPoint(), view));
-        if (!part.empty) {
-            box.add(part.left, part.top);
-            box.add(part.right, part.bottom);
-        }
-    }
-    return {{{box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}}};
-}
-
 Knob::Value GroupModel::opacity(double time, int view) const
 {
     const Knob::Description& entry = groupOpacityDescription();
@@ -138,14 +130,12 @@ std::vector<LayerModel*> allLayers(STRM_ProjectManager& manager)
 {
     std::vector<LayerModel*> layers;
     layers.reserve(manager.root().items.weight());
-    for (OrderedItem* item = manager.root().items.first(); item; item = OrderedItems::next(*item)) {
-        if (auto* layer = dynamic_cast<LayerModel*>(item)) {
+    for (TreeItem& item : manager.root().items) {
+        if (auto* layer = dynamic_cast<LayerModel*>(&item))
             layers.push_back(layer);
-        } else {
-            for (OrderedItem* member = static_cast<GroupModel*>(item)->layers.first(); member;
-                 member = OrderedItems::next(*member))
-                layers.push_back(static_cast<LayerModel*>(member));
-        }
+        else
+            for (LayerModel& member : static_cast<GroupModel&>(item).layers)
+                layers.push_back(&member);
     }
     return layers;
 }
@@ -153,8 +143,8 @@ std::vector<LayerModel*> allLayers(STRM_ProjectManager& manager)
 std::vector<GroupModel*> allGroups(STRM_ProjectManager& manager)
 {
     std::vector<GroupModel*> groups;
-    for (OrderedItem* item = manager.root().items.first(); item; item = OrderedItems::next(*item))
-        if (auto* group = dynamic_cast<GroupModel*>(item))
+    for (TreeItem& item : manager.root().items)
+        if (auto* group = dynamic_cast<GroupModel*>(&item))
             groups.push_back(group);
     return groups;
 }
@@ -162,9 +152,10 @@ std::vector<GroupModel*> allGroups(STRM_ProjectManager& manager)
 LayerModel* layerAt(STRM_ProjectManager& manager, std::size_t index)
 {
     const OrderedItems::Place place = manager.root().items.atWeight(index);
-    if (auto* group = dynamic_cast<GroupModel*>(place.item))
-        return static_cast<LayerModel*>(group->layers.at(place.offset));
-    return static_cast<LayerModel*>(place.item);
+    auto* const item = static_cast<TreeItem*>(place.item);
+    if (auto* group = dynamic_cast<GroupModel*>(item))
+        return group->layers.at(place.offset);
+    return static_cast<LayerModel*>(item);
 }
 
 // ---- Changing it ----
@@ -177,6 +168,13 @@ struct Position
     LayerGroup* parent = nullptr;
     std::size_t index = 0;
 };
+
+OrderedItems& itemsIn(LayerGroup& parent, STRM_ProjectManager& manager)
+{
+    if (&parent == &manager.root())
+        return manager.root().items;
+    return model(parent).layers;
+}
 
 // Moves an item from one place to another and back.
 template <class Item>
@@ -195,11 +193,6 @@ public:
     Notices notices() const override { return Notices::layersChanged(); }
 
 private:
-    OrderedItems& siblings(LayerGroup& parent) const
-    {
-        RootModel& root = m_item.manager().root();
-        return &parent == &root ? root.items : model(parent).layers;
-    }
     // The number of layers in a group is its weight among its own siblings.
     void weigh(LayerGroup& parent)
     {
@@ -214,8 +207,8 @@ private:
         LayerGroup* parent = m_item.parentGroup();
         if (!parent)
             return {};
-        const Position position{parent, siblings(*parent).index(m_item)};
-        siblings(*parent).remove(m_item);
+        const Position position{parent, itemsIn(*parent, m_item.manager()).index(m_item)};
+        itemsIn(*parent, m_item.manager()).remove(m_item);
         weigh(*parent);
         m_item.setParentGroup(nullptr);
         return position;
@@ -224,7 +217,7 @@ private:
     {
         if (!position.parent)
             return;
-        siblings(*position.parent).insert(m_item, position.index);
+        itemsIn(*position.parent, m_item.manager()).insert(m_item, position.index);
         weigh(*position.parent);
         m_item.setParentGroup(position.parent);
     }
@@ -240,18 +233,6 @@ void move(Edit& edit, Item& item, Position to)
 }
 
 std::size_t siblingCount(const TreeItem& item) { return item.sequence()->size(); }
-
-// Adds the layer to the followers of another, or takes it out.
-void setTrackedWith(LayerModel& layer, LayerModel* followed)
-{
-    if (layer.trackedWith) {
-        auto& followers = layer.trackedWith->followers;
-        followers.erase(std::next(std::find(followers.rbegin(), followers.rend(), &layer)).base());
-    }
-    layer.trackedWith = followed;
-    if (followed)
-        followed->followers.push_back(&layer);
-}
 
 } // namespace
 
@@ -271,7 +252,7 @@ void moveLayer(Edit& edit, LayerModel& layer, GroupModel* group, std::size_t ind
 {
     RootModel& root = edit.manager().root();
     LayerGroup* parent = group ? static_cast<LayerGroup*>(group) : &root;
-    const std::size_t others = (group ? group->layers : root.items).size() - (layer.parentGroup() == parent ? 1 : 0);
+    const std::size_t others = itemsIn(*parent, layer.manager()).size() - (layer.parentGroup() == parent ? 1 : 0);
     const std::size_t to = std::min(index, others);
     if (layer.parentGroup() != parent || layer.sequence()->index(layer) != to)
         move(edit, layer, {parent, to});
@@ -291,7 +272,7 @@ void reorder(Edit& edit, TreeItem& item, int place)
 
 void linkToTrack(Edit& edit, LayerModel& layer, LayerModel* followed)
 {
-    for (const LayerModel* link = followed; link; link = link->trackedWith) {
+    for (const LayerModel* link = followed; link; link = link->trackedWith()) {
         if (link != &layer)
             continue;
         const QString message =
@@ -299,24 +280,14 @@ void linkToTrack(Edit& edit, LayerModel& layer, LayerModel* followed)
                 .arg(layer.name, followed->name);
         throw STRM_BadArgument(__FILE__, __LINE__, message, message);
     }
-    if (layer.trackedWith == followed)
+    LayerModel* const former = layer.trackedWith();
+    if (former == followed)
         return;
-    LayerModel* const former = layer.trackedWith;
-    edit.perform(change([&layer, followed] { setTrackedWith(layer, followed); },
-                        [&layer, former] { setTrackedWith(layer, former); }));
+    edit.perform(change([&layer, followed] { layer.setTrackedWith(followed); },
+                        [&layer, former] { layer.setTrackedWith(former); }));
 }
 
-void removeLayer(Edit& edit, LayerModel& layer)
-{
-    for (ContourModel* contour : layer.contours)
-        for (PointModel* point : contour->points)
-            releaseFollowers(edit, *point,
-                             [&layer](const PointModel& other) { return &other.contourModel().layer() == &layer; });
-    for (LayerModel* follower : std::vector<LayerModel*>(layer.followers))
-        linkToTrack(edit, *follower, nullptr);
-    linkToTrack(edit, layer, nullptr);
-    move(edit, layer, {});
-}
+void takeOut(Edit& edit, LayerModel& layer) { move(edit, layer, {}); }
 
 void writeTrack(Edit& edit, LayerModel& layer, int view, const std::vector<TrackKey>& keys, bool replaceAll)
 {

@@ -6,7 +6,9 @@
 #include <cmath>
 #include <orrery/point_constraint.h>
 #include <orrery/project_data.h>
+#include <random>
 #include <stratum/shapes.h>
+#include <vector>
 
 namespace {
 
@@ -205,6 +207,119 @@ TEST_F(Shapes, LockedTangentsTurnWithTheMasters)
     const QPointF turned = *follower.get_point_data(10, View()).get_handle_offset_forward();
     EXPECT_NEAR(turned.x(), 1.25, 1e-9);
     EXPECT_NEAR(turned.y(), 4, 1e-9);
+}
+
+// What a contour of thousands of points should be: handles in order, where they are, whom they follow.
+struct Outline
+{
+    struct Point
+    {
+        BezierControlPoint handle;
+        float x;
+        unsigned int master; // an id
+    };
+    static constexpr unsigned int nobody = UINT_MAX;
+    std::vector<Point> points;
+
+    static unsigned int id(BezierControlPoint& point) { return point.handledObject()->id(); }
+
+    void move(unsigned int moved, float distance)
+    {
+        for (Point& point : points) {
+            if (id(point.handle) == moved)
+                point.x += distance;
+            else if (point.master == moved)
+                move(id(point.handle), distance);
+        }
+    }
+    void remove(std::size_t place)
+    {
+        const unsigned int gone = id(points[place].handle);
+        points.erase(points.begin() + static_cast<std::ptrdiff_t>(place));
+        for (Point& point : points)
+            if (point.master == gone)
+                point.master = nobody;
+    }
+    void compare(BezierContour contour) const
+    {
+        QVector<BezierControlPoint> found = contour.get_control_points();
+        ASSERT_EQ(static_cast<std::size_t>(found.size()), points.size());
+        for (int i = 0; i < found.size(); ++i) {
+            const Point& expected = points[static_cast<std::size_t>(i)];
+            ASSERT_EQ(found[i], expected.handle) << i;
+            ASSERT_EQ(contour.control_point(static_cast<unsigned int>(i)), found[i]);
+            ASSERT_EQ(*found[i].get_point_data(0, View()).get_x(), expected.x) << i;
+            const Stratum::ControlPoint* master = found[i].handledObject()->master();
+            ASSERT_EQ(master ? master->id() : nobody, expected.master) << i;
+        }
+    }
+};
+
+TEST_F(Shapes, AContourOfThousandsKeepsOrderHandlesAndLinks)
+{
+    std::mt19937 random(12);
+    BezierContour contour =
+        layer.add_bezier_contour(0, QVector<BezierControlPointData>(2000, bezierPoint(0, 0)), View());
+    Outline outline;
+    for (const BezierControlPoint& point : contour.get_control_points())
+        outline.points.push_back({point, 0, Outline::nobody});
+    const auto anyPlace = [&] { return random() % outline.points.size(); };
+    const auto changeSomething = [&] {
+        const std::size_t place = anyPlace();
+        Outline::Point& point = outline.points[place];
+        const float x = static_cast<float>(random() % 1000);
+        switch (random() % 6) {
+        case 0:
+        case 1: {
+            const unsigned int index = random() % 8 ? static_cast<unsigned int>(place) : UINT_MAX;
+            const BezierControlPoint added = contour.insert_point(0, bezierPoint(x, 0), index, View());
+            outline.points.insert(index == UINT_MAX ? outline.points.end() : outline.points.begin() + index,
+                                  {added, x, Outline::nobody});
+            break;
+        }
+        case 2:
+        case 3: {
+            BezierControlPoint gone = point.handle;
+            outline.remove(place);
+            gone.remove();
+            EXPECT_TRUE(gone.isNull());
+            break;
+        }
+        case 4: {
+            Outline::Point& master = outline.points[anyPlace() % 20]; // so that some have many followers
+            try {
+                follow(point.handle, &master.handle, 0);
+                point.master = Outline::id(master.handle);
+            } catch (const STRM_BadArgument&) { // a circle
+            }
+            break;
+        }
+        default:
+            point.handle.set_point_data(0, bezierPoint(x, 0), View());
+            outline.move(Outline::id(point.handle), x - point.x);
+        }
+    };
+    for (int round = 0; round < 16; ++round) {
+        SCOPED_TRACE(round);
+        const Outline before = outline;
+        UndoGroup group = project->undo_group();
+        group.begin();
+        for (int i = 0; i < 200; ++i)
+            changeSomething();
+        outline.compare(contour);
+        if (round % 4 == 3) {
+            group.rollback();
+            outline = before;
+        } else {
+            group.commit();
+            group.undo();
+            before.compare(contour);
+            group.redo();
+        }
+        outline.compare(contour);
+        if (HasFatalFailure())
+            return;
+    }
 }
 
 // ---- Parameters ----

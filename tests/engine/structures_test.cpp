@@ -72,45 +72,57 @@ TEST(Animation, InterpolatesPerViewAndFallsBackToTheHero)
     EXPECT_EQ(animation.at(4294967295.0, 0, 0, true).x, 9);
 }
 
-TEST(OrderedItems, BehavesLikeAList)
+// Grows to some chunks, then shrinks to nothing.
+TEST(OrderedItems, BehaveLikeAList)
 {
     using namespace Stratum;
+    struct Expected
+    {
+        std::unique_ptr<OrderedItem> item;
+        std::size_t weight;
+    };
     std::mt19937 random(11);
-    std::vector<std::unique_ptr<OrderedItem>> all;
-    std::vector<OrderedItem*> expected;
-    std::vector<std::size_t> weights;
-    OrderedItems items;
-    for (int i = 0; i < 3000; ++i) {
-        const std::size_t place = random() % (expected.size() + 1);
-        if (random() % 3 || expected.empty()) {
-            all.push_back(std::make_unique<OrderedItem>(1));
-            items.insert(*all.back(), place);
-            expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(place), all.back().get());
-            weights.insert(weights.begin() + static_cast<std::ptrdiff_t>(place), 1);
-        } else if (place < expected.size() && random() % 2) {
-            weights[place] = random() % 4;
-            items.setWeight(*expected[place], weights[place]);
-        } else if (place < expected.size()) {
-            items.remove(*expected[place]);
-            expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(place));
-            weights.erase(weights.begin() + static_cast<std::ptrdiff_t>(place));
+    std::vector<Expected> expected;
+    Ordered<OrderedItem> items;
+    const auto compare = [&] {
+        ASSERT_EQ(items.size(), expected.size());
+        std::size_t place = 0, unit = 0;
+        for (OrderedItem& item : items) {
+            ASSERT_EQ(&item, expected[place].item.get());
+            ASSERT_EQ(items.index(item), place);
+            ASSERT_EQ(items.at(place), &item);
+            for (std::size_t offset = 0; offset < expected[place].weight; ++offset, ++unit) {
+                ASSERT_EQ(items.atWeight(unit).item, &item);
+                ASSERT_EQ(items.atWeight(unit).offset, offset);
+            }
+            ++place;
         }
-    }
-    ASSERT_EQ(items.size(), expected.size());
-    std::size_t unit = 0;
-    OrderedItem* item = items.first();
-    for (std::size_t i = 0; i < expected.size(); ++i, item = OrderedItems::next(*item)) {
-        ASSERT_EQ(item, expected[i]);
-        ASSERT_EQ(items.index(*item), i);
-        ASSERT_EQ(items.at(i), item);
-        for (std::size_t offset = 0; offset < weights[i]; ++offset, ++unit) {
-            ASSERT_EQ(items.atWeight(unit).item, item);
-            ASSERT_EQ(items.atWeight(unit).offset, offset);
+        ASSERT_EQ(place, expected.size());
+        EXPECT_EQ(items.at(place), nullptr);
+        EXPECT_EQ(items.weight(), unit);
+        EXPECT_EQ(items.atWeight(unit).item, nullptr);
+    };
+    for (int i = 0; i < 12000; ++i) {
+        const std::size_t size = expected.size(), place = random() % (size + 1);
+        const auto at = expected.begin() + static_cast<std::ptrdiff_t>(place);
+        if (random() % 4 < (i < 6000 ? 2 : 0) || (i < 600 && random() % 2)) { // at first many at the end
+            const bool last = i < 600;
+            auto added = std::make_unique<OrderedItem>(2);
+            items.insert(*added, last ? size + random() % 2 : place);
+            expected.insert(last ? expected.end() : at, {std::move(added), 2});
+        } else if (place < size && random() % 4 == 0) {
+            at->weight = random() % 4;
+            items.setWeight(*at->item, at->weight);
+        } else if (place < size && random() % (i < 6000 ? 4 : 1) == 0) {
+            items.remove(*at->item);
+            EXPECT_EQ(at->item->sequence(), nullptr);
+            expected.erase(at);
         }
+        if (i % 1000 == 0 || i == 6000)
+            compare();
     }
-    EXPECT_EQ(items.weight(), unit);
-    EXPECT_EQ(items.at(expected.size()), nullptr);
-    EXPECT_EQ(items.atWeight(unit).item, nullptr);
+    compare();
+    EXPECT_LT(items.size(), 10u);
 }
 
 std::size_t memoryInUse() { return ::mallinfo2().uordblks; }

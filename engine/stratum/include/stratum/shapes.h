@@ -43,7 +43,10 @@ struct MasterLink
     double referenceAngle = 0; // of the master's tangent, in radians
 };
 
-class PointModel : public ControlPoint, public Knob::Branch, public boost::enable_shared_from_this<PointModel>
+class PointModel : public ControlPoint,
+                   public Knob::Branch,
+                   public OrderedItem,
+                   public boost::enable_shared_from_this<PointModel>
 {
 public:
     PointModel(ContourModel& contour, unsigned int id);
@@ -74,25 +77,32 @@ public:
     QString scriptName() const override;
     std::vector<Knob::Member> members() override;
 
-    // Of the link; null without one.
+    // How it follows its master; null when it never had one.
     const MasterLink* link() const { return m_links ? &m_links->link : nullptr; }
+    void setMaster(PointModel* master, const MasterLink& link);
 
-    struct Links
+    struct Links : Follower<Links>
     {
+        explicit Links(PointModel& point) : point(point) {}
+
+        PointModel& point;
         MasterLink link;
-        std::vector<PointModel*> followers;
+        Followers<Links> followers;
     };
-    // Made when it is first needed.
-    Links& links();
-    const Links* linksIfAny() const { return m_links.get(); }
-    void setMaster(PointModel* master) { m_master.store(master, std::memory_order_release); }
+    // Null for a point that neither has nor is a master and never was.
+    const Links* links() const { return m_links.get(); }
 
 private:
+    Links& makeLinks();
+
     std::atomic<bool> m_present{true};
     std::unique_ptr<Links> m_links;
 };
 
-class ContourModel : public Contour, public Knob::Branch, public boost::enable_shared_from_this<ContourModel>
+class ContourModel : public Contour,
+                     public Knob::Branch,
+                     public OrderedItem,
+                     public boost::enable_shared_from_this<ContourModel>
 {
 public:
     ContourModel(LayerModel& layer, int type, unsigned int id);
@@ -112,7 +122,7 @@ public:
     PointModel* find(unsigned int id) const; // null when the contour never had it
 
     // In the order of the outline; removed ones are in allPoints only, which is ordered by id.
-    std::vector<PointModel*> points;
+    Ordered<PointModel> points;
     std::vector<boost::shared_ptr<PointModel>> allPoints;
     unsigned int nextPointId = 0;
     PointModel& makePoint(unsigned int id);
@@ -156,6 +166,8 @@ void checkPointValues(int contourType, const PointValues& values);
 ContourModel& addContour(Edit& edit, LayerModel& layer, int type, const std::vector<PointValues>& points, double time,
                          int view);
 void removeContour(Edit& edit, ContourModel& contour);
+// Clears the links to the layer; points elsewhere that follow its points keep their position.
+void removeLayer(Edit& edit, LayerModel& layer);
 PointModel& insertPoint(Edit& edit, ContourModel& contour, const PointValues& values, std::size_t index, double time,
                         int view);
 void removePoint(Edit& edit, PointModel& point);

@@ -9,6 +9,7 @@
 #include <fundo/lum_matrix33.h>
 #include <knob/parameter_tree.h>
 #include <memory>
+#include <stratum/followers.h>
 #include <stratum/layer_base.h>
 #include <stratum/manager.h>
 #include <stratum/ordered_items.h>
@@ -70,7 +71,7 @@ const Knob::Description& description(LayerValue value);
 const Knob::Description& cornerDescription(std::size_t index);
 const Knob::Description& groupOpacityDescription();
 
-class LayerModel : public STRM_Layer, public TreeItem
+class LayerModel : public STRM_Layer, public TreeItem, public Follower<LayerModel>
 {
 public:
     LayerModel(STRM_ProjectManager& manager, unsigned int id);
@@ -93,18 +94,20 @@ public:
     unsigned int inPoint() const;
     unsigned int outPoint() const;
 
-    // The layer whose track this one follows; those that follow this one.
-    LayerModel* trackedWith = nullptr;
-    std::vector<LayerModel*> followers;
+    // The layer whose track this one follows.
+    LayerModel* trackedWith() const { return m_trackedWith; }
+    void setTrackedWith(LayerModel* followed);
+    Followers<LayerModel> followers;
     // The end of the chain of links: whose track counts.
     LayerModel& trackSource();
 
     // In the order in which they were added. Removed ones are in allContours only, which is ordered by id.
-    std::vector<ContourModel*> contours;
+    Ordered<ContourModel> contours;
     std::vector<boost::shared_ptr<ContourModel>> allContours;
     unsigned int nextContourId = 0;
     // Not in the layer yet. Null for an id that does not come after those that were used.
     ContourModel* makeContour(int type, unsigned int id);
+    ContourModel* findContour(unsigned int id) const; // null when the layer never had it
 
     // Null as long as nobody asked for it: then everything has its initial value.
     const LayerAnimations* animationsIfAny() const { return m_animations.get(); }
@@ -117,13 +120,14 @@ public:
     // From the in point to the time, through the layer's own track or the one it is linked to.
     Lum_Matrix33 transform(double time, int view);
     // The rectangle around the contours at the in point.
-    Corners surface(int view);
+    Corners surface(int view) const;
 
     QString displayName() const override;
     QString scriptName() const override;
     std::vector<Knob::Member> members() override;
 
 private:
+    LayerModel* m_trackedWith = nullptr;
     std::unique_ptr<LayerAnimations> m_animations;
 };
 
@@ -136,8 +140,8 @@ public:
     bool present() const override { return parentGroup() != nullptr; }
     void setParentGroup(LayerGroup* group) { m_parentGroup.store(group, std::memory_order_release); }
 
-    // Layers only, from the bottom of the drawing order to its top.
-    OrderedItems layers;
+    // From the bottom of the drawing order to its top.
+    Ordered<LayerModel> layers;
 
     Knob::Value opacity(double time, int view) const;
 
@@ -159,7 +163,7 @@ public:
     RootModel();
     ~RootModel() override;
 
-    OrderedItems items;
+    Ordered<TreeItem> items;
 };
 
 // What can be animated of the project itself, and the branches for all that it contains.
@@ -208,8 +212,8 @@ void addGroup(Edit& edit, GroupModel& group);
 // Null: to the top of the project. Past the end: at the end.
 void moveLayer(Edit& edit, LayerModel& layer, GroupModel* group, std::size_t index);
 void reorder(Edit& edit, TreeItem& item, int place);
-// Clears the links to the layer; points elsewhere that follow its points keep their position.
-void removeLayer(Edit& edit, LayerModel& layer);
+// Takes a layer to which nothing is linked out of the project.
+void takeOut(Edit& edit, LayerModel& layer);
 // STRM_BadArgument for a circle.
 void linkToTrack(Edit& edit, LayerModel& layer, LayerModel* followed);
 
