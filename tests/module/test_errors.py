@@ -14,10 +14,11 @@ TRANSLATIONS = [
     ("STRM_PickyArgument", RuntimeError), ("runtime_error", RuntimeError),
 ]
 
-# One way into the library of each kind: a method, a getter, a setter, a constructor, a copy, a hash, a text...
+# One way into the library of each kind: forms of methods, a getter, a setter, a constructor, a copy, a text...
 WAYS = [
     ("Layer", "a.remove()", "Layer.remove"), ("Layer", "a.name", "Layer.get_name"),
     ("Layer", "a.name = u'x'", "Layer.set_name"), ("Layer", "bool(a)", "Layer.isNull"),
+    ("Layer", "a.in_point(view=1)", "Layer.in_point"), ("Layer", "a.parent = None", "Layer.set_parent"),
     ("Layer", "a.contours", "Layer.getAllContours"),
     ("Layer", "a.parent", "STRM_Layer.handledObject"), ("Layer", "Layer(a)", "Layer(copy)"),
     ("Layer", "a.__copy__()", "Layer(copy)"), ("Clip", "str(a)", "Clip.get_name"),
@@ -32,6 +33,10 @@ WAYS = [
     ("BezierControlPoint", "a.master_point", "ControlPoint.handledObject"),
     ("BezierControlPoint", "a.set_master_point(None)", "Python.setPointConstraint"),
     ("ParameterSet", "a['x']", "ParameterSet.get_subsets"), ("Parameter", "a.keyframes", "Parameter.get_keyframes"),
+    ("Parameter", "a.delete_keyframe(1, 1)", "Parameter.delete_keyframe"),
+    ("BezierControlPoint", "bool(a)", "BezierControlPoint.isNull"),
+    ("Project", "a.render(None, 1, 2, [])", "Project.render"),
+    ("Project", "a.export_rendered_shapes([], Grayscale, '', '', '', '', 1, 2)", "Project.export_rendered_shapes"),
     ("Layer", "a.get_transform_matrix(1.0)", "Knob::View.defaultViewId"),
 ]
 

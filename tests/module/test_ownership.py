@@ -26,55 +26,41 @@ class Ownership(ModuleTest):
             after = recording.counts(name)
             self.assertEqual((before["alive"] - after["alive"], after["destroyed"] - before["destroyed"]), (1, 1), name)
 
-    def test_the_library_keeps_what_it_made(self):
+    def test_whose_the_objects_are_that_the_library_hands_out(self):
         project, clip, layer = vp.Project(u"f"), vp.Clip(u"f"), handle("Layer", 1)
         operation = vp.RenderInsertOperation()
-        for function, code, owner, name in [
-                ("Project.add_clip", "a.add_clip(None, u'')", project, "Clip"),
-                ("Project.render", "a.render(None, 1, 2, [])", project, "Clip"),
-                ("Project.get_default_trackable_clip", "a.default_trackable_clip", project, "Clip"),
-                ("Project.get_progress_watcher", "a.progress_watcher", project, "ProgressWatcher"),
-                ("Clip.get_progress_watcher", "a.progress_watcher", clip, "ProgressWatcher"),
-                ("RenderOperation.get_progress_watcher", "a.progress_watcher", operation, "ProgressWatcher"),
-                ("Clip.get_color_parameters", "a.color_parameters", clip, "ColorParameters"),
-                ("Layer.tracking_input_clip", "a.tracking_input_clip()", layer, "Clip")]:
-            known = recording.make(name)
-            recording.returns(function, known)
-            alive = recording.counts(name)["alive"]
-            one = run(code, owner)
-            self.assertFalse(shiboken.ownedByPython(one), code)
-            self.assertIs(run(code, owner), one)
-            self.assertIs(second_extension.pointer_to_python(name + "*", known), one)
-            watch = weakref.ref(one)
-            del one
-            self.assertIs(watch(), None)
-            self.assertEqual(recording.counts(name)["alive"], alive)
-            self.assertEqual(number(run(code, owner)), known)
-            recording.destroy(known)
 
-    def test_objects_of_python_s_that_the_library_hands_out(self):
-        project, owner = vp.Project(u"f"), vp.Clip(u"f")
-        for function, code, name, owned in [
-                ("Project.get_progress_watcher", "a.progress_watcher", "ProgressWatcher", False),
-                ("Clip.get_progress_watcher", "b.progress_watcher", "ProgressWatcher", False),
-                ("Project.get_default_trackable_clip", "a.default_trackable_clip", "Clip", False),
-                ("Project.add_clip", "a.add_clip(None, u'')", "Clip", True),
-                ("Project.render", "a.render(None, 1, 2, [])", "Clip", True),
-                ("Project.export_rendered_shapes", "a.export_rendered_shapes([], Grayscale, '', '', '', '', 1, 2)",
-                 "Clip", True), ("Clip.get_color_parameters", "b.color_parameters", "ColorParameters", True)]:
-            one = make(name)
-            known, watch = number(one), weakref.ref(one)
-            recording.returns(function, known)
-            self.assertIs(run(code, project, owner), one)
-            self.assertEqual(shiboken.ownedByPython(one), owned, code)
-            del one
-            recording.clear()
-            if not owned:  # held until its library object goes
-                self.assertIsNot(watch(), None, code)
-                recording.destroy(known)
-            self.assertIs(watch(), None, code)
-        recording.returns("Project.get_clips", [(u"none", 0)])
-        self.assertEqual(project.clips, {u"none": None})
+        def check(owner, code, function, name, library_s, python_s):
+            """Whether Python owns the result afterwards, when the library had made it, and when Python had."""
+            for by_python, owned in [(False, library_s), (True, python_s)]:
+                one = make(name) if by_python else made(name)[0]
+                known, alive, watch = number(one), recording.counts(name)["alive"], weakref.ref(one)
+                recording.returns(function, known)
+                self.assertIs(run(code, owner), one)
+                self.assertIs(second_extension.pointer_to_python(name + "*", known), one)
+                self.assertEqual(shiboken.ownedByPython(one), owned)
+                del one
+                self.assertEqual(recording.counts(name)["alive"], alive - owned)
+                if not owned:
+                    # What Python made is held until its library object goes.
+                    self.assertEqual(watch() is not None, by_python)
+                    self.assertEqual(number(run(code, owner)), known)
+                    recording.destroy(known)
+                self.assertIs(watch(), None)
+                recording.clear()
+
+        self.each([
+            (project, "a.add_clip(None, u'')", "Project.add_clip", "Clip", False, True),
+            (project, "a.render(None, 1, 2, [])", "Project.render", "Clip", False, True),
+            (project, "a.export_rendered_shapes([], Grayscale, '', '', '', '', 1, 2)",
+             "Project.export_rendered_shapes", "Clip", True, True),
+            (project, "a.default_trackable_clip", "Project.get_default_trackable_clip", "Clip", False, False),
+            (project, "a.progress_watcher", "Project.get_progress_watcher", "ProgressWatcher", False, False),
+            (clip, "a.progress_watcher", "Clip.get_progress_watcher", "ProgressWatcher", False, False),
+            (operation, "a.progress_watcher", "RenderOperation.get_progress_watcher", "ProgressWatcher", False, False),
+            (clip, "a.color_parameters", "Clip.get_color_parameters", "ColorParameters", False, True),
+            (layer, "a.tracking_input_clip()", "Layer.tracking_input_clip", "Clip", False, True),
+        ], check)
 
     def test_clips_of_a_project_keep_their_identity(self):
         project = vp.Project(u"f")
@@ -84,19 +70,11 @@ class Ownership(ModuleTest):
         self.assertEqual(sorted(clips), [u"a", u"b"])
         self.assertIs(project.clips[u"a"], clips[u"a"])
         self.assertEqual([number(clips[name]) for name in sorted(clips)], [first, second])
+        recording.returns("Project.get_clips", [(u"none", 0)])
+        self.assertEqual(project.clips, {u"none": None})
         recording.destroy(first)
         self.raises(RuntimeError, GONE % "Clip", lambda: clips[u"a"].name)
         recording.destroy(second)
-
-    def test_exported_shapes_are_python_s(self):
-        project = vp.Project(u"f")
-        known = recording.make("Clip")
-        recording.returns("Project.export_rendered_shapes", known)
-        clip = project.export_rendered_shapes([], vp.Grayscale, "", "", "", "", 1, 2)
-        self.assertTrue(shiboken.ownedByPython(clip))
-        alive = recording.counts("Clip")["alive"]
-        del clip
-        self.assertEqual(recording.counts("Clip")["alive"], alive - 1)
 
     def test_colour_parameters_go_to_the_clip(self):
         clip, parameters = vp.Clip(u"f"), vp.ColorParameters()
