@@ -125,6 +125,11 @@ def operations(form=None):
                 yield name, method[0], method[1], method[2:]
 
 
+def least(form):
+    """The number of arguments that a method of that form needs."""
+    return {NONE: 0, ONE: 1}.get(form) if isinstance(form, str) else form[1] if form[0] == "exactly" else form[0]
+
+
 def overloads():
     """(class, method or None for its constructor, (least, most) where keywords are counted, signature, its keywords,
     all signatures) of all methods and constructors."""

@@ -97,8 +97,7 @@ class Calls(object):
         if not rows:
             return repr(one)
         row = self.random.choice(rows)
-        least = row[1][0] if isinstance(row[1][0], int) else 9 * isinstance(row[1], tuple)
-        given, keywords = self.arguments(row[2:], least)
+        given, keywords = self.arguments(row[2:], least(row[1]))
         return getattr(one, row[0])(*given if row[1] != NONE else (), **keywords if row[1] not in (NONE, ONE) else {})
 
     def attribute(self, one):

@@ -137,25 +137,7 @@ clip = vp.Clip(u"f")
 class FailingStartUp(ModuleTest):
     """The import fails with the error that was met, and the interpreter goes on."""
 
-    def setUp(self):
-        super(FailingStartUp, self).setUp()
-        self.folder = tempfile.mkdtemp()
-        self.site = os.path.join(self.folder, "PySide")
-        shutil.copytree(os.path.dirname(os.path.abspath(QtCore.__file__)), self.site,
-                        ignore=shutil.ignore_patterns("*.so"))
-        self.real = os.path.dirname(os.path.abspath(QtCore.__file__))
-
-    def tearDown(self):
-        shutil.rmtree(self.folder)
-        super(FailingStartUp, self).tearDown()
-
-    def write(self, name, text):
-        with open(os.path.join(self.site, name), "w") as stream:
-            stream.write(text)
-
-    def outcome(self):
-        """The error of the import, twice, and what the library saw."""
-        code = PREAMBLE + """
+    attempts = """
 for _ in range(2):
     try:
         import vireo.project
@@ -164,39 +146,40 @@ for _ in range(2):
     print "vireo.project" in sys.modules
 print steps()
 """
-        path = self.folder + os.pathsep + os.environ["PYTHONPATH"]
-        status, output, errors = child(code, PYTHONPATH=path)
-        self.assertEqual((status, errors), (0, ""), output)
-        return output.splitlines()
 
-    def library(self, name):
-        os.symlink(os.path.join(self.real, name), os.path.join(self.site, name))
+    def outcome(self, **modules):
+        """Of the import, twice, with PySide's modules as told: None for a real one, or the text of a file."""
+        folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, folder)
+        real, site = os.path.dirname(os.path.abspath(QtCore.__file__)), os.path.join(folder, "PySide")
+        shutil.copytree(real, site, ignore=shutil.ignore_patterns("*.so"))
+        for name, text in modules.items():
+            if text is None:
+                os.symlink(os.path.join(real, name + ".so"), os.path.join(site, name + ".so"))
+            else:
+                with open(os.path.join(site, name + (".py" if "\n" in text else ".so")), "w") as stream:
+                    stream.write(text)
+        status, output, errors = child(PREAMBLE + self.attempts,
+                                       PYTHONPATH=folder + os.pathsep + os.environ["PYTHONPATH"])
+        self.assertEqual((status, errors), (0, ""), output)
+        lines = output.splitlines()
+        self.assertEqual(lines[1:4:2], ["False", "False"])
+        return lines[0], eval(lines[-1])
 
     def test_without_the_gui_module(self):
-        self.library("QtCore.so")
-        output = self.outcome()
-        self.assertEqual(output[:2], ["ImportError | No module named QtGui", "False"])
-        self.assertEqual(eval(output[-1])[:4], LIBRARY_STEPS)
+        error, steps = self.outcome(QtCore=None)
+        self.assertEqual(error, "ImportError | No module named QtGui")
+        self.assertEqual(steps[:4], LIBRARY_STEPS)
 
     def test_with_a_gui_module_that_fails(self):
-        self.library("QtCore.so")
-        self.write("QtGui.py", "raise ValueError('no display')\n")
-        self.assertEqual(self.outcome()[:2], ["ValueError | no display", "False"])
+        self.assertEqual(self.outcome(QtCore=None, QtGui="raise ValueError('no display')\n")[0],
+                         "ValueError | no display")
 
-    def test_with_a_broken_core_module(self):
-        self.library("QtGui.so")
-        self.write("QtCore.so", "no library at all")
-        first = self.outcome()[0]
-        self.assertTrue(first.startswith("ImportError | ") and "QtCore.so" in first, first)
-
-    def test_without_a_core_module(self):
-        self.assertEqual(self.outcome()[:2], ["ImportError | No module named QtCore", "False"])
-
-    def test_with_a_core_module_of_something_else(self):
-        self.library("QtGui.so")
-        self.write("QtCore.py", "class QObject(object): pass\n")
-        first = self.outcome()[0]
-        self.assertTrue(first.startswith("ImportError | ") and "QtCore" in first, first)
+    def test_without_a_core_module_or_with_something_else(self):
+        self.assertEqual(self.outcome()[0], "ImportError | No module named QtCore")
+        for text in ("no library at all", "class QObject(object): pass\n"):
+            error = self.outcome(QtGui=None, QtCore=text)[0]
+            self.assertTrue(error.startswith("ImportError | ") and "QtCore" in error, error)
 
 
 if __name__ == "__main__":
