@@ -34,8 +34,11 @@ struct Box
         top = std::min(top, point.y);
         bottom = std::max(bottom, point.y);
     }
-    bool touches(const Box& other, double margin) const
+    double extent() const { return std::max(right - left, bottom - top); }
+    // Also when either has moved by half its size, or a little, since the frame that its place was taken from.
+    bool mayTouch(const Box& other) const
     {
+        const double margin = std::max({16.0, extent() / 2, other.extent() / 2});
         return left - margin < other.right && other.left - margin < right && top - margin < other.bottom &&
                other.top - margin < bottom;
     }
@@ -53,9 +56,6 @@ Box boxOf(const Stratum::LayerFrame& frame, const Lum_Matrix33& transform)
         }
     return box;
 }
-
-// How far a layer may have moved since the frame that its place was taken from.
-constexpr double margin = 16;
 
 pixels::MotionModel modelOf(int motionModel)
 {
@@ -253,7 +253,7 @@ pixels::Image TrackingRun::hidden(const Follower& follower, int frame)
         // What moves with the layer is a part of what is followed.
         if (!other.shown || !isDrawn(other, frame) || m_layers[above].source == layer.snapshot.id)
             continue;
-        if (!own.touches(boxOf(other.frame(frame), transformOf(above, frame)), margin))
+        if (!own.mayTouch(boxOf(other.frame(frame), transformOf(above, frame))))
             continue;
         waitFor(above, frame);
         const pixels::Image matte = matteOf(other.frame(frame), sizeOf(layer.footage), transformOf(above, frame));

@@ -1,8 +1,15 @@
-// Gauss-Newton in the inverse compositional form (S. Baker and I. Matthews, "Lucas-Kanade 20 years on", 2004): how the
-// patch changes with its parameters is known beforehand, so a step costs one sampling of the frame and one small linear
-// system, in which gain and offset of brightness are unknowns as well. The library's own ECC is not used because it can
-// neither weigh pixels of the patch nor be told what is known of the motion; both are needed where the patch is partly
-// hidden or out of view.
+// The maximisation of the enhanced correlation coefficient in its inverse compositional form (G. Evangelidis and
+// E. Psarakis, "Parametric image alignment using enhanced correlation coefficient maximization", PAMI 30(10), 2008).
+//
+// A step leaves the sampled frame f as it is and moves the patch p, which changes by G d with the parameters d. The
+// correlation of f with p + G d, both without their means, is largest where a (p + G d) + b, for some gain a and offset
+// b, comes nearest to f. That is linear in a, b and q = a d, so one small system gives the step d = q / a, and as G is
+// known beforehand it costs one sampling of the frame.
+//
+// Two terms are added, which is why the library's own function is not used: each pixel has a weight, 0 where it is
+// hidden and low where it does not look as it should, so that all means and products are weighted ones; and what is
+// expected of the motion is added to the sum of squares, which decides what the visible pixels leave open. Without them
+// both find the same transform.
 
 #include "alignment.h"
 
@@ -229,8 +236,9 @@ bool LevelAlignment::solveStep(const Matrix& toFrame, const cv::Mat1d& ofPixels,
         normal(i, i) *= 1 + 1e-9;
     if (!cv::solve(normal, right, solution, cv::DECOMP_CHOLESKY))
         return false;
+    const double changed = m_gain + solution(parameters), gain = changed > 0 ? changed : m_gain;
     std::transform(solution.begin(), solution.begin() + parameters, step.begin(),
-                   [this](double value) { return value / m_gain; });
+                   [gain](double value) { return value / gain; });
     const double largest = std::abs(*std::max_element(step.begin(), step.end(), smaller));
     if (largest > longestStep)
         std::for_each(step.begin(), step.end(), [&](double& value) { value *= longestStep / largest; });

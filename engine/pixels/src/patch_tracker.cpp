@@ -11,11 +11,15 @@
 namespace pixels {
 namespace {
 
-constexpr double leastVisible = 0.04;
+constexpr double leastSearched = 0.04; // of the patch, that must be in view where it is looked for
 constexpr double leastCorrelation = 0.5;
+// By how much the correlation may miss 1, given by how much it did in the frames before: a wrong place looks alike by
+// chance, but not nearly as much.
+constexpr double mismatchAtFirst = 0.1, mismatchGrowth = 3, alwaysTolerated = 0.1;
 constexpr double leastRegular = 0.3;
 constexpr double poorGuess = 0.8;                  // a correlation on the coarsest level that calls for a search
 constexpr int searchReach = 5, farSearchReach = 9; // pixels of that level
+constexpr std::size_t mostPlaces = 3;              // to try of a search
 constexpr double farDeviation = 0.2;               // of the patch's size
 constexpr double largestChange = 3;                // of the patch's size between two frames
 constexpr double coarseTolerance = 0.05, fineTolerance = 0.01; // pixels of a level
@@ -31,6 +35,9 @@ int parametersFor(std::size_t pixels, int wanted)
     constexpr std::size_t enoughForAffine = 40, enoughForPerspective = 160;
     return std::min(wanted, pixels < enoughForAffine ? 2 : pixels < enoughForPerspective ? 6 : mostParameters);
 }
+
+// How much of the patch must be seen for its corners to be known: the more freely it moves, the more.
+double leastVisible(int parameters) { return parameters == 2 ? 0.04 : parameters == mostParameters ? 0.2 : 0.08; }
 
 // Of areas, by a transform from the patch's plane, at the plane's origin.
 double areaScale(const Matrix& m)
@@ -68,7 +75,7 @@ const cv::Mat& PatchTracker::Scene::excludedAt(int level) const
 
 PatchTracker::PatchTracker(std::shared_ptr<const FramePyramid> reference, const Image& region, MotionModel model)
     : m_reference(std::move(reference)), m_patch(*m_reference, region), m_parameters(parameterCount(model)),
-      m_last(m_patch.toReference())
+      m_last(m_patch.toReference()), m_mismatch(mismatchAtFirst)
 {}
 
 Expectation PatchTracker::expected() const
@@ -111,37 +118,69 @@ LevelAlignment PatchTracker::alignmentOf(const Scene& scene, const Pair& pair) c
             scene.excludedAt(pair.frameLevel)};
 }
 
-// The best of a grid of places around each of the given transforms.
-Matrix PatchTracker::searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const
+// The best of a grid of places around each of the given transforms, each away from the better ones.
+std::vector<Matrix> PatchTracker::searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const
 {
+    struct Place
+    {
+        Matrix toFrame;
+        double quality;
+    };
     const Pair coarsest = pairs(scene.frame).back();
     LevelAlignment alignment = alignmentOf(scene, coarsest);
     const double step = double(1 << coarsest.frameLevel);
-    Matrix best = around.front();
-    double quality = -1;
+    std::vector<Place> places;
     for (const Matrix& start : around)
         for (int y = -reach; y <= reach; ++y)
             for (int x = -reach; x <= reach; ++x) {
                 const Matrix tried = Matrix::translation(x * step, y * step) * start;
                 const Fit fit = alignment.evaluate(tried);
-                if (fit.visible > leastVisible && fit.correlation * fit.visible > quality) {
-                    quality = fit.correlation * fit.visible;
-                    best = tried;
-                }
+                if (fit.visible > leastSearched)
+                    places.push_back({tried, fit.correlation * fit.visible});
             }
+    std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.quality > b.quality; });
+    std::vector<Matrix> best;
+    for (const Place& place : places) {
+        const Point at = place.toFrame.map({0, 0});
+        const bool isNew = std::none_of(best.begin(), best.end(), [&](const Matrix& other) {
+            const Point there = other.map({0, 0});
+            return std::max(std::abs(there.x - at.x), std::abs(there.y - at.y)) < 2.5 * step;
+        });
+        if (isNew)
+            best.push_back(place.toFrame);
+        if (best.size() == mostPlaces)
+            break;
+    }
     return best;
 }
 
-Matrix PatchTracker::firstGuess(const Scene& scene, const Matrix& predicted) const
+Fit PatchTracker::alignFromBest(const Scene& scene, const std::vector<Matrix>& starts,
+                                const Expectation& expectation) const
 {
+    Fit best;
+    for (const Matrix& start : starts) {
+        const Fit fit = align(scene, start, expectation);
+        const bool works = problemOf(fit).empty();
+        if (&start == &starts.front() || (works && (!problemOf(best).empty() || fit.correlation > best.correlation)))
+            best = fit;
+    }
+    return best;
+}
+
+Fit PatchTracker::alignNearby(const Scene& scene) const
+{
+    const Expectation expectation = expected();
     LevelAlignment alignment = alignmentOf(scene, pairs(scene.frame).back());
-    const double there = alignment.evaluate(predicted).correlation, before = alignment.evaluate(m_last).correlation;
-    const Matrix& guess = there >= before ? predicted : m_last;
-    return std::max(there, before) >= poorGuess ? guess : searched(scene, {guess}, searchReach);
+    const double there = alignment.evaluate(expectation.toFrame).correlation;
+    const double before = alignment.evaluate(m_last).correlation;
+    const Matrix& guess = there >= before ? expectation.toFrame : m_last;
+    if (std::max(there, before) < poorGuess)
+        return alignFromBest(scene, searched(scene, {guess}, searchReach), expectation);
+    return align(scene, guess, expectation);
 }
 
 // Where the patch could be when it is not near where it was: further away, turned, larger or smaller.
-Expectation PatchTracker::farGuess(const Scene& scene) const
+Fit PatchTracker::alignFarAway(const Scene& scene) const
 {
     std::vector<Matrix> turned;
     for (const double scale : {1.0, 0.84, 1.19})
@@ -151,10 +190,16 @@ Expectation PatchTracker::farGuess(const Scene& scene) const
         }
     if (m_parameters == 2)
         turned.resize(1);
-    Expectation expectation;
-    expectation.toFrame = searched(scene, turned, farSearchReach);
-    expectation.deviation.fill(farDeviation);
-    return expectation;
+    Fit best;
+    for (const Matrix& start : searched(scene, turned, farSearchReach)) {
+        Expectation expectation;
+        expectation.toFrame = start;
+        expectation.deviation.fill(farDeviation);
+        const Fit fit = align(scene, start, expectation);
+        if (problemOf(fit).empty() && fit.correlation > best.correlation)
+            best = fit;
+    }
+    return best;
 }
 
 Fit PatchTracker::align(const Scene& scene, const Matrix& start, const Expectation& expectation) const
@@ -180,9 +225,10 @@ Fit PatchTracker::align(const Scene& scene, const Matrix& start, const Expectati
 
 std::string PatchTracker::problemOf(const Fit& fit) const
 {
-    if (fit.visible < leastVisible)
+    if (fit.visible < leastVisible(m_parameters))
         return "the region has left the view or is hidden";
-    if (fit.correlation < leastCorrelation || fit.regular < leastRegular)
+    const double tolerated = std::clamp(mismatchGrowth * m_mismatch, alwaysTolerated, 1 - leastCorrelation);
+    if (1 - fit.correlation > tolerated || fit.regular < leastRegular)
         return "the region does not look like it does in the reference frame";
     const double change = areaScale(fit.toFrame) / areaScale(m_last);
     if (!sound(fit.toFrame, m_patch.corners()) || !(change < largestChange && change > 1 / largestChange))
@@ -203,13 +249,11 @@ TrackResult PatchTracker::advance(const SharedTrackingFrame& frame, const Image&
         scene.excluded = maskPyramid(excluded, pyramid->levels.size());
     }
 
-    const Expectation expectation = expected();
-    Fit fit = align(scene, firstGuess(scene, expectation.toFrame), expectation);
+    Fit fit = alignNearby(scene);
     TrackResult result;
     result.problem = problemOf(fit);
     if (!result.problem.empty()) {
-        const Expectation far = farGuess(scene);
-        if (const Fit second = align(scene, far.toFrame, far); problemOf(second).empty()) {
+        if (const Fit second = alignFarAway(scene); problemOf(second).empty()) {
             fit = second;
             result.problem.clear();
         }
@@ -220,6 +264,7 @@ TrackResult PatchTracker::advance(const SharedTrackingFrame& frame, const Image&
     if (result.aligned) {
         m_motion = normalised(m_last.inverse() * fit.toFrame);
         m_last = fit.toFrame;
+        m_mismatch = (m_mismatch + 1 - fit.correlation) / 2;
     }
     result.transform = normalised(m_last * m_patch.toReference().inverse());
     return result;

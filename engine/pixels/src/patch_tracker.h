@@ -34,9 +34,10 @@ private:
     Expectation expected() const;
     std::vector<Pair> pairs(const FramePyramid& frame) const;
     LevelAlignment alignmentOf(const Scene& scene, const Pair& pair) const;
-    Matrix firstGuess(const Scene& scene, const Matrix& predicted) const;
-    Expectation farGuess(const Scene& scene) const;
-    Matrix searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const;
+    std::vector<Matrix> searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const;
+    Fit alignNearby(const Scene& scene) const;
+    Fit alignFarAway(const Scene& scene) const;
+    Fit alignFromBest(const Scene& scene, const std::vector<Matrix>& starts, const Expectation& expectation) const;
     Fit align(const Scene& scene, const Matrix& start, const Expectation& expectation) const;
     std::string problemOf(const Fit& fit) const;
 
@@ -45,6 +46,7 @@ private:
     int m_parameters;
     Matrix m_last;                  // from the patch's plane to the last aligned frame
     std::optional<Matrix> m_motion; // of the patch in its own plane, between the last two aligned frames
+    double m_mismatch;              // by how much the correlation has missed 1 of late
 };
 
 } // namespace pixels
