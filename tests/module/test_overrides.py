@@ -9,7 +9,7 @@ from StringIO import StringIO
 from support import *
 
 OVERRIDABLE = [name for name in HANDLES if not name.endswith("Point")]
-QT_CLASSES = [("Project", (u"f",)), ("Clip", (u"f",)), ("ColorParameters", ()), ("ProgressWatcher", ())]
+QT_CLASSES = {"Project": (u"f",), "Clip": (u"f",), "ColorParameters": (), "ProgressWatcher": ()}
 USER, TIMER, CHILD_ADDED = 1000, 1, 68
 UNHANDLED = 2  # a press of a mouse button
 GONE = "Internal C++ object (PySide.QtCore.%s) already deleted."
@@ -32,14 +32,16 @@ def warned():
         yield issued
 
 
-def subclass(name, **members):
-    return type("My" + name, (getattr(vp, name),), members)
+def derived(name, **members):
+    """An instance of a subclass with these members."""
+    cls = type("My" + name, (getattr(vp, name),), members)
+    return cls(*QT_CLASSES[name] if name in QT_CLASSES else [make(name)])
 
 
 class IsNull(ModuleTest):
     def of(self, name, function):
         """An instance of a subclass whose isNull is that function, and its number."""
-        one = subclass(name, isNull=function)(make(name))
+        one = derived(name, isNull=function)
         return one, second_extension.number_of(one)
 
     def test_the_library_and_the_truth_value_ask_the_override(self):
@@ -76,7 +78,7 @@ class IsNull(ModuleTest):
 
     def test_without_an_override_the_library_answers(self):
         for name in OVERRIDABLE:
-            one = subclass(name)(make(name))
+            one = derived(name)
             recording.returns(name + ".isNull", True)
             self.assertIs(bool(one), False)
             self.assertIs(recording.is_null(second_extension.number_of(one)), True)
@@ -84,15 +86,15 @@ class IsNull(ModuleTest):
     def test_with_an_error_pending_nothing_is_called(self):
         one, known = self.of("Layer", lambda self: True)
         self.assertIs(recording.is_null(known, False, True), False)
-        watcher = subclass("ProgressWatcher", event=lambda self, event: 1 / 0)()
+        watcher = derived("ProgressWatcher", event=lambda self, event: 1 / 0)
         self.assertIs(recording.send(number(watcher), TIMER, False, True), False)
-        watcher = subclass("ProgressWatcher")()  # not even Qt's own
+        watcher = derived("ProgressWatcher")  # not even Qt's own
         self.assertIs(recording.send(number(watcher), TIMER, False, True), False)
 
     def test_points_have_no_such_method(self):
         for name in set(HANDLES) - set(OVERRIDABLE):
             self.assertFalse(hasattr(make(name), "isNull"))
-            one = subclass(name, isNull=lambda self: True)(make(name))
+            one = derived(name, isNull=lambda self: True)
             self.assertIs(bool(one), True)
 
     def test_copies_that_the_library_is_given_are_not_overridden(self):
@@ -103,25 +105,25 @@ class IsNull(ModuleTest):
 
 class Events(ModuleTest):
     def test_events_reach_an_override_and_are_invalid_afterwards(self):
-        for name, arguments in QT_CLASSES:
+        for name in QT_CLASSES:
             for elsewhere in (False, True):
                 got = []
-                one = subclass(name, event=lambda self, event: got.append(event) or True)(*arguments)
+                one = derived(name, event=lambda self, event: got.append(event) or True)
                 self.assertIs(recording.send(number(one), USER, elsewhere), True)
                 self.assertIsInstance(got[0], QtCore.QEvent)
                 self.raises(RuntimeError, GONE % "QEvent", got[0].type)
 
     def test_an_event_that_python_made_stays_valid(self):
         got = []
-        one = subclass("ProgressWatcher", event=lambda self, event: got.append(event) or True)()
+        one = derived("ProgressWatcher", event=lambda self, event: got.append(event) or True)
         event = QtCore.QEvent(QtCore.QEvent.User)
         self.assertIs(QtCore.QCoreApplication.sendEvent(one, event), True)
         self.assertIs(got[0], event)
         self.assertEqual(event.type(), QtCore.QEvent.User)
 
     def test_wrong_results_warn_and_leave_the_event_unhandled(self):
-        for name, arguments in QT_CLASSES:
-            one = subclass(name, event=lambda self, event: None)(*arguments)
+        for name in QT_CLASSES:
+            one = derived(name, event=lambda self, event: None)
             with warned() as issued:
                 self.assertIs(recording.send(number(one), USER), False)
             self.assertEqual([str(w.message) for w in issued], [
@@ -133,11 +135,11 @@ class Events(ModuleTest):
             got.append(event)
             raise ValueError("in a handler")
 
-        for name, arguments in QT_CLASSES:
+        for name in QT_CLASSES:
             for handler, kind, event in [("event", USER, "QEvent"), ("timerEvent", TIMER, "QTimerEvent"),
                                          ("childEvent", CHILD_ADDED, "QChildEvent"), ("customEvent", USER, "QEvent")]:
                 got = []
-                one = subclass(name, **{handler: fails})(*arguments)
+                one = derived(name, **{handler: fails})
                 with printed() as text:
                     handled = recording.send(number(one), kind)
                 self.assertIn("ValueError: in a handler", text.getvalue())
@@ -146,31 +148,31 @@ class Events(ModuleTest):
                     self.assertIs(handled, False)
 
     def test_the_particular_handlers_get_their_events(self):
-        for name, arguments in QT_CLASSES:
+        for name in QT_CLASSES:
             for handler, kind, reads in [("timerEvent", TIMER, lambda event: event.timerId()),
                                          ("childEvent", CHILD_ADDED, lambda event: event.added()),
                                          ("customEvent", USER, lambda event: int(event.type()))]:
                 got = []
-                one = subclass(name, **{handler: lambda self, event: got.append((reads(event), event))})(*arguments)
+                one = derived(name, **{handler: lambda self, event: got.append((reads(event), event))})
                 recording.send(number(one), kind)
                 self.assertEqual(len(got), 1, handler)
                 self.assertIn(got[0][0], (5, True, USER))
                 self.raises(RuntimeError, None, got[0][1].type)
 
     def test_filters(self):
-        for name, arguments in QT_CLASSES:
+        for name in QT_CLASSES:
             got = []
 
             def watch(self, watched, event):
                 got.append((watched, event))
                 return len(got) == 1
 
-            one, watched = subclass(name, eventFilter=watch)(*arguments), vp.ProgressWatcher()
+            one, watched = derived(name, eventFilter=watch), vp.ProgressWatcher()
             watched.installEventFilter(one)
             self.assertIs(recording.send_through(number(watched), USER), True)
             self.assertIs(got[0][0], watched)
             self.raises(RuntimeError, GONE % "QEvent", got[0][1].type)
-            one = subclass(name, eventFilter=lambda self, watched, event: "x")(*arguments)
+            one = derived(name, eventFilter=lambda self, watched, event: "x")
             watched.installEventFilter(one)
             with warned() as issued:
                 recording.send_through(number(watched), USER)
@@ -178,10 +180,10 @@ class Events(ModuleTest):
                 "Invalid return value in function %s.eventFilter, expected bool, got str." % name])
 
     def test_notifications_name_the_signal(self):
-        for name, arguments in QT_CLASSES:
+        for name in QT_CLASSES:
             got = []
-            one = subclass(name, connectNotify=lambda self, signal: got.append(("connect", signal)),
-                           disconnectNotify=lambda self, signal: got.append(("disconnect", signal)))(*arguments)
+            one = derived(name, connectNotify=lambda self, signal: got.append(("connect", signal)),
+                           disconnectNotify=lambda self, signal: got.append(("disconnect", signal)))
 
             def slot(*arguments):
                 pass
@@ -193,15 +195,15 @@ class Events(ModuleTest):
             self.assertEqual(set(type(signal) for _, signal in got), {str})
 
     def test_what_the_library_made_never_calls_python(self):
-        for name, _ in QT_CLASSES:
+        for name in QT_CLASSES:
             one, known = made(name)
             one.event = lambda event: 1 / 0
             self.assertIs(recording.send(known, UNHANDLED), False)
             recording.destroy(known)
 
     def test_without_an_override_qt_handles_the_event(self):
-        for name, arguments in QT_CLASSES:
-            one = subclass(name)(*arguments)
+        for name in QT_CLASSES:
+            one = derived(name)
             self.assertIs(recording.send(number(one), TIMER), True)
             self.assertIs(recording.send(number(one), UNHANDLED, True), False)
 
@@ -212,7 +214,7 @@ class Events(ModuleTest):
             got.append(event.type())
             return vp.Clip.event(self, event)
 
-        one = subclass("Clip", event=event, timerEvent=lambda self, event: got.append("timer"))(u"f")
+        one = derived("Clip", event=event, timerEvent=lambda self, event: got.append("timer"))
         self.assertIs(recording.send(number(one), TIMER), True)
         self.assertEqual(got[-1], "timer")
 
