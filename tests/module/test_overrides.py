@@ -12,6 +12,9 @@ OVERRIDABLE = [name for name in HANDLES if not name.endswith("Point")]
 QT_CLASSES = {"Project": (u"f",), "Clip": (u"f",), "ColorParameters": (), "ProgressWatcher": ()}
 USER, TIMER, CHILD_ADDED = 1000, 1, 68
 UNHANDLED = 2  # a press of a mouse button
+HANDLERS = [("timerEvent", TIMER, lambda event: event.timerId(), 5),
+            ("childEvent", CHILD_ADDED, lambda event: event.added(), True),
+            ("customEvent", USER, lambda event: int(event.type()), USER)]
 GONE = "Internal C++ object (PySide.QtCore.%s) already deleted."
 
 
@@ -25,32 +28,31 @@ def printed():
         sys.stderr = stream
 
 
-@contextlib.contextmanager
-def warned():
-    with warnings.catch_warnings(record=True) as issued:
-        warnings.simplefilter("always")
-        yield issued
-
-
 def derived(name, **members):
     """An instance of a subclass with these members."""
     cls = type("My" + name, (getattr(vp, name),), members)
     return cls(*QT_CLASSES[name] if name in QT_CLASSES else [make(name)])
 
 
-class IsNull(ModuleTest):
-    def of(self, name, function):
-        """An instance of a subclass whose isNull is that function, and its number."""
-        one = derived(name, isNull=function)
-        return one, second_extension.number_of(one)
+class OverrideTest(ModuleTest):
+    def warns(self, function, name, operation, kind):
+        """Holds the warning of an override that gave that kind of a result, and gives the function's own."""
+        with warnings.catch_warnings(record=True) as issued:
+            warnings.simplefilter("always")
+            result = function()
+        text = "Invalid return value in function %s.%s, expected bool, got %s." % (name, operation, kind)
+        self.assertEqual([(w.category, str(w.message)) for w in issued], [(RuntimeWarning, text)])
+        return result
 
+
+class IsNull(OverrideTest):
     def test_the_library_and_the_truth_value_ask_the_override(self):
         for name in OVERRIDABLE:
             for null in (True, False, 1, 0, 0.5):
-                one, known = self.of(name, lambda self: null)
+                one = derived(name, isNull=lambda self: null)
                 self.assertIs(bool(one), not null)
                 for elsewhere in (False, True):
-                    self.assertIs(recording.is_null(known, elsewhere), bool(null))
+                    self.assertIs(recording.is_null(number(one), elsewhere), bool(null))
                 self.assertEqual(recording.calls(), [])
                 # Called as a method of the library's class, it is the library's own.
                 recording.returns(name + ".isNull", not null)
@@ -60,20 +62,17 @@ class IsNull(ModuleTest):
     def test_wrong_results_warn_and_count_as_not_null(self):
         for name in OVERRIDABLE:
             for wrong, kind in [("yes", "str"), (None, "NoneType"), ([], "list")]:
-                one, known = self.of(name, lambda self: wrong)
-                with warned() as issued:
-                    self.assertIs(bool(one), True)
-                text = "Invalid return value in function %s.isNull, expected bool, got %s." % (name, kind)
-                self.assertEqual([(w.category, str(w.message)) for w in issued], [(RuntimeWarning, text)])
+                one = derived(name, isNull=lambda self: wrong)
+                self.assertIs(self.warns(lambda: bool(one), name, "isNull", kind), True)
 
     def test_raised_errors_are_printed_and_count_as_not_null(self):
         def fails(self):
             raise KeyError("in isNull")
 
-        one, known = self.of("Layer", fails)
+        one = derived("Layer", isNull=fails)
         with printed() as text:
             self.assertIs(bool(one), True)
-            self.assertIs(recording.is_null(known, True), False)
+            self.assertIs(recording.is_null(number(one), True), False)
         self.assertEqual(text.getvalue().count("KeyError: 'in isNull'"), 2)
 
     def test_without_an_override_the_library_answers(self):
@@ -81,11 +80,11 @@ class IsNull(ModuleTest):
             one = derived(name)
             recording.returns(name + ".isNull", True)
             self.assertIs(bool(one), False)
-            self.assertIs(recording.is_null(second_extension.number_of(one)), True)
+            self.assertIs(recording.is_null(number(one)), True)
 
     def test_with_an_error_pending_nothing_is_called(self):
-        one, known = self.of("Layer", lambda self: True)
-        self.assertIs(recording.is_null(known, False, True), False)
+        one = derived("Layer", isNull=lambda self: True)
+        self.assertIs(recording.is_null(number(one), False, True), False)
         watcher = derived("ProgressWatcher", event=lambda self, event: 1 / 0)
         self.assertIs(recording.send(number(watcher), TIMER, False, True), False)
         watcher = derived("ProgressWatcher")  # not even Qt's own
@@ -98,12 +97,12 @@ class IsNull(ModuleTest):
             self.assertIs(bool(one), True)
 
     def test_copies_that_the_library_is_given_are_not_overridden(self):
-        one, known = self.of("Layer", lambda self: True)
+        one = derived("Layer", isNull=lambda self: True)
         self.assertIs(bool(vp.Layer(one)), True)
         self.assertIs(bool(one.__copy__()), True)
 
 
-class Events(ModuleTest):
+class Events(OverrideTest):
     def test_events_reach_an_override_and_are_invalid_afterwards(self):
         for name in QT_CLASSES:
             for elsewhere in (False, True):
@@ -124,72 +123,48 @@ class Events(ModuleTest):
     def test_wrong_results_warn_and_leave_the_event_unhandled(self):
         for name in QT_CLASSES:
             one = derived(name, event=lambda self, event: None)
-            with warned() as issued:
-                self.assertIs(recording.send(number(one), USER), False)
-            self.assertEqual([str(w.message) for w in issued], [
-                "Invalid return value in function %s.event, expected bool, got NoneType." % name])
-            self.assertIs(issued[0].category, RuntimeWarning)
+            self.assertIs(self.warns(lambda: recording.send(number(one), USER), name, "event", "NoneType"), False)
 
     def test_raised_errors_are_printed_and_qt_goes_on(self):
         def fails(self, event):
-            got.append(event)
             raise ValueError("in a handler")
 
         for name in QT_CLASSES:
-            for handler, kind, event in [("event", USER, "QEvent"), ("timerEvent", TIMER, "QTimerEvent"),
-                                         ("childEvent", CHILD_ADDED, "QChildEvent"), ("customEvent", USER, "QEvent")]:
-                got = []
+            for handler, kind in [("event", USER)] + [row[:2] for row in HANDLERS]:
                 one = derived(name, **{handler: fails})
                 with printed() as text:
                     handled = recording.send(number(one), kind)
-                self.assertIn("ValueError: in a handler", text.getvalue())
-                self.assertEqual(len(got), 1)
-                if handler == "event":
-                    self.assertIs(handled, False)
+                self.assertEqual(text.getvalue().count("ValueError: in a handler"), 1)
+                self.assertFalse(handled and handler == "event")
 
     def test_the_particular_handlers_get_their_events(self):
         for name in QT_CLASSES:
-            for handler, kind, reads in [("timerEvent", TIMER, lambda event: event.timerId()),
-                                         ("childEvent", CHILD_ADDED, lambda event: event.added()),
-                                         ("customEvent", USER, lambda event: int(event.type()))]:
+            for handler, kind, reads, expected in HANDLERS:
                 got = []
                 one = derived(name, **{handler: lambda self, event: got.append((reads(event), event))})
                 recording.send(number(one), kind)
-                self.assertEqual(len(got), 1, handler)
-                self.assertIn(got[0][0], (5, True, USER))
+                self.assertEqual([value for value, _ in got], [expected])
                 self.raises(RuntimeError, None, got[0][1].type)
 
     def test_filters(self):
         for name in QT_CLASSES:
-            got = []
-
-            def watch(self, watched, event):
-                got.append((watched, event))
-                return len(got) == 1
-
-            one, watched = derived(name, eventFilter=watch), vp.ProgressWatcher()
+            got, watched = [], vp.ProgressWatcher()
+            one = derived(name, eventFilter=lambda self, watched, event: got.append((watched, event)) or True)
             watched.installEventFilter(one)
             self.assertIs(recording.send_through(number(watched), USER), True)
             self.assertIs(got[0][0], watched)
             self.raises(RuntimeError, GONE % "QEvent", got[0][1].type)
             one = derived(name, eventFilter=lambda self, watched, event: "x")
             watched.installEventFilter(one)
-            with warned() as issued:
-                recording.send_through(number(watched), USER)
-            self.assertEqual([str(w.message) for w in issued], [
-                "Invalid return value in function %s.eventFilter, expected bool, got str." % name])
+            self.warns(lambda: recording.send_through(number(watched), USER), name, "eventFilter", "str")
 
     def test_notifications_name_the_signal(self):
         for name in QT_CLASSES:
             got = []
             one = derived(name, connectNotify=lambda self, signal: got.append(("connect", signal)),
-                           disconnectNotify=lambda self, signal: got.append(("disconnect", signal)))
-
-            def slot(*arguments):
-                pass
-
-            one.destroyed.connect(slot)
-            one.destroyed.disconnect(slot)
+                          disconnectNotify=lambda self, signal: got.append(("disconnect", signal)))
+            one.destroyed.connect(run)
+            one.destroyed.disconnect(run)
             self.assertEqual(got[:1], [("connect", QtCore.SIGNAL("destroyed(QObject*)"))], name)
             self.assertEqual(got[-1][0], "disconnect")
             self.assertEqual(set(type(signal) for _, signal in got), {str})
