@@ -4,7 +4,8 @@ import warnings
 
 import shiboken
 from PySide import QtCore
-from support import Case, application, standard_error
+from event_loop import application, wait_until
+from support import Case, run, standard_error
 
 User = QtCore.QEvent.User
 
@@ -95,7 +96,7 @@ class Events(Case):
         receiver.seen = []
         timer = receiver.startTimer(0)
         with standard_error() as error:
-            self.wait_until(lambda: len(receiver.seen) > 2)
+            wait_until(lambda: len(receiver.seen) > 2)
         receiver.killTimer(timer)
         self.assertEqual(set(receiver.seen), set([timer]))
         self.assertIn('ValueError: in a timer', error.getvalue())
@@ -139,7 +140,7 @@ class Events(Case):
         timer.timeout.connect(lambda: ticks.append(1))
         timer.installEventFilter(timer)
         timer.start(0)
-        self.wait_until(lambda: len(ticks) > 2)
+        wait_until(lambda: len(ticks) > 2)
         timer.stop()
         self.assertTrue(timer.depth >= 3)
         o = QtCore.QObject()
@@ -153,7 +154,7 @@ class Events(Case):
         gone = QtCore.QObject()
         gone.destroyed.connect(lambda: calls.append('slot'))
         QtCore.QTimer.singleShot(0, gone, QtCore.SLOT('deleteLater()'))
-        self.wait_until(lambda: len(calls) == 2)
+        wait_until(lambda: len(calls) == 2)
         self.assertFalse(shiboken.isValid(gone))
         for arguments in ((1, 5), ('x', len), (1, gone), (1, len, 'x')):
             self.assertFails(TypeError, "'PySide.QtCore.QTimer.singleShot' called with wrong argument types:",
@@ -164,7 +165,7 @@ class Events(Case):
         self.assertEqual((timer.interval(), timer.isSingleShot(), timer.isActive()), (7, True, False))
 
     def test_loops_go_on_after_exceptions(self):
-        code, out, error = self.run_script('''
+        code, out, error = run('''
 from PySide import QtCore
 app = QtCore.QCoreApplication([])
 def fail(): raise ValueError('slot')

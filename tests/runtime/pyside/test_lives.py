@@ -6,7 +6,8 @@ import weakref
 
 import shiboken
 from PySide import QtCore
-from support import Case, application
+from event_loop import application
+from support import Case
 
 
 class Own(QtCore.QObject):

@@ -3,7 +3,8 @@ import unittest
 
 import shiboken
 from PySide import QtCore
-from support import Case, application
+from event_loop import application
+from support import Case, run
 
 
 class Named(QtCore.QObject):
@@ -140,7 +141,7 @@ class Modules(Case):
         self.assertTrue(QtGui)
 
     def test_end_of_the_process(self):
-        code, out, error = self.run_script('''
+        code, out, error = run('''
 from PySide import QtCore
 import atexit, threading
 app = QtCore.QCoreApplication([])

@@ -7,7 +7,7 @@ import weakref
 
 import shiboken
 from PySide import QtCore
-from support import Case, standard_error
+from support import Case, run, standard_error
 
 
 class Source(QtCore.QObject):
@@ -228,7 +228,7 @@ class Signals(Case):
             self.assertIs(self.source.plain.emit(), True)
         self.assertIn('ValueError: in a slot', error.getvalue())
         self.assertEqual(calls, [()])
-        code, out, _ = self.run_script('''
+        code, out, _ = run('''
 from PySide import QtCore
 import sys
 t = QtCore.QTimer()

@@ -6,7 +6,8 @@ import unittest
 import shiboken
 from nodes import Node
 from PySide import QtCore
-from support import Case, application
+from event_loop import application, wait_until
+from support import Case, run
 
 
 def here():
@@ -26,14 +27,14 @@ class Threads(Case):
         node.levelChanged.connect(lambda value: got.append((here(), value)))
         node.emitFromThread(3)
         self.assertEqual(got, [])
-        self.wait_until(lambda: len(got) == 3)
+        wait_until(lambda: len(got) == 3)
         self.assertEqual(got, [(here(), 0), (here(), 1), (here(), 2)])
 
     def test_blocking_connections(self):
         node, got = Node(), []
         node.named.connect(lambda name, place: got.append((here(), place)), QtCore.Qt.BlockingQueuedConnection)
         node.startEmitting(3)
-        self.wait_until(lambda: len(got) == 3)
+        wait_until(lambda: len(got) == 3)
         node.finishEmitting()
         self.assertEqual(got, [(here(), 0), (here(), 1), (here(), 2)])
         node.named.emit('same thread', 4)  # must not wait for itself
@@ -86,7 +87,7 @@ class Threads(Case):
         thread.start()
         thread.join()
         self.assertEqual(got, [thread.ident])
-        code, out, _ = self.run_script('''
+        code, out, _ = run('''
 import sys
 sys.path[:0] = %r
 from nodes import Node
@@ -110,14 +111,14 @@ node.emitFromThread(2)
         worker.result.connect(lambda value: got.append((here(), value)))
         worker.start()
         self.assertTrue(worker.wait())
-        self.wait_until(lambda: got)
+        wait_until(lambda: got)
         self.assertEqual(got, [(here(), {'made in': worker.ident})])
         self.assertNotEqual(worker.ident, here())
 
         class Failing(QtCore.QThread):
             def run(self):
                 raise ValueError
-        code, _, error = self.run_script('''
+        code, _, error = run('''
 from PySide import QtCore
 class Failing(QtCore.QThread):
     def run(self): raise ValueError('in a thread')
@@ -143,13 +144,13 @@ f.wait()
         thread.start()
         for value in range(3):
             worker.asked.emit(value)
-        self.wait_until(lambda: len(got) == 3)
+        wait_until(lambda: len(got) == 3)
         self.assertEqual(got, [(0, True), (1, True), (4, True)])
         gone = []
         worker.destroyed.connect(lambda: gone.append(1), QtCore.Qt.DirectConnection)
         del worker
         gc.collect()
-        self.wait_until(lambda: gone)
+        wait_until(lambda: gone)
         thread.quit()
         self.assertTrue(thread.wait())
         self.assertFails(RuntimeError, "a QObject's parent must live in the same thread", in_thread,
@@ -175,7 +176,7 @@ f.wait()
                 got.append((here(), int(event.type())))
         receiver, got = Receiver(), []
         in_thread(lambda: application.postEvent(receiver, QtCore.QEvent(QtCore.QEvent.User)))
-        self.wait_until(lambda: got)
+        wait_until(lambda: got)
         in_thread(lambda: application.sendPostedEvents(None, 0))
         self.assertEqual(got, [(here(), 1000)])
 

@@ -1,73 +1,67 @@
-// The classes that the extension module `probe` wraps, and the places of their types.
+// The classes that the extension module `probe` wraps.
 #ifndef PROBE_H
 #define PROBE_H
 
-#include <cstring>
-#include <shiboken.h>
+#include "wrapping.h"
+
 #include <string>
 #include <vector>
 
 namespace probe {
 
-/// A value. Counts how many are alive, as do the others.
-struct Pt
-{
-    static int alive;
-    int x = 0;
+using namespace wrapping;
 
-    explicit Pt(int value = 0) : x(value) { ++alive; }
-    Pt(const Pt& other) : x(other.x) { ++alive; }
-    Pt& operator=(const Pt&) = default;
-    virtual ~Pt() { --alive; }
+/// Counts how many are alive.
+template <typename T>
+struct Counted
+{
+    inline static int alive = 0;
+
+    Counted() { ++alive; }
+    Counted(const Counted&) { ++alive; }
+    Counted& operator=(const Counted&) = default;
+    virtual ~Counted() { --alive; }
+};
+
+/// A value.
+struct Pt : Counted<Pt>
+{
+    int x;
+
+    explicit Pt(int value = 0) : x(value) {}
 };
 
 /// An object with a virtual operation that owns its children.
-struct Node
+struct Node : Counted<Node>
 {
-    static int alive;
     std::vector<Node*> children;
 
-    Node() { ++alive; }
+    Node() = default;
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
-    virtual ~Node()
+    ~Node() override
     {
         for (Node* child : children)
             delete child;
-        --alive;
     }
     virtual int react(int value) { return value + 1; }
 };
 
-struct Label
+struct Label : Counted<Label>
 {
-    static int alive;
     std::string text = "label";
 
-    Label() { ++alive; }
+    Label() = default;
     Label(const Label&) = delete;
     Label& operator=(const Label&) = delete;
-    virtual ~Label() { --alive; }
 };
 
 /// Two wrapped bases, the second of which lies behind the first.
 struct Tagged : Node, Label
 {};
 
-extern SbkObjectType ptType, nodeType, labelType, taggedType;
-
 /// Enters the classes into the module.
 bool introduceClasses(PyObject* module);
-
-/// Module functions by which tests reach the runtime's C++ interface.
-extern PyMethodDef functions[];
-
-template <typename T>
-T* pointerOf(PyObject* object, SbkObjectType& type)
-{
-    return static_cast<T*>(Shiboken::Conversions::cppPointer(reinterpret_cast<PyTypeObject*>(&type),
-                                                             reinterpret_cast<SbkObject*>(object)));
-}
 
 } // namespace probe
 

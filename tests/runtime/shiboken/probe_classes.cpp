@@ -1,25 +1,9 @@
-// Wraps the classes of `probe` as a module does: a subclass per class that reports its death, and a filled type object.
+// What is particular to the classes of `probe`: overrides, methods, values, and a class with two bases.
 #include "probe.h"
-
-#include <typeinfo>
 
 namespace probe {
 
-int Pt::alive, Node::alive, Label::alive;
-SbkObjectType ptType, nodeType, labelType, taggedType;
-
 namespace {
-
-template <typename T>
-struct Reporting : T
-{
-    using T::T;
-    explicit Reporting(const T& other) : T(other) {}
-    ~Reporting() override
-    {
-        Shiboken::Object::destroy(Shiboken::BindingManager::instance().retrieveWrapper(this), this);
-    }
-};
 
 template <typename T>
 struct Dispatching : Reporting<T>
@@ -41,88 +25,29 @@ struct Dispatching : Reporting<T>
     }
 };
 
-template <typename T, SbkObjectType& type>
-void pointerToCpp(PyObject* object, void* out)
+PyObject* react(PyObject* self, int value)
 {
-    Shiboken::Conversions::pythonToCppPointer(&type, object, out);
-}
-
-template <typename T, SbkObjectType& type>
-Shiboken::Conversions::PythonToCppFunc acceptsPointer(PyObject* object)
-{
-    if (object == Py_None)
-        return &Shiboken::Conversions::nonePythonToCppNullPtr;
-    return SbkObject_TypeCheck(&type, object) ? &pointerToCpp<T, type> : nullptr;
-}
-
-template <typename T, SbkObjectType& type>
-PyObject* pointerToPython(const void* object)
-{
-    if (SbkObject* const known = Shiboken::BindingManager::instance().retrieveWrapper(object)) {
-        Py_INCREF(known);
-        return reinterpret_cast<PyObject*>(known);
-    }
-    T* const cppObject = static_cast<T*>(const_cast<void*>(object));
-    return Shiboken::Object::newObject(&type, cppObject, false, false, typeid(*cppObject).name());
-}
-
-template <typename T, typename Wrapper, SbkObjectType& type>
-int initialise(PyObject* self, PyObject* arguments, PyObject*)
-{
-    PyTypeObject* const own = reinterpret_cast<PyTypeObject*>(&type);
-    if (Shiboken::Object::isUserType(self) && !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), own))
-        return -1;
-    if (!PyArg_ParseTuple(arguments, ""))
-        return -1;
-    Shiboken::ThreadStateSaver unlocked;
-    unlocked.save();
-    Wrapper* const cppObject = new Wrapper;
-    unlocked.restore();
-    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
-    if (!Shiboken::Object::setCppPointer(wrapper, own, static_cast<T*>(cppObject))) {
-        delete cppObject;
-        return -1;
-    }
-    Shiboken::Object::setValidCpp(wrapper, true);
-    Shiboken::Object::setHasCppWrapper(wrapper, true);
-    Shiboken::BindingManager::instance().registerWrapper(wrapper, static_cast<T*>(cppObject));
-    return 0;
-}
-
-PyObject* react(PyObject* self, PyObject* argument)
-{
-    if (!Shiboken::Object::isValid(self))
-        return nullptr;
-    Node* const node = pointerOf<Node>(self, nodeType);
+    Node* const node = pointerOf<Node>(self);
     if (!node)
         return nullptr;
-    const int value = PyInt_AsLong(argument);
     const bool isOwn = Shiboken::Object::hasCppWrapper(reinterpret_cast<SbkObject*>(self));
     return PyInt_FromLong(isOwn ? node->Node::react(value) : node->react(value));
 }
 
-PyObject* text(PyObject* self, PyObject*)
-{
-    Label* const label = Shiboken::Object::isValid(self) ? pointerOf<Label>(self, labelType) : nullptr;
-    return label ? PyString_FromString(label->text.c_str()) : nullptr;
-}
+PyObject* text(Label* label) { return PyString_FromString(label->text.c_str()); }
+
+PyObject* copyPt(Pt* pt) { return Shiboken::Conversions::copyToPython(&typeObject<Pt>, pt); }
 
 PyObject* copyOfPt(const void* value)
 {
-    return Shiboken::Object::newObject(&ptType, new Reporting<Pt>(*static_cast<const Pt*>(value)), true, true);
+    return Shiboken::Object::newObject(&typeObject<Pt>, new Reporting<Pt>(*static_cast<const Pt*>(value)), true, true);
 }
 
-PyObject* copyPt(PyObject* self, PyObject*)
-{
-    return Shiboken::Object::isValid(self) ? Shiboken::Conversions::copyToPython(&ptType, pointerOf<Pt>(self, ptType))
-                                           : nullptr;
-}
-
-void valueOfPt(PyObject* object, void* out) { *static_cast<Pt*>(out) = *pointerOf<Pt>(object, ptType); }
+void valueOfPt(PyObject* object, void* out) { *static_cast<Pt*>(out) = *pointerOf<Pt>(object); }
 
 Shiboken::Conversions::PythonToCppFunc acceptsPt(PyObject* object)
 {
-    return SbkObject_TypeCheck(&ptType, object) ? &valueOfPt : nullptr;
+    return SbkObject_TypeCheck(&typeObject<Pt>, object) ? &valueOfPt : nullptr;
 }
 
 void ptOfInt(PyObject* object, void* out) { *static_cast<Pt*>(out) = Pt(PyInt_AS_LONG(object)); }
@@ -132,41 +57,10 @@ Shiboken::Conversions::PythonToCppFunc acceptsIntForPt(PyObject* object)
     return PyInt_Check(object) ? &ptOfInt : nullptr;
 }
 
-PyMethodDef ptMethods[] = {{"__copy__", &copyPt, METH_NOARGS, nullptr}, {nullptr, nullptr, 0, nullptr}};
-PyMethodDef nodeMethods[] = {{"react", &react, METH_O, nullptr}, {nullptr, nullptr, 0, nullptr}};
-PyMethodDef labelMethods[] = {{"text", &text, METH_NOARGS, nullptr}, {nullptr, nullptr, 0, nullptr}};
-
-template <typename T, typename Wrapper, SbkObjectType& type>
-bool introduce(PyObject* module, const char* fullName, const char* cppName, PyMethodDef* methods,
-               Shiboken::Conversions::CppToPythonFunc copy, PyObject* bases = nullptr)
-{
-    PyTypeObject& filled = type.super.ht_type;
-    Py_REFCNT(&filled) = 1;
-    Py_TYPE(&filled) = &SbkObjectType_Type;
-    filled.tp_name = fullName;
-    filled.tp_basicsize = sizeof(SbkObject);
-    filled.tp_dealloc = &SbkDeallocWrapper;
-    filled.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_CHECKTYPES | Py_TPFLAGS_HAVE_GC;
-    filled.tp_traverse = reinterpret_cast<PyTypeObject*>(&SbkObject_Type)->tp_traverse;
-    filled.tp_clear = reinterpret_cast<PyTypeObject*>(&SbkObject_Type)->tp_clear;
-    filled.tp_methods = methods;
-    filled.tp_init = &initialise<T, Wrapper, type>;
-    filled.tp_new = &SbkObjectTpNew;
-    SbkObjectType* const base = bases ? reinterpret_cast<SbkObjectType*>(PyTuple_GET_ITEM(bases, 0)) : nullptr;
-    if (!Shiboken::ObjectType::introduceWrapperType(module, std::strrchr(fullName, '.') + 1, cppName, &type,
-                                                    &Shiboken::callCppDestructor<T>, base, bases))
-        return false;
-    SbkConverter* const converter = Shiboken::Conversions::createConverter(
-        &type, &pointerToCpp<T, type>, &acceptsPointer<T, type>, &pointerToPython<T, type>, copy);
-    for (const char* name : {cppName, typeid(T).name(), typeid(Wrapper).name()})
-        Shiboken::Conversions::registerConverterName(converter, name);
-    return true;
-}
-
 void* taggedAs(void* object, SbkObjectType* type)
 {
     Tagged* const tagged = static_cast<Tagged*>(object);
-    return type == &labelType ? static_cast<void*>(static_cast<Label*>(tagged)) : tagged;
+    return type == &typeObject<Label> ? static_cast<void*>(static_cast<Label*>(tagged)) : tagged;
 }
 
 int* offsetsOfTagged(const void* object)
@@ -181,26 +75,31 @@ int* offsetsOfTagged(const void* object)
 
 void* discoverTagged(void* object, SbkObjectType* known)
 {
-    if (known == &nodeType)
+    if (known == &typeObject<Node>)
         return dynamic_cast<Tagged*>(static_cast<Node*>(object));
-    return known == &labelType ? dynamic_cast<Tagged*>(static_cast<Label*>(object)) : nullptr;
+    return known == &typeObject<Label> ? dynamic_cast<Tagged*>(static_cast<Label*>(object)) : nullptr;
 }
+
+PyMethodDef ptMethods[] = {define<&copyPt>("__copy__"), {}};
+PyMethodDef nodeMethods[] = {define<&react>("react"), {}};
+PyMethodDef labelMethods[] = {define<&text>("text"), {}};
 
 } // namespace
 
 bool introduceClasses(PyObject* module)
 {
-    PyObject* const bases = PyTuple_Pack(2, &nodeType, &labelType);
-    if (!introduce<Pt, Reporting<Pt>, ptType>(module, "probe.Pt", "Pt", ptMethods, &copyOfPt) ||
-        !introduce<Node, Dispatching<Node>, nodeType>(module, "probe.Node", "Node*", nodeMethods, nullptr) ||
-        !introduce<Label, Reporting<Label>, labelType>(module, "probe.Label", "Label*", labelMethods, nullptr) ||
-        !introduce<Tagged, Dispatching<Tagged>, taggedType>(module, "probe.Tagged", "Tagged*", nullptr, nullptr, bases))
+    SbkObjectType* const nodeType = &typeObject<Node>;
+    PyObject* const bases = PyTuple_Pack(2, nodeType, &typeObject<Label>);
+    if (!introduce<Pt, Reporting<Pt>>(module, "probe.Pt", "Pt", ptMethods, nullptr, nullptr, &copyOfPt) ||
+        !introduce<Node, Dispatching<Node>>(module, "probe.Node", "Node*", nodeMethods) ||
+        !introduce<Label, Reporting<Label>>(module, "probe.Label", "Label*", labelMethods) ||
+        !introduce<Tagged, Dispatching<Tagged>>(module, "probe.Tagged", "Tagged*", nullptr, nodeType, bases))
         return false;
-    Shiboken::Conversions::addPythonToCppValueConversion(&ptType, &valueOfPt, &acceptsPt);
-    Shiboken::Conversions::addPythonToCppValueConversion(&ptType, &ptOfInt, &acceptsIntForPt);
-    Shiboken::ObjectType::setCastFunction(&taggedType, &taggedAs);
-    Shiboken::ObjectType::setMultipleIheritanceFunction(&taggedType, &offsetsOfTagged);
-    Shiboken::ObjectType::setTypeDiscoveryFunctionV2(&taggedType, &discoverTagged);
+    Shiboken::Conversions::addPythonToCppValueConversion(&typeObject<Pt>, &valueOfPt, &acceptsPt);
+    Shiboken::Conversions::addPythonToCppValueConversion(&typeObject<Pt>, &ptOfInt, &acceptsIntForPt);
+    Shiboken::ObjectType::setCastFunction(&typeObject<Tagged>, &taggedAs);
+    Shiboken::ObjectType::setMultipleIheritanceFunction(&typeObject<Tagged>, &offsetsOfTagged);
+    Shiboken::ObjectType::setTypeDiscoveryFunctionV2(&typeObject<Tagged>, &discoverTagged);
     return true;
 }
 

@@ -6,7 +6,7 @@ import unittest
 
 import probe
 from probe import Grain, Shade, ShadeDark, ShadeLight, ShadeMinus
-from support import Case
+from counting import Case
 
 NAN, INF = float('nan'), float('inf')
 

@@ -5,7 +5,7 @@ import sys
 import unittest
 
 import probe
-from support import Case
+from counting import Case
 
 
 def foreign(name='foreign'):

@@ -4,7 +4,7 @@ import unittest
 
 import probe
 import shiboken
-from support import Case
+from counting import Case
 
 METACLASS = 'Error when calling the metaclass bases\n    '
 
