@@ -182,7 +182,7 @@ class ModuleTest(unittest.TestCase):
         for row in rows:
             ModuleTest.setUp(self)
             try:
-                check(*row)
+                check(*row if isinstance(row, tuple) else [row])
                 self.assertIs(recording.take_error(), None)
             except Exception as error:
                 failures.append("%r\n    %s: %s" % (row, type(error).__name__, error))

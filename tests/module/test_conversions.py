@@ -232,6 +232,8 @@ class Conversions(ModuleTest):
                 layer.add_bezier_contour(0.0, points)
             except TypeError:
                 pass
+        recording.throws("Layer.add_bezier_contour", "STRM_OperationFailed", "frame 12")
+        self.raises(RuntimeError, "frame 12", layer.add_bezier_contour, 0.0, [vp.BezierControlPointData()])
         recording.returns("Project.get_layers", [1, 2, 3])
         recording.returns("Project.get_views", [(u"a", u"b", (0, 0, 0))] * 3)
         project = vp.Project(u"f")

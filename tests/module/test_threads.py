@@ -5,7 +5,7 @@ import threading
 from support import *
 from test_errors import WAYS
 
-HELD = ("Layer.getAllContours", "Layer(copy)", "Knob::View.defaultViewId")
+HELD = ("Layer.getAllContours", "Layer.qHash", "Layer(copy)", "Knob::View.defaultViewId")
 
 
 class Lock(ModuleTest):
@@ -58,7 +58,7 @@ class Lock(ModuleTest):
         project = vp.Project(u"f")
         recording.returns("Project.get_layers", [1, 2, 3])
         recording.returns("Project.get_views", [(u"a", u"b", (0, 0, 0))])
-        failures = []
+        failures, alive = [], recording.counts("Layer")["alive"]
 
         def work():
             try:
@@ -76,6 +76,7 @@ class Lock(ModuleTest):
         for thread in threads:
             thread.join()
         self.assertEqual(failures, [])
+        self.assertEqual(recording.counts("Layer")["alive"], alive)
 
 
 if __name__ == "__main__":

@@ -13,6 +13,7 @@ ANSWERS = {
     "isNull": "plain({0}) == plain(0)",
 }
 SUBJECTS = {"UndoGroup": "m_data"}  # copies of a group are one group
+UNCOUNTED = ("View", "RenderOperation")  # made in their headers, or as a part of other objects only
 BY_HAND = ("PyHandle", "PyTypeError", "SbkCleaner")
 
 
@@ -47,10 +48,10 @@ class Recorded(object):
         given = names(parameters)
         if name == self.name:
             body = self.constructor(given)
+        elif name == "operator=" or name == "~" + self.name and self.name in UNCOUNTED:
+            body = " = default;"
         elif name == "~" + self.name:
             body = ' { recording::%s(this, "%s"); }' % ("end" if self.copies else "gone", self.name)
-        elif name == "operator=":
-            body = " = default;"
         else:
             body = " { %s; }" % self.operation(result, name, given)
         return "%s%s::%s(%s)%s%s\n" % (result, self.name, name, parameters, const, body)
