@@ -1,10 +1,10 @@
 // Layers.
 #include "layer_items.h"
+#include "project_clips.h"
 #include "shape_records.h"
 
 #include <cmath>
 #include <orrery/layer_group.h>
-#include <orrery/project_data.h>
 
 using namespace orrery;
 

@@ -1,6 +1,7 @@
 // A saved project, read without trusting it. Everything goes into a project that nobody else knows yet: when anything
 // is wrong with the file, it goes with the exception.
 #include "document.h"
+#include "project_clips.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -8,7 +9,6 @@
 #include <orrery/clip.h>
 #include <orrery/clip_seam.h>
 #include <orrery/handle_access.h>
-#include <orrery/project_data.h>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>

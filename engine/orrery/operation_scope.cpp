@@ -3,6 +3,7 @@
 #include "operation_scope.h"
 
 #include "layer_items.h"
+#include "project_clips.h"
 
 #include <algorithm>
 #include <orrery/clip_data.h>

@@ -1,5 +1,6 @@
 // A project's own settings, its life and its signals.
 #include "clip_link.h"
+#include "project_clips.h"
 #include "undo_group_data.h"
 
 #include <QDir>
@@ -12,7 +13,6 @@
 #include <orrery/destruction_hook.h>
 #include <orrery/handle_access.h>
 #include <orrery/progress_watcher.h>
-#include <orrery/project_data.h>
 #include <set>
 
 using namespace orrery;

@@ -2,6 +2,7 @@
 
 #include "layer_items.h"
 #include "operation_scope.h"
+#include "project_clips.h"
 #include "render_scene.h"
 
 #include <orrery/clip_data.h>

@@ -125,74 +125,55 @@ bool isId(const QString& name, unsigned int& id)
     return valid && QString::number(id) == name;
 }
 
-class ContoursBranch : public Knob::NamedBranch
+// Objects of one class, each named by its number.
+template <class Owner, class Object>
+class ObjectsBranch : public Knob::NamedBranch
 {
 public:
-    explicit ContoursBranch(LayerModel& layer)
-        : NamedBranch(layer, QT_TRANSLATE_NOOP("Parameter", "Contours")), m_layer(layer)
+    using List = std::vector<Object*> (*)(Owner&);
+    using Find = Object* (*)(Owner&, unsigned int id); // null for one that is not there now
+
+    ObjectsBranch(const Branch& parent, const char* displayName, Owner& owner, List list, Find find)
+        : NamedBranch(parent, displayName), m_owner(owner), m_list(list), m_find(find)
     {}
 
     std::vector<Member> members() override
     {
         std::vector<Member> members;
-        for (ContourModel& contour : m_layer.contours)
-            members.push_back(set(contour.id(), contour));
-        return members;
-    }
-
-private:
-    LayerModel& m_layer;
-};
-
-class LayersBranch : public Knob::NamedBranch
-{
-public:
-    LayersBranch(STRM_ProjectManager& manager, const Branch& owner)
-        : NamedBranch(owner, QT_TRANSLATE_NOOP("Parameter", "Layers")), m_manager(manager)
-    {}
-
-    std::vector<Member> members() override
-    {
-        std::vector<Member> members;
-        for (LayerModel* layer : allLayers(m_manager))
-            members.push_back(set(layer->id(), *layer));
+        for (Object* object : m_list(m_owner))
+            members.push_back(set(object->id(), *object));
         return members;
     }
     Member member(const QString& name) override
     {
         unsigned int id;
-        LayerModel* layer = isId(name, id) ? m_manager.findLayer(id) : nullptr;
-        return layer ? set(name, *layer) : Member();
+        Object* const object = isId(name, id) ? m_find(m_owner, id) : nullptr;
+        return object ? set(name, *object) : Member();
     }
 
 private:
-    STRM_ProjectManager& m_manager;
+    Owner& m_owner;
+    const List m_list;
+    const Find m_find;
 };
 
-class GroupsBranch : public Knob::NamedBranch
+using ContoursBranch = ObjectsBranch<LayerModel, ContourModel>;
+using LayersBranch = ObjectsBranch<STRM_ProjectManager, LayerModel>;
+using GroupsBranch = ObjectsBranch<STRM_ProjectManager, GroupModel>;
+
+std::vector<ContourModel*> contoursOf(LayerModel& layer)
 {
-public:
-    GroupsBranch(STRM_ProjectManager& manager, const Branch& owner)
-        : NamedBranch(owner, QT_TRANSLATE_NOOP("Parameter", "Groups")), m_manager(manager)
-    {}
+    std::vector<ContourModel*> contours;
+    for (ContourModel& contour : layer.contours)
+        contours.push_back(&contour);
+    return contours;
+}
 
-    std::vector<Member> members() override
-    {
-        std::vector<Member> members;
-        for (GroupModel* group : allGroups(m_manager))
-            members.push_back(set(group->id(), *group));
-        return members;
-    }
-    Member member(const QString& name) override
-    {
-        unsigned int id;
-        GroupModel* group = isId(name, id) ? m_manager.findGroup(id) : nullptr;
-        return group ? set(name, *group) : Member();
-    }
-
-private:
-    STRM_ProjectManager& m_manager;
-};
+ContourModel* contourWithId(LayerModel& layer, unsigned int id)
+{
+    ContourModel* const contour = layer.findContour(id);
+    return contour && contour->present() ? contour : nullptr;
+}
 
 } // namespace
 
@@ -218,7 +199,8 @@ const Description& contourDescription(std::size_t index) { return contourTable[i
 
 LayerAnimations::LayerAnimations(LayerModel& layer)
     : transform(layer, QT_TRANSLATE_NOOP("Parameter", "Transform"), cornerTable, corners.data()),
-      contours(std::make_unique<ContoursBranch>(layer))
+      contours(std::make_unique<ContoursBranch>(layer, QT_TRANSLATE_NOOP("Parameter", "Contours"), layer, contoursOf,
+                                                contourWithId))
 {
     for (std::size_t i = 0; i < values.size(); ++i)
         values[i].setRest(layerTable[i].initial);
@@ -308,7 +290,10 @@ struct ProjectParameters::Branches
 {
     Branches(STRM_ProjectManager& manager, const ProjectParameters& owner)
         : manager(manager), render(owner, QT_TRANSLATE_NOOP("Parameter", "Render"), renderTable, renderValues.data()),
-          layers(manager, owner), groups(manager, owner)
+          layers(owner, QT_TRANSLATE_NOOP("Parameter", "Layers"), manager, allLayers,
+                 [](STRM_ProjectManager& manager, unsigned int id) { return manager.findLayer(id); }),
+          groups(owner, QT_TRANSLATE_NOOP("Parameter", "Groups"), manager, allGroups,
+                 [](STRM_ProjectManager& manager, unsigned int id) { return manager.findGroup(id); })
     {
         for (std::size_t i = 0; i < renderValues.size(); ++i)
             renderValues[i].setRest(renderTable[i].initial);

@@ -379,6 +379,9 @@ TEST_F(Shapes, OneValueIsReachedOnSeveralPaths)
     contour.control_point(0).remove();
     EXPECT_TRUE(contour.parameter_set({"0"}).isNull());
     EXPECT_EQ(contour.parameter_set(QStringList()).get_subsets().size(), 1);
+    EXPECT_EQ(layer.parameter_set({"contours", "0"}), contour.parameter_set(QStringList()));
+    contour.remove();
+    EXPECT_TRUE(layer.parameter_set({"contours", "0"}).isNull());
 }
 
 TEST_F(Shapes, KeyframesAreListedByViewAndTime)

@@ -44,16 +44,8 @@ private:
 
 namespace orrery {
 
-// Makes the clip one of the project's, as part of an edit: in the list, with undo. The project owns it from then on,
-// also when the edit is taken back. The name is made unlike the others' by a number.
-Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
-QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted); // lock held
-
 // The project is going: it is current no more.
 void forgetProject(Project* project);
-
-// The project's clip with that id (Clip::get_id), or null. The lock is held.
-Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id);
 
 // The document of the project. Takes the lock.
 std::string writeProject(Project::Data& project);
