@@ -11,14 +11,14 @@ User = QtCore.QEvent.User
 
 
 class Receiver(QtCore.QObject):
-    answer = True
-
     def __init__(self):
         QtCore.QObject.__init__(self)
         self.seen = []
 
-    def customEvent(self, event):
-        self.seen.append(event)
+    def customEvent(self, event): self.seen.append(event)
+    def childEvent(self, event): self.seen.append((event.type(), event.child()))
+    def connectNotify(self, signal): self.seen.append(('connected', signal))
+    def disconnectNotify(self, signal): self.seen.append(('disconnected', signal))
 
     def timerEvent(self, event):
         self.seen.append(event.timerId())
@@ -26,19 +26,9 @@ class Receiver(QtCore.QObject):
         if len(self.seen) == 2:
             raise ValueError('in a timer')
 
-    def childEvent(self, event):
-        self.seen.append((event.type(), event.child()))
-
-    def connectNotify(self, signal):
-        self.seen.append(('connected', signal))
-
-    def disconnectNotify(self, signal):
-        self.seen.append(('disconnected', signal))
-
 
 class Answering(QtCore.QObject):
-    def event(self, event):
-        return self.answer()
+    def event(self, event): return self.answer()
 
     def eventFilter(self, watched, event):
         self.last = (watched, event)
@@ -134,8 +124,7 @@ class Events(Case):
                 self.depth += 1
                 return QtCore.QTimer.event(self, event)
 
-            def eventFilter(self, watched, event):
-                return QtCore.QTimer.eventFilter(self, watched, event)
+            def eventFilter(self, watched, event): return QtCore.QTimer.eventFilter(self, watched, event)
         timer, ticks = Through(), []
         timer.timeout.connect(lambda: ticks.append(1))
         timer.installEventFilter(timer)
@@ -159,10 +148,7 @@ class Events(Case):
         for arguments in ((1, 5), ('x', len), (1, gone), (1, len, 'x')):
             self.assertFails(TypeError, "'PySide.QtCore.QTimer.singleShot' called with wrong argument types:",
                              QtCore.QTimer.singleShot, *arguments)
-        timer = QtCore.QTimer()
-        timer.setInterval(7)
-        timer.setSingleShot(True)
-        self.assertEqual((timer.interval(), timer.isSingleShot(), timer.isActive()), (7, True, False))
+        self.assertEqual((QtCore.QTimer(interval=7).interval(), QtCore.QTimer(singleShot=True).isSingleShot()), (7, True))
 
     def test_loops_go_on_after_exceptions(self):
         code, out, error = run('''

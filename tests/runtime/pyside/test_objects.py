@@ -20,28 +20,16 @@ class Objects(Case):
         self.assertIs(QtCore.QObject(parent=parent).parent(), parent)
         self.assertIsNone(QtCore.QObject(None).parent())
         name = 'PySide.QtCore.QObject'
-        for error, text, arguments, keywords in (
-                (TypeError, "QObject() takes at most 1 argument (2 given)", (parent, 5), {}),
-                (TypeError, "'%s' called with wrong argument types:" % name, ('x',), {}),
-                (TypeError, "%s(): got multiple values for keyword argument 'parent'." % name, (parent,),
-                 {'parent': parent}),
-                (AttributeError, "'foo()' is not a Qt property or a signal", (), {'foo': 5})):
-            self.assertFails(error, text, QtCore.QObject, *arguments, **keywords)
+        self.assertFails(TypeError, "PySide.QtCore.QObject(): got multiple values for keyword argument 'parent'.",
+                         QtCore.QObject, parent, parent=parent)
         called = []
         QtCore.QObject(destroyed=lambda: called.append(1))
         self.assertEqual(called, [1])
 
-        class Grand(Named):
-            def __init__(self):
-                pass
-
         class Wrong(QtCore.QTimer):
-            def __init__(self):
-                QtCore.QObject.__init__(self)
+            def __init__(self): QtCore.QObject.__init__(self)
         self.assertFails(TypeError, "PySide.QtCore.QObject isn't a direct base class of Wrong", Wrong)
-        self.assertFails(RuntimeError, "'__init__' method of object's base class (Grand) not called.",
-                         Grand().objectName)
-        self.assertFails(RuntimeError, "You can't initialize an object twice!", parent.__init__)
+        self.assertRaises(RuntimeError, parent.__init__)
         self.assertEqual(parent.objectName(), u'parent')
 
     def test_family(self):
@@ -65,7 +53,6 @@ class Objects(Case):
 
     def test_properties(self):
         o = QtCore.QObject()
-        self.assertEqual(o.dynamicPropertyNames(), [])
         self.assertIs(o.setProperty('own', 5), False)
         self.assertIs(o.setProperty('objectName', 5), True)
         self.assertEqual((o.property('own'), o.objectName(), o.property('none')), (5, u'5', None))

@@ -1,10 +1,10 @@
 # Signals that Python classes declare, and callables of every kind that are connected to them.
 import functools
 import gc
-import sys
 import unittest
 import weakref
 
+import event_loop  # without one, timers do not start
 import shiboken
 from PySide import QtCore
 from support import Case, run, standard_error
@@ -21,187 +21,158 @@ class Source(QtCore.QObject):
 
 
 class Sink(QtCore.QObject):
-    def __init__(self):
-        QtCore.QObject.__init__(self)
-        self.got = []
-
-    def take(self, *values):
-        self.got.append(values)
-
-    def take_sender(self):
-        self.got.append(self.sender() is not None and self.sender().objectName())
-
+    def take(self, *values): calls.append(values)
+    def take_sender(self): calls.append(self.sender() is not None and self.sender().objectName())
     @QtCore.Slot(int)
-    def declared(self, value):
-        self.got.append(value)
-
+    def declared(self, value): calls.append((value,))
     @staticmethod
-    def fixed(*values):
-        calls.append(values)
-
+    def fixed(*values): calls.append(values)
     @classmethod
-    def of_class(cls, *values):
-        calls.append(values)
+    def of_class(cls, *values): calls.append(values)
+
+
+class Callable(object):
+    def __call__(self, value): calls.append((value,))
 
 
 calls = []
+SIGNAL, SLOT = QtCore.SIGNAL, QtCore.SLOT
+WRONG = "'PySide.QtCore.QObject.%s' called with wrong argument types:"
 
 
 def note(*values):
     calls.append(values)
 
 
-class Callable(object):
-    def __call__(self, value):
-        calls.append((value,))
-
-
-class Signals(Case):
+class SignalCase(Case):
     def setUp(self):
         del calls[:]
-        self.source = Source()
+        self.source, self.sink = Source(), Sink()
 
+    def assertCalls(self, *expected):
+        """Since the last look."""
+        self.assertEqual(calls, list(expected))
+        del calls[:]
+
+
+class Signals(SignalCase):
     def test_what_can_be_connected(self):
-        sink = Sink()
+        sink, one = self.sink, self.source.one
         for slot in (note, lambda *v: calls.append(v), functools.partial(note), Callable(), Sink.fixed, sink.fixed,
-                     sink.of_class):
-            del calls[:]
-            self.assertIs(self.source.one.connect(slot), True)
-            self.assertIs(self.source.one.emit(5), True)
-            self.assertEqual(calls, [(5,)])
-            self.assertIs(self.source.one.disconnect(), True)
-        for slot, got in ((sink.take, (5,)), (sink.declared, 5)):
-            self.source.one.connect(slot)
-            self.source.one.emit(5)
-            self.assertEqual(sink.got.pop(), got)
-            self.assertIs(self.source.one.disconnect(slot), True)
-        self.source.one.emit(5)
-        self.assertEqual(sink.got, [])
+                     sink.of_class, sink.take, sink.declared):
+            for arguments in ((), (slot,)):
+                self.assertIs(one.connect(slot), True)
+                self.assertIs(one.emit(5), True)
+                self.assertCalls((5,))
+                self.assertIs(one.disconnect(*arguments), True)
+                one.emit(5)
+                self.assertCalls()
 
     def test_what_cannot(self):
-        wrong = "'PySide.QtCore.QObject.%s' called with wrong argument types:"
-        failed = 'Failed to %s signal one(int).'
-        for slot, error, text in ((5, TypeError, wrong), ('x', RuntimeError, failed), (note, RuntimeError, failed)):
-            if slot is not note:
-                self.assertFails(error, text % 'connect', self.source.one.connect, slot)
-            self.assertFails(error, text % 'disconnect', self.source.one.disconnect, slot)
-        self.assertFails(RuntimeError, failed % 'connect', self.source.one.connect, None)
-        self.assertFails(RuntimeError, failed % 'connect', self.source.one.connect, self.source.related)
-        self.assertFails(TypeError, "unhashable type: 'list'", self.source.one.connect, [].append)
-        self.assertFails(TypeError, 'emit() takes no keyword arguments', self.source.one.emit, value=5)
-        self.assertFails(TypeError, 'native Qt signal is not callable', Source.one)
-        self.assertFails(AttributeError, "'PySide.QtCore.Signal' object has no attribute 'connect'",
-                         getattr, Source.one, 'connect')
+        failed, source = 'Failed to %s signal one(int).', self.source
+        for slot, error, text in ((5, TypeError, WRONG), ('x', RuntimeError, failed), (note, RuntimeError, failed)):
+            self.assertFails(error, text % 'disconnect', source.one.disconnect, slot)
+        for error, text, call, argument in (
+                (RuntimeError, failed % 'connect', source.one.connect, None),
+                (RuntimeError, failed % 'connect', source.one.connect, source.related),
+                (TypeError, "unhashable type: 'list'", source.one.connect, [].append),
+                (TypeError, 'native Qt signal is not callable', Source.one, 5),
+                (IndexError, 'Signature over(double) not found for signal: over', source.over.__getitem__, float),
+                (AttributeError, "'PySide.QtCore.Signal' object has no attribute 'connect'",
+                 lambda name: getattr(Source.one, name), 'connect')):
+            self.assertFails(error, text, call, argument)
+        self.assertFails(TypeError, 'emit() takes no keyword arguments', source.one.emit, value=5)
 
     def test_arguments(self):
+        two = self.source.two
         for wanted, given in ((lambda: calls.append(()), ()), (lambda a: calls.append((a,)), (1,)),
                               (lambda a, b=9: calls.append((a, b)), (1, u'x')), (note, (1, u'x'))):
-            self.source.two.connect(wanted)
-            self.source.two.emit(1, 'x')
-            self.assertEqual(calls.pop(), given)
-            self.source.two.disconnect(wanted)
-        self.source.two.connect(lambda a, b, c: None)
+            two.connect(wanted)
+            two.emit(1, 'x')
+            self.assertCalls(given)
+            two.disconnect(wanted)
+        two.connect(lambda a, b, c: None)
         with standard_error() as error:
-            self.assertIs(self.source.two.emit(1, 'x'), True)
+            self.assertIs(two.emit(1, 'x'), True)
         self.assertIn('takes exactly 3 arguments (2 given)', error.getvalue())
         for count in (0, 1, 3):
-            self.assertFails(TypeError, 'two(int,QString) only accepts 2 arguments, %d given!' % (count + 1),
-                             self.source.two.emit, *range(count))
+            self.assertFails(TypeError, 'two(int,QString) only accepts 2 arguments, %d given!' % (count + 1), two.emit,
+                             *range(count))
 
     def test_conversion_of_arguments(self):
-        self.source.one.connect(note)
-        self.source.thing.connect(note)
-        self.source.related.connect(note)
+        source = self.source
+        for signal in (source.one, source.thing, source.related):
+            signal.connect(note)
         for given, got in (('x', 0), (None, 0), (1.9, 1), (True, 1), (QtCore.QEvent.User, 1000)):
-            self.source.one.emit(given)
-            self.assertEqual(calls.pop(), (got,))
+            source.one.emit(given)
+            self.assertCalls((got,))
         with standard_error() as error:
-            self.source.one.emit(2 ** 40)
+            source.one.emit(2 ** 40)
         self.assertEqual((calls.pop(), error.getvalue()), ((0,), 'OverflowError\n'))
-        for thing in (calls, {1: 2}, None, note):
-            self.source.thing.emit(thing)
-            self.assertIs(calls.pop()[0], thing)
-        for related in (self.source, None):
-            self.source.related.emit(related)
-            self.assertIs(calls.pop()[0], related)
-        self.assertRaises(TypeError, self.source.related.emit, 5)
-        self.assertEqual(calls, [])
+        for signal, given in ((source.thing, {1: 2}), (source.thing, None), (source.thing, note),
+                              (source.related, source), (source.related, None)):
+            signal.emit(given)
+            self.assertIs(calls.pop()[0], given)
+        self.assertRaises(TypeError, source.related.emit, 5)
+        self.assertCalls()
 
     def test_overloads_and_names(self):
+        source = self.source
         self.assertEqual([str(s) for s in (Source.plain, Source.over, Source.spelled)],
                          ['plain()', 'over(int)', 'otherName(QString)'])
-        self.source.over[int, float].connect(note)
-        self.source.over.connect(note)
-        self.source.over[str].emit('unheard')
-        self.source.over[int, float].emit(1, 2)
-        self.source.over.emit(3)
-        self.source.spelled.connect(note)
-        self.source.spelled.emit('x')
-        self.assertEqual(calls, [(1, 2.0), (3,), (u'x',)])
-        self.assertFails(IndexError, 'Signature over(double) not found for signal: over',
-                         lambda: self.source.over[float])
-        self.assertIs(self.source.one, self.source.one)
+        for signal in (source.over[int, float], source.over, source.spelled):
+            signal.connect(note)
+        source.over[str].emit('unheard')
+        source.over[int, float].emit(1, 2)
+        source.over.emit(3)
+        source.spelled.emit('x')
+        self.assertCalls((1, 2.0), (3,), (u'x',))
+        self.assertIs(source.one, source.one)
 
     def test_declarations(self):
         class Mixin(object):
             mixed = QtCore.Signal(str)
 
-        class Mixed(Mixin, QtCore.QObject):
-            pass
-
-        class Derived(Source):
+        class Derived(Mixin, Source):
             more = QtCore.Signal()
 
-        mixed, derived = Mixed(), Derived()
-        mixed.mixed.connect(note)
-        mixed.mixed.emit('x')
-        for signal in (derived.more, derived.plain):
+        derived = Derived()
+        for signal, values in ((derived.more, ()), (derived.plain, ()), (derived.mixed, (u'x',))):
             signal.connect(note)
-            signal.emit()
-        self.assertEqual(calls, [(u'x',), (), ()])
-        self.assertTrue(derived.inherits('Derived') and derived.inherits('Source') and derived.inherits('QObject'))
-        self.assertFalse(derived.inherits('Mixed'))
-        self.assertIs(type(Mixin().mixed), QtCore.Signal)
+            signal.emit(*values)
+            self.assertCalls(values)
+        self.assertEqual([derived.inherits(name) for name in ('Derived', 'Source', 'QObject', 'Mixin')], [True] * 3 + [False])
         Derived.late = QtCore.Signal()
-        self.assertIs(type(derived.late), QtCore.Signal)
+        self.assertEqual([type(Mixin().mixed), type(derived.late)], [QtCore.Signal] * 2)
         self.assertFails(TypeError, 'Value types used on meta functions (including signals) need to be registered on '
                          'meta type: PySide.QtCore.QEvent.Type', QtCore.Signal, QtCore.QEvent.Type)
         self.assertRaises(TypeError, QtCore.Signal, 5)
         self.assertRaises(TypeError, QtCore.Signal, int, nothing=1)
 
-    def test_chains_of_signals(self):
-        middle = Source()
+    def test_receivers_of_c(self):
+        middle, timer = Source(), QtCore.QTimer()
         self.source.one.connect(middle.one)
-        middle.one.connect(note)
-        self.source.one.emit(5)
-        self.assertEqual(calls, [(5,)])
-        self.source.one.disconnect(middle.one)
-        self.source.one.emit(6)
-        self.assertEqual(calls, [(5,)])
-
-    def test_cpp_slots(self):
-        timer = QtCore.QTimer()
         self.source.one.connect(timer.start)
+        middle.one.connect(note)
         self.source.one.emit(100000)
         self.assertEqual((timer.isActive(), timer.interval()), (True, 100000))
-        self.source.plain.connect(timer.stop)
-        self.source.plain.emit()
-        self.assertFalse(timer.isActive())
-        self.source.plain.disconnect(timer.stop)
+        self.source.one.disconnect(middle.one)
+        self.source.one.disconnect(timer.start)
+        self.source.one.emit(6)
+        self.assertEqual(timer.interval(), 100000)
+        self.assertCalls((100000,))
 
     def test_counting_connections(self):
-        for _ in range(2):
-            self.source.plain.connect(note)
-        self.source.plain.emit()
-        self.assertEqual(len(calls), 2)
-        self.source.plain.disconnect(note)
-        self.source.plain.emit()
-        self.assertEqual(len(calls), 3)
-        self.assertFails(RuntimeError, 'Failed to connect signal plain().', self.source.plain.connect, note,
+        plain = self.source.plain
+        for change, count in ((plain.connect, 1), (plain.connect, 2), (plain.disconnect, 1)):
+            change(note)
+            plain.emit()
+            self.assertCalls(*[()] * count)
+        self.assertFails(RuntimeError, 'Failed to connect signal plain().', plain.connect, note,
                          QtCore.Qt.UniqueConnection)
         self.source.blockSignals(True)
-        self.source.plain.emit()
-        self.assertEqual(len(calls), 3)
+        plain.emit()
+        self.assertCalls()
 
     def test_slots_that_change_connections(self):
         def once():
@@ -211,7 +182,7 @@ class Signals(Case):
         self.source.plain.connect(once)
         self.source.plain.emit()
         self.source.plain.emit()
-        self.assertEqual(calls, ['once', ()])
+        self.assertCalls('once', ())
 
         timer = QtCore.QTimer()
         timer.timeout.connect(lambda: shiboken.delete(timer))
@@ -227,57 +198,37 @@ class Signals(Case):
         with standard_error() as error:
             self.assertIs(self.source.plain.emit(), True)
         self.assertIn('ValueError: in a slot', error.getvalue())
-        self.assertEqual(calls, [()])
-        code, out, _ = run('''
-from PySide import QtCore
-import sys
-t = QtCore.QTimer()
-t.timeout.connect(lambda: sys.exit(3))
-t.timeout.emit()
-print 'not reached'
-''')
-        self.assertEqual((code, out), (3, ''))
+        self.assertCalls(())
+        self.assertEqual(run('from PySide import QtCore\nt = QtCore.QTimer()\nt.timeout.connect(lambda: exit(3))\n'
+                             't.timeout.emit()\nprint "not reached"')[:2], (3, ''))
 
     def test_lives(self):
-        class Plain(object):
-            def method(self):
-                calls.append('method')
-
-        plain, sink = Plain(), Sink()
-        self.source.plain.connect(plain.method)
-        self.source.plain.connect(sink.take)
-        kept = weakref.ref(plain)
-        function = lambda: calls.append('function')
-        alive = weakref.ref(function)
-        self.source.plain.connect(function)
-        del plain, sink, function
+        plain, one = self.source.plain, self.source.one
+        plain.connect(self.sink.take)  # methods are held weakly, functions are not
+        function, other = lambda: calls.append('function'), lambda *a: None
+        plain.connect(function)
+        one.connect(other)
+        alive, other_alive = weakref.ref(function), weakref.ref(other)
+        self.sink = function = other = None
         gc.collect()
-        self.source.plain.emit()
-        self.assertEqual((kept(), calls), (None, ['function']))
-        self.assertIsNotNone(alive())
-        self.source.plain.disconnect()
+        plain.emit()
+        self.assertCalls('function')
+        plain.disconnect()
         gc.collect()
-        self.assertIsNone(alive())
-
-        bound = self.source.one
-        function = lambda *a: None
-        alive = weakref.ref(function)
-        bound.connect(function)
-        self.source = function = None
+        self.assertEqual((alive(), other_alive() is None), (None, False))
+        self.source = None
         gc.collect()
-        self.assertIsNone(alive())
-        self.assertDeleted('Source', bound.emit, 1)
-        self.assertDeleted('Source', bound.connect, note)
+        self.assertIsNone(other_alive())
+        self.assertDeleted('Source', one.emit, 1)
+        self.assertDeleted('Source', one.connect, note)
         self.assertDeleted('PySide.QtCore.QTimer', lambda: QtCore.QTimer().timeout.connect(note))
 
     def test_sender(self):
         self.source.setObjectName('it')
-        sink = Sink()
-        self.source.plain.connect(sink.take_sender)
+        self.source.plain.connect(self.sink.take_sender)
         self.source.plain.emit()
-        sink.take_sender()
-        self.assertEqual(sink.got, [u'it', False])
-        self.assertIsNone(sink.sender())
+        self.sink.take_sender()
+        self.assertCalls(u'it', False)
 
     def test_no_leaks(self):
         def work():
@@ -292,62 +243,49 @@ print 'not reached'
         self.assertNoLeak(work)
 
 
-class OldStyle(Case):
-    def setUp(self):
-        del calls[:]
-        self.source, self.sink = Source(), Sink()
-
+class OldStyle(SignalCase):
     def test_forms(self):
-        signal = QtCore.SIGNAL('one(int)')
-        self.assertEqual((signal, QtCore.SLOT('a()')), ('2one(int)', '1a()'))
-        static, source, sink = QtCore.QObject, self.source, self.sink
-        forms = [(static, (source, signal, note)), (source, (signal, note)),
-                 (static, (source, signal, sink, QtCore.SLOT('declared(int)'))),
-                 (source, (signal, sink, QtCore.SLOT('take(int)'))),
-                 (sink, (source, signal, QtCore.SLOT('declared(int)'))),
-                 (static, (source, signal, source, QtCore.SIGNAL('thing(PyObject)')))]
-        for owner, arguments in forms[:-1]:
+        signal, static, source, sink = SIGNAL('one(int)'), QtCore.QObject, self.source, self.sink
+        self.assertEqual((signal, SLOT('a()')), ('2one(int)', '1a()'))
+        for owner, arguments in ((static, (source, signal, note)), (source, (signal, note)),
+                                 (static, (source, signal, sink, SLOT('declared(int)'))),
+                                 (source, (signal, sink, SLOT('take(int)'))),
+                                 (sink, (source, signal, SLOT('declared(int)')))):
             self.assertIs(owner.connect(*arguments), True)
             source.emit(signal, 5)
-            self.assertEqual(len(calls) + len(sink.got), 1)
+            self.assertCalls((5,))
             self.assertIs(owner.disconnect(*arguments), True)
             self.assertIs(owner.disconnect(*arguments), False)
             source.emit(signal, 5)
-            self.assertEqual(len(calls) + len(sink.got), 1)
-            del calls[:], sink.got[:]
-        self.assertIs(forms[-1][0].connect(*forms[-1][1]), False)
+            self.assertCalls()
+        self.assertIs(static.connect(source, signal, source, SIGNAL('thing(PyObject)')), False)
 
     def test_what_is_made_on_demand(self):
-        signal = QtCore.SIGNAL('fresh(int, QString)')
-        self.assertIs(self.source.connect(signal, note), True)
-        self.assertIs(self.source.emit(signal, 5, 'x'), True)
-        self.assertEqual(calls, [(5, u'x')])
-        self.assertIs(self.source.emit(QtCore.SIGNAL('unheard()')), True)
-        self.source.one.connect(note)
-        self.source.one.emit(1)
-        self.assertEqual(calls[1:], [(1,)])
-
-        self.assertIs(QtCore.QObject.connect(self.source, signal, self.sink, QtCore.SLOT('later()')), True)
-        self.sink.later = lambda *values: calls.append('later')
-        self.source.emit(signal, 5, 'x')
+        signal, source, sink = SIGNAL('fresh(int, QString)'), self.source, self.sink
+        self.assertIs(source.connect(signal, note), True)
+        self.assertIs(source.emit(signal, 5, 'x'), True)
+        self.assertIs(source.emit(SIGNAL('unheard()')), True)
+        source.one.connect(note)
+        source.one.emit(1)
+        self.assertCalls((5, u'x'), (1,))
+        self.assertIs(QtCore.QObject.connect(source, signal, sink, SLOT('later()')), True)
+        sink.later = lambda *values: calls.append('later')
+        source.emit(signal, 5, 'x')
         self.assertEqual(calls[-1], 'later')
 
     def test_what_cannot_be_connected(self):
-        marked = 'Use the function PySide.QtCore.%s on %s'
-        wrong = "'PySide.QtCore.QObject.connect' called with wrong argument types:"
-        signal = QtCore.SIGNAL('one(int)')
-        for error, text, arguments in (
-                (TypeError, marked % ('SIGNAL', 'signals'), (self.source, 'one(int)', note)),
-                (TypeError, marked % ('SLOT', 'slots'), (self.source, signal, self.sink, 'declared(int)')),
-                (TypeError, wrong, ()), (TypeError, wrong, (self.source,)), (TypeError, wrong, (self.source, 5, note)),
-                (TypeError, wrong, (self.source, signal, 5)), (TypeError, wrong, (5, signal, note)),
-                (TypeError, wrong, (self.source, signal, note, 'x')),
-                (TypeError, wrong, (self.source, signal, note, QtCore.Qt.AutoConnection, 1))):
-            self.assertFails(error, text, QtCore.QObject.connect, *arguments)
-        shiboken.delete(self.sink)
-        self.assertDeleted('Sink', QtCore.QObject.connect, self.source, signal, self.sink, QtCore.SLOT('take(int)'))
-        shiboken.delete(self.source)
-        self.assertDeleted('Source', QtCore.QObject.connect, self.source, signal, note)
+        marked, wrong, signal = 'Use the function PySide.QtCore.%s on %s', WRONG % 'connect', SIGNAL('one(int)')
+        source, sink, connect = self.source, self.sink, QtCore.QObject.connect
+        for text, arguments in (
+                (marked % ('SIGNAL', 'signals'), (source, 'one(int)', note)),
+                (marked % ('SLOT', 'slots'), (source, signal, sink, 'declared(int)')), (wrong, ()), (wrong, (source,)),
+                (wrong, (source, 5, note)), (wrong, (source, signal, 5)), (wrong, (5, signal, note)),
+                (wrong, (source, signal, note, 'x')), (wrong, (source, signal, note, QtCore.Qt.AutoConnection, 1))):
+            self.assertFails(TypeError, text, connect, *arguments)
+        shiboken.delete(sink)
+        self.assertDeleted('Sink', connect, source, signal, sink, SLOT('take(int)'))
+        shiboken.delete(source)
+        self.assertDeleted('Source', connect, source, signal, note)
 
 
 if __name__ == '__main__':

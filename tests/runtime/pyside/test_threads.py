@@ -1,5 +1,6 @@
 # Signals and events across threads. A test that fails to end is stopped by ctest, and has found a deadlock.
 import gc
+import sys
 import threading
 import unittest
 
@@ -15,35 +16,38 @@ def here():
 
 
 class Threads(Case):
+    def setUp(self):
+        self.node, self.got = Node(), []
+
+    def note(self, value):
+        self.got.append((here(), value))
+
     def test_emission_from_a_library_thread(self):
-        node, got = Node(), []
-        node.levelChanged.connect(lambda value: got.append((here(), value)), QtCore.Qt.DirectConnection)
+        node, here_now = self.node, [(here(), 0), (here(), 1), (here(), 2)]
+        node.levelChanged.connect(self.note, QtCore.Qt.DirectConnection)
         node.emitFromThread(3)
-        self.assertEqual([value for _, value in got], [0, 1, 2])
-        self.assertNotIn(here(), [ident for ident, _ in got])
+        self.assertEqual([value for _, value in self.got], [0, 1, 2])
+        self.assertNotIn(here(), [ident for ident, _ in self.got])
         node.levelChanged.disconnect()
 
-        del got[:]
-        node.levelChanged.connect(lambda value: got.append((here(), value)))
+        del self.got[:]
+        node.levelChanged.connect(self.note)
         node.emitFromThread(3)
-        self.assertEqual(got, [])
-        wait_until(lambda: len(got) == 3)
-        self.assertEqual(got, [(here(), 0), (here(), 1), (here(), 2)])
+        self.assertEqual(self.got, [])
+        wait_until(lambda: len(self.got) == 3)
+        self.assertEqual(self.got, here_now)
 
-    def test_blocking_connections(self):
-        node, got = Node(), []
-        node.named.connect(lambda name, place: got.append((here(), place)), QtCore.Qt.BlockingQueuedConnection)
+        del self.got[:]
+        node.named.connect(lambda name, place: self.note(place), QtCore.Qt.BlockingQueuedConnection)
         node.startEmitting(3)
-        wait_until(lambda: len(got) == 3)
+        wait_until(lambda: len(self.got) == 3)
         node.finishEmitting()
-        self.assertEqual(got, [(here(), 0), (here(), 1), (here(), 2)])
         node.named.emit('same thread', 4)  # must not wait for itself
-        self.assertEqual(got[3], (here(), 4))
+        self.assertEqual(self.got, here_now + [(here(), 4)])
 
     def test_queued_connections_in_one_thread(self):
-        node, got = Node(), []
+        node, got, gone = self.node, [], QtCore.QObject()
         node.related.connect(lambda other: got.append(other), QtCore.Qt.QueuedConnection)
-        gone = QtCore.QObject()
         node.related.emit(gone)
         node.related.emit(node)
         shiboken.delete(gone)
@@ -51,42 +55,37 @@ class Threads(Case):
         application.processEvents()
         self.assertEqual(got, [None, node])
 
-        note = lambda other: got.append('late')
-        node.related.connect(note, QtCore.Qt.QueuedConnection)
         node.related.emit(None)
         node.related.disconnect()
         application.processEvents()
         self.assertEqual(len(got), 2)
 
-    def test_sender_gone_before_delivery(self):
-        node, got = Node(), []
-        node.fired.connect(lambda: got.append(1), QtCore.Qt.QueuedConnection)
+        node.fired.connect(lambda: got.append('sent'), QtCore.Qt.QueuedConnection)
         node.fired.emit()
         shiboken.delete(node)
         application.processEvents()
-        self.assertEqual(got, [1])
+        self.assertEqual(got[2:], ['sent'])
 
     def test_emission_while_connections_change(self):
-        node, got = Node(), []
-        node.named.connect(lambda *values: got.append(values), QtCore.Qt.DirectConnection)
-        node.startEmitting(300)
+        named, got = self.node.named, []
+        named.connect(lambda *values: got.append(values), QtCore.Qt.DirectConnection)
+        self.node.startEmitting(300)
         for _ in range(100):
             function = lambda *values: None
-            node.named.connect(function, QtCore.Qt.DirectConnection)
-            node.named.disconnect(function)
-        node.finishEmitting()
+            named.connect(function, QtCore.Qt.DirectConnection)
+            named.disconnect(function)
+        self.node.finishEmitting()
         self.assertEqual(len(got), 300)
 
     def test_no_event_loop_to_wait_for(self):
-        node, got = Node(), []
+        got = []
 
         def work():
-            node.fired.connect(lambda: got.append(here()))
-            node.fired.emit()
-        thread = threading.Thread(target=work)
-        thread.start()
-        thread.join()
-        self.assertEqual(got, [thread.ident])
+            self.node.fired.connect(lambda: got.append(here()))
+            self.node.fired.emit()
+            got.append(here())
+        in_thread(work)
+        self.assertEqual((len(got), got[0]), (2, got[1]))
         code, out, _ = run('''
 import sys
 sys.path[:0] = %r
@@ -95,7 +94,7 @@ node = Node()
 def say(value): print value
 node.levelChanged.connect(say)
 node.emitFromThread(2)
-''' % __import__('sys').path)
+''' % sys.path)
         self.assertEqual((code, out), (0, '0\n1\n'))
 
     def test_qthreads(self):
@@ -106,18 +105,13 @@ node.emitFromThread(2)
                 self.ident = here()
                 self.result.emit({'made in': here()})
 
-        got = []
         worker = Worker()
-        worker.result.connect(lambda value: got.append((here(), value)))
+        worker.result.connect(self.note)
         worker.start()
         self.assertTrue(worker.wait())
-        wait_until(lambda: got)
-        self.assertEqual(got, [(here(), {'made in': worker.ident})])
+        wait_until(lambda: self.got)
+        self.assertEqual(self.got, [(here(), {'made in': worker.ident})])
         self.assertNotEqual(worker.ident, here())
-
-        class Failing(QtCore.QThread):
-            def run(self):
-                raise ValueError
         code, _, error = run('''
 from PySide import QtCore
 class Failing(QtCore.QThread):
@@ -134,8 +128,7 @@ f.wait()
             asked = QtCore.Signal(int)
             answered = QtCore.Signal(int, object)
 
-            def work(self, value):
-                self.answered.emit(value * value, here())
+            def work(self, value): self.answered.emit(value * value, here())
 
         thread, worker, got = QtCore.QThread(), Worker(), []
         worker.moveToThread(thread)
@@ -156,12 +149,10 @@ f.wait()
         self.assertFails(RuntimeError, "a QObject's parent must live in the same thread", in_thread,
                          lambda: QtCore.QObject().setParent(application))
 
-    def test_running_thread_that_is_dropped(self):
+    def test_python_runs_while_qt_works(self):
         thread = QtCore.QThread()
         thread.start()
-        del thread
-
-    def test_python_runs_while_qt_works(self):
+        del thread  # while it runs
         done = threading.Event()
         threading.Thread(target=done.set).start()
         timer = QtCore.QTimer()
@@ -172,13 +163,12 @@ f.wait()
 
     def test_events_from_threads(self):
         class Receiver(QtCore.QObject):
-            def customEvent(self, event):
-                got.append((here(), int(event.type())))
-        receiver, got = Receiver(), []
+            def customEvent(receiver, event): self.note(int(event.type()))
+        receiver = Receiver()
         in_thread(lambda: application.postEvent(receiver, QtCore.QEvent(QtCore.QEvent.User)))
-        wait_until(lambda: got)
+        wait_until(lambda: self.got)
         in_thread(lambda: application.sendPostedEvents(None, 0))
-        self.assertEqual(got, [(here(), 1000)])
+        self.assertEqual(self.got, [(here(), 1000)])
 
 
 def in_thread(function):
