@@ -310,18 +310,14 @@ class Calls(ModuleTest):
 
     def test_default_names_are_translated_at_each_call(self):
         project = vp.Project(u"f")
-        recording.translate("Project/New layer", u"Neue Ebene")
-        recording.translate("Project/New group", u"Neue Gruppe")
-        try:
+        for word in (u"Neue", u"Andere"):
+            recording.clear()
+            recording.translate("Project/New layer", word + u" Ebene")
+            recording.translate("Project/New group", word + u" Gruppe")
             project.add_layer(None)
             project.add_group()
-        finally:
-            recording.translate("Project/New layer")
-            recording.translate("Project/New group")
-        project.add_layer(None)
-        names = [call[-3] for call in calls() if call[0] == "Project.add_layer"]
-        self.assertEqual(names, [u"Neue Ebene", u"New layer"])
-        self.assertIn(u"Neue Gruppe", [call for call in calls() if call[0] == "Project.add_group"][0])
+            self.assertEqual(calls(), [("Project.add_layer", number(project), None, word + u" Ebene", 0, 0),
+                                       ("Project.add_group", number(project), word + u" Gruppe", ())])
 
     def test_a_reference_argument_is_used_in_place(self):
         clip, info = vp.Clip(u"f"), vp.StreamInfo()

@@ -185,35 +185,36 @@ bool sendEvent(QObject* receiver, QEvent::Type type, bool elsewhere, bool withEr
     return handled;
 }
 
-class Translations : public QTranslator
+QHash<QString, QString> translations;
+
+struct Translator : QTranslator
 {
-public:
     QString translate(const char* context, const char* source, const char*, int) const override
     {
-        return table.value(QString::fromUtf8(context) + '/' + source);
+        return translations.value(QString::fromUtf8(context) + '/' + source);
     }
-    bool isEmpty() const override { return table.isEmpty(); }
-    QHash<QString, QString> table;
+    bool isEmpty() const override { return false; }
 };
 
 void translate(QString source, QString translation)
 {
-    static Translations* const translations = new Translations;
-    if (!QCoreApplication::instance())
+    static Translator* const translator = new Translator; // may outlive the application
+    if (!QCoreApplication::installTranslator(translator))
         throw std::logic_error("there is no application");
-    QCoreApplication::removeTranslator(translations);
-    QCoreApplication::installTranslator(translations);
-    if (translation.isNull())
-        translations->table.remove(source);
-    else
-        translations->table.insert(source, translation);
+    translations.insert(source, translation);
+}
+
+void clear()
+{
+    forget();
+    translations.clear();
 }
 
 PyMethodDef functions[] = {
     method<listCalls>("calls", "[(function, arguments...),...] since clear()"),
     method<listLocks>("locks", "((function, the interpreter's lock was held),...)"),
     method<listCounts>("counts", "How many objects of a class are alive, and how often it was copied and destroyed"),
-    method<forget>("clear", "Forgets calls and orders"),
+    method<clear>("clear", "Forgets calls, orders and translations"),
     method<forgetEngine>("forget_engine", "Makes every handle null and brings a new manager"),
     method<returns>("returns", "(function, value); function#number for one object"),
     method<throws>("throws", "(function, class of the exception, text)"),
@@ -232,7 +233,7 @@ PyMethodDef functions[] = {
     method<sendEvent>("send", "(number, event type, on another thread, with an error pending) -> handled"),
     method<sendThrough>("send_through", "(number, event type) -> handled, by the application"),
     {"take_error", &takeError, METH_NOARGS, "The class of an error left pending behind a result, or None"},
-    method<translate>("translate", "(context/text[, translation])"),
+    method<translate>("translate", "(context/text, translation)"),
     {nullptr, nullptr, 0, nullptr}};
 
 } // namespace
