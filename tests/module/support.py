@@ -60,10 +60,17 @@ FITTING = {
 }
 
 
-def fitting(text):
-    """An argument that a signature takes where it has that text."""
+def arguments(signature):
+    """What a signature takes, each argument unlike its neighbours."""
+    return [fitting(text, place) for place, text in enumerate(signature.split(", ")) if text]
+
+
+def fitting(text, place=0):
     kind = text.split(" = ")[0]
-    return FITTING[kind][0] if kind in FITTING else make(kind.rsplit(".")[-1])
+    values = {"unicode": u"name %d" % place, "int": -1 - place, "unsigned int": 1 + place, "float": 0.5 + place}
+    if kind in FITTING:
+        return values.get(kind, FITTING[kind][0])
+    return vp.View(1 + place) if kind == "vireo.project.View" else make(kind.rsplit(".")[-1])
 
 
 def number(thing):

@@ -46,7 +46,6 @@ RECEIVED = {
     ],
     "XControlPoint": [
         ("set_point_data", "a.set_point_data(1.5, XControlPointData(x=1.0))", (1.5, X1[:7], 7)),
-        ("update_point_data", "a.update_point_data(0, XControlPointData(), view=True)", (0.0, EMPTY[:7], 1)),
     ],
     "Layer": [
         ("parameter", "a.parameter(('p', u'x'))", ((u"p", u"x"),)),
@@ -58,14 +57,11 @@ RECEIVED = {
         ("set_parent", "a.parent = None", (None, 0)),
         ("set_link_to_track", "a.link_to_track = None", (None,)),
         ("set_link_to_track", "a.link_to_track = handle('Layer', 5)", ((5,),)),
-        ("set_link_to_track", "a.link_to_track = 5", ((0,),)),
-        ("set_matte_color", "a.matte_color = [0.25, 0.5, 1]", ((0.25, 0.5, 1.0),)),
     ],
     "Parameter": [
         ("set", "a.set(True, 3.0)", ((u"bool", True), 3.0, 0)),
         ("set", "a.set(1.5, time=3, view=2)", ((u"double", 1.5), 3.0, 2)),
         ("set", "a.set([u'a', u'b'])", ((u"QStringList", (u"a", u"b")), float(UINT_MAX), 0)),
-        ("delete_keyframe", "a.delete_keyframe(3, 2)", (3.0, 2)),
     ],
     "UndoGroup": [
         ("commit", "a.__exit__(None, None, None)", ()),
@@ -74,24 +70,18 @@ RECEIVED = {
         ("rollback", "a.__exit__(None, 0, None)", ()),
     ],
     "Clip": [
-        ("add_stream", "a.add_stream('/p', View(), 1, 100, validate=True)", (u"/p", 7, 1, 100, True)),
-        ("delete_stream", "a.delete_stream(-1)", (-1,)),
         ("relink", "a.relink(u'/n', u'p', u's', 1, end_frame=2, view=0)", (u"/n", u"p", u"s", 1, 2, 0)),
         ("relink", "a.relink(None)", (None, u"", u"", UINT_MAX, UINT_MAX, 7)),
         ("relink", "a.relink(StreamInfo(u'/a', u'', u'', 1, 2, 3), view=0, path=5)", ((u"/a", u"", u"", 1, 2, 3), 0)),
         ("exportClip", "a.export(None, 'a', 'b', 'c', 'd', 1, 2)", (None, u"a", u"b", u"c", u"d", 1, 2, 1, (), False)),
         ("exportClip", "a.export(a, 'a', 'b', 'c', 'd', 1, 2, separate_streams=True, views=[View(1), 2])",
          ("self", u"a", u"b", u"c", u"d", 1, 2, 1, (1, 2), True)),
-        ("set_frame_size", "a.frame_size = [640, 480]", ((640, 480),)),
         ("set_color_parameters", "a.color_parameters = None", (None,)),
     ],
     "Project": [
-        ("set_output_dir", "a.set_output_dir(None, True)", (None, True)),
-        ("add_clip", "a.add_clip(None, u'A')", (None, u"A")),
         ("add_group", "a.add_group(layers=(handle('Layer', 2), handle('Layer', 0)))", (u"New group", (2, 0))),
         ("track_layers", "a.track_layers(1, layers=[handle('Layer', 2)], views=[0, View(3)])",
          (1, UINT_MAX, (2,), (0, 3))),
-        ("render", "a.render(None, 1, -10, [handle('Layer', 2)])", (None, 1, -10, (2,), 0)),
         ("set_notes", "a.notes = '\\xe4'", (u"\xe4",)),
         ("set_frame_rate", "a.frame_rate = 24", (24.0,)),
         ("set_length", "a.length = 2.9", (2,)),
@@ -161,7 +151,7 @@ def asked(name, member):
             return "%s.%s" % (name, row[1]), lambda one: getattr(one, member)
     for row in overloads():
         if row[:2] == (name, member):
-            given = [fitting(text) for text in row[3].split(", ") if text and " = " not in text]
+            given = arguments(", ".join(text for text in row[3].split(", ") if " = " not in text))
             return "%s.%s" % (name, member), lambda one: getattr(one, member)(*given)
 
 
@@ -169,7 +159,6 @@ def asked(name, member):
 CONSTRUCTORS = [
     ("Project('f', None)", ("Project", u"f", None)),
     ("Project(None)", ("Project", None, 0, None)),
-    ("Project(None, UpperFieldFirst)", ("Project", None, 1, None)),
     ("Clip(u'a', length=3, clip_name='n', width=1, height=2, validate=True)",
      ("Clip", u"a", u"n", True, 1, 2, 3, None)),
     ("Clip(u'a', u'n', 1, 1, 2, 3, None)", ("Clip", u"a", u"n", True, 1, 2, 3, None)),
@@ -178,8 +167,6 @@ CONSTRUCTORS = [
     ("Clip(u'a', a=1, b=2, c=3, d=4, e=5, f=6, g=7, h=8)", ("Clip", u"a", u"NewClip", False, 0, 0, 0, None)),
     ("ProgressWatcher(other=5)", ("ProgressWatcher", None)),
     ("ColorParameters(other=5)", ("ColorParameters", 0, 0, 0.0, 0.0, 685.0, 0.0, 1.0)),
-    ("ColorParameters(LogColorspace, _8BitConversion, 1, 2, 3, 4, 5)",
-     ("ColorParameters", 1, 2, 1.0, 2.0, 3.0, 4.0, 5.0)),
     ("RenderInsertOperation()", ("RenderInsertOperation",)),
     ("RenderRemoveOperation(1, 2)", ("RenderRemoveOperation",)),
     ("RenderStabilizeOperation(1, x=2)", ("RenderStabilizeOperation",)),
@@ -194,16 +181,16 @@ class Calls(ModuleTest):
         def check(name, method, counted, signature, keywords, signatures):
             label = "%s.%s" % (name, FUNCTIONS.get(method, method)) if method else name
             texts = signature.split(", ") if signature else []
-            given = [fitting(text) for text in texts]
+            given = arguments(signature)
             received = [plain(text, value) for text, value in zip(texts, given)]
             least = len(texts) - len(keywords)
             expected = received[:least] + [DEFAULTS[text.split(" = ")[1]] for text in texts[least:]]
 
-            def reaches(expected, arguments, keywords={}):
+            def reaches(expected, positional, keywords={}):
                 one = make(name) if method else None
                 recording.clear()
-                kept = getattr(one, method)(*arguments, **keywords) if method else getattr(vp, name)(
-                    *arguments, **keywords)
+                kept = getattr(one, method)(*positional, **keywords) if method else getattr(vp, name)(
+                    *positional, **keywords)
                 subject = [number(one)] if method else []
                 noted = zip(recording.calls(), recording.locks())
                 self.assertEqual([(call, lock[1]) for call, lock in noted if call[0] == label],

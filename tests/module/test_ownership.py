@@ -188,10 +188,9 @@ class Validity(ModuleTest):
 
     def test_dead_arguments_fail_before_the_library_is_called(self):
         def check(name, method, counted, signature, keywords, signatures):
-            texts = [text for text in signature.split(", ") if text]
-            for place, text in enumerate(texts):
+            for place, text in enumerate(signature.split(", ")):
                 if text.split(" = ")[0].rsplit(".")[-1] in CLASSES:
-                    given = [fitting(text) for text in texts]
+                    given = arguments(signature)
                     shiboken.delete(given[place])
                     one = make(name)
                     recording.clear()

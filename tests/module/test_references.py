@@ -54,9 +54,8 @@ class References(ModuleTest):
             for member in set(row[0] for row in RESULTS[name]):
                 rows.append((member, self.compiled("a(b)", asked(name, member)[1], make(name))))
         for name, method, _, signature, keywords, _ in overloads():
-            given = [fitting(text) for text in signature.split(", ") if text]
             code = "a.%s(*b)" % method if method else "%s(*b)" % name
-            rows.append((name + code, self.compiled(code, make(name), given)))
+            rows.append((name + code, self.compiled(code, make(name), arguments(signature))))
         self.holds(rows)
 
     def test_failing_calls(self):

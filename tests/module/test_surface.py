@@ -58,7 +58,7 @@ class Arguments(ModuleTest):
         def check(name, method, counted, signature, keywords, signatures):
             full = ".".join(filter(None, [name, method]))
             texts = signature.split(", ") if signature else []
-            given = [fitting(text) for text in texts]
+            given = arguments(signature)
             required = [one for one, text in zip(given, texts) if " = " not in text]
 
             def wrong(arguments, keywords={}):
