@@ -51,56 +51,18 @@ extern SbkConverter** SbkPySide_QtCoreTypeConverters;
 
 namespace Shiboken {
 
-template <>
-inline PyTypeObject* SbkType<::QObject>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QOBJECT_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QEvent>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QEVENT_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QEvent::Type>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QEVENT_TYPE_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QTimerEvent>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QTIMEREVENT_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QChildEvent>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QCHILDEVENT_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QByteArray>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QBYTEARRAY_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QCoreApplication>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QCOREAPPLICATION_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QTimer>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QTIMER_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::QThread>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QTHREAD_IDX];
-}
-template <>
-inline PyTypeObject* SbkType<::Qt::ConnectionType>()
-{
-    return SbkPySide_QtCoreTypes[SBK_QT_CONNECTIONTYPE_IDX];
-}
+// clang-format off
+template <> inline PyTypeObject* SbkType<::QObject>() { return SbkPySide_QtCoreTypes[SBK_QOBJECT_IDX]; }
+template <> inline PyTypeObject* SbkType<::QEvent>() { return SbkPySide_QtCoreTypes[SBK_QEVENT_IDX]; }
+template <> inline PyTypeObject* SbkType<::QEvent::Type>() { return SbkPySide_QtCoreTypes[SBK_QEVENT_TYPE_IDX]; }
+template <> inline PyTypeObject* SbkType<::QTimerEvent>() { return SbkPySide_QtCoreTypes[SBK_QTIMEREVENT_IDX]; }
+template <> inline PyTypeObject* SbkType<::QChildEvent>() { return SbkPySide_QtCoreTypes[SBK_QCHILDEVENT_IDX]; }
+template <> inline PyTypeObject* SbkType<::QByteArray>() { return SbkPySide_QtCoreTypes[SBK_QBYTEARRAY_IDX]; }
+template <> inline PyTypeObject* SbkType<::QCoreApplication>() { return SbkPySide_QtCoreTypes[SBK_QCOREAPPLICATION_IDX]; }
+template <> inline PyTypeObject* SbkType<::QTimer>() { return SbkPySide_QtCoreTypes[SBK_QTIMER_IDX]; }
+template <> inline PyTypeObject* SbkType<::QThread>() { return SbkPySide_QtCoreTypes[SBK_QTHREAD_IDX]; }
+template <> inline PyTypeObject* SbkType<::Qt::ConnectionType>() { return SbkPySide_QtCoreTypes[SBK_QT_CONNECTIONTYPE_IDX]; }
+// clang-format on
 
 } // namespace Shiboken
 

@@ -37,7 +37,7 @@ template <> struct Wrapped<Qt::ConnectionType> { static constexpr const char* na
 template <class T>
 PyTypeObject* typeOf()
 {
-    return SbkPySide_QtCoreTypes[Wrapped<T>::place];
+    return Shiboken::SbkType<T>();
 }
 template <class T>
 SbkObjectType* wrapperTypeOf()

@@ -152,6 +152,12 @@ bool disconnectAll(QObject* sender, const QByteArray& signature)
 
 bool emitSignal(QObject* sender, const QMetaMethod& signal, PyObject* arguments)
 {
+    const int given = static_cast<int>(PyTuple_GET_SIZE(arguments));
+    if (given != signal.parameterCount()) { // the count that is named has always included the signal itself
+        PyErr_Format(PyExc_TypeError, "%s only accepts %d arguments, %d given!", signal.methodSignature().constData(),
+                     signal.parameterCount(), given + 1);
+        return false;
+    }
     CallArguments values(parameterTypes(signal));
     if (!values.isComplete()) {
         PyErr_Format(PyExc_TypeError, "Values of the C++ type '%s' have no Python counterpart",

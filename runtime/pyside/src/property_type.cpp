@@ -129,10 +129,7 @@ bool initPropertyType(PyObject* module)
     propertyType.tp_descr_set = &set;
     propertyType.tp_call = &call;
     propertyType.tp_methods = methods;
-    if (PyType_Ready(&propertyType) < 0)
-        return false;
-    Py_INCREF(&propertyType);
-    return PyModule_AddObject(module, "Property", reinterpret_cast<PyObject*>(&propertyType)) == 0;
+    return addType(module, propertyType);
 }
 
 bool isProperty(PyObject* object) { return object && Py_TYPE(object) == &propertyType; }

@@ -131,20 +131,6 @@ void PythonSlot::deliver(QObject* sender, void** arguments)
                               m_type == Qt::BlockingQueuedConnection ? m_type : Qt::QueuedConnection);
 }
 
-PyObject* PythonSlot::argumentTuple(PyObject* callable, void** arguments) const
-{
-    const std::size_t most = static_cast<std::size_t>(PythonCallable::mostArguments(callable));
-    const std::size_t count = std::min(most, m_types.size());
-    Reference tuple(PyTuple_New(count));
-    for (std::size_t i = 0; tuple && i < count; ++i) {
-        PyObject* const argument = m_types[i].toPython(arguments[i + 1]);
-        if (!argument)
-            return nullptr;
-        PyTuple_SET_ITEM(tuple.get(), i, argument);
-    }
-    return tuple.release();
-}
-
 void PythonSlot::call(QObject* sender, void** arguments)
 {
     if (!isPythonAlive())
@@ -157,7 +143,8 @@ void PythonSlot::call(QObject* sender, void** arguments)
     const Reference callable = m_callable.resolve();
     if (callable) {
         const RunningCallScope scope(sender, m_callable.owner());
-        const Reference tuple(argumentTuple(callable.get(), arguments));
+        const std::size_t most = static_cast<std::size_t>(PythonCallable::mostArguments(callable.get()));
+        const Reference tuple(argumentTuple(m_types, std::min(most, m_types.size()), arguments));
         const Reference result(tuple ? PyObject_CallObject(callable.get(), tuple.get()) : nullptr);
     }
     if (PyErr_Occurred())

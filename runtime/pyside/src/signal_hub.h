@@ -36,8 +36,6 @@ public:
     bool isDead() const;
 
 private:
-    PyObject* argumentTuple(PyObject* callable, void** arguments) const;
-
     PythonCallable m_callable;
     const ValueTypes m_types;
     const Qt::ConnectionType m_type;

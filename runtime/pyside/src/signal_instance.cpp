@@ -121,11 +121,6 @@ PyObject* emitIt(PyObject* self, PyObject* arguments)
     const SignalPlace signal(source, data.signatures[0]);
     if (!signal.exists())
         return fail("emit", data);
-    const int given = static_cast<int>(PyTuple_GET_SIZE(arguments));
-    const int wanted = signal.method.parameterCount();
-    if (given != wanted) // the count that is named has always included the signal itself
-        return PyErr_Format(PyExc_TypeError, "%s only accepts %d arguments, %d given!", data.signatures[0].constData(),
-                            wanted, given + 1);
     if (!emitSignal(source, signal.method, arguments))
         return nullptr;
     Py_RETURN_TRUE;
@@ -141,11 +136,9 @@ PyObject* overload(PyObject* self, PyObject* key)
         return nullptr;
     const QByteArray wanted = data.name + '(' + types + ')';
     for (const QByteArray& signature : data.signatures) {
-        if (signature != wanted)
-            continue;
-        PyObject* const selected = newSignalInstance({data.name, data.name, {types}}, data.source,
-                                                     reinterpret_cast<PyTypeObject*>(data.sourceType.get()));
-        return selected;
+        if (signature == wanted)
+            return newSignalInstance({data.name, data.name, {types}}, data.source,
+                                     reinterpret_cast<PyTypeObject*>(data.sourceType.get()));
     }
     return PyErr_Format(PyExc_IndexError, "Signature %s not found for signal: %s", wanted.constData(),
                         data.name.constData());

@@ -21,14 +21,7 @@ void callPythonSlot(QObject* object, const QMetaMethod& method, void** arguments
     const ValueTypes types = parameterTypes(method);
     const Reference self = Reference::borrow(reinterpret_cast<PyObject*>(wrapper));
     const Reference callable(PyObject_GetAttrString(self.get(), method.name().constData()));
-    Reference tuple(callable ? PyTuple_New(types.size()) : nullptr);
-    for (std::size_t i = 0; tuple && i < types.size(); ++i) {
-        PyObject* const argument = types[i].toPython(arguments[i + 1]);
-        if (argument)
-            PyTuple_SET_ITEM(tuple.get(), i, argument);
-        else
-            tuple = Reference();
-    }
+    const Reference tuple(callable ? argumentTuple(types, types.size(), arguments) : nullptr);
     const Reference result(tuple ? PyObject_CallObject(callable.get(), tuple.get()) : nullptr);
     if (result && arguments[0] && method.returnType() != QMetaType::Void)
         ValueType(method.typeName()).fromPython(result.get(), arguments[0]);
@@ -48,15 +41,7 @@ bool SignalManager::emitSignal(QObject* source, const char* signal, PyObject* ar
 {
     const QByteArray signature = QMetaObject::normalizedSignature(*signal == '0' + QSIGNAL_CODE ? signal + 1 : signal);
     const SignalPlace place(source, signature);
-    if (!place.exists())
-        return true;
-    const int given = static_cast<int>(PyTuple_GET_SIZE(arguments));
-    if (given != place.method.parameterCount()) {
-        PyErr_Format(PyExc_TypeError, "%s only accepts %d arguments, %d given!", signature.constData(),
-                     place.method.parameterCount(), given + 1);
-        return false;
-    }
-    return PySide::emitSignal(source, place.method, arguments);
+    return !place.exists() || PySide::emitSignal(source, place.method, arguments);
 }
 
 int SignalManager::qt_metacall(QObject* object, QMetaObject::Call call, int id, void** arguments)

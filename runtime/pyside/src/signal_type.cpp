@@ -37,7 +37,7 @@ bool readParameters(PyObject* arguments, std::vector<QByteArray>& parameters)
     return true;
 }
 
-PyObject* newDeclared(PyTypeObject* type, PyObject* arguments, PyObject* keywords)
+PyObject* newDeclared(PyTypeObject*, PyObject* arguments, PyObject* keywords)
 {
     SignalData data;
     PyObject* const name = keywords ? PyDict_GetItemString(keywords, "name") : nullptr;
@@ -51,12 +51,7 @@ PyObject* newDeclared(PyTypeObject* type, PyObject* arguments, PyObject* keyword
     }
     if (name)
         data.name = PyString_AS_STRING(name);
-    if (!readParameters(arguments, data.parameters))
-        return nullptr;
-    PyObject* const self = type->tp_alloc(type, 0);
-    if (self)
-        reinterpret_cast<SignalObject*>(self)->data = new SignalData(std::move(data));
-    return self;
+    return readParameters(arguments, data.parameters) ? newSignal(std::move(data)) : nullptr;
 }
 
 void deallocate(PyObject* self)
@@ -163,12 +158,7 @@ bool initSignalTypes(PyObject* module)
     if (PyType_Ready(&metaType) < 0)
         return false;
     Py_TYPE(&PySideSignalType) = &metaType;
-    if (PyType_Ready(&PySideSignalType) < 0 || PyType_Ready(&PySideSignalInstanceType) < 0)
-        return false;
-    Py_INCREF(&PySideSignalType);
-    Py_INCREF(&PySideSignalInstanceType);
-    return PyModule_AddObject(module, "Signal", reinterpret_cast<PyObject*>(&PySideSignalType)) == 0 &&
-           PyModule_AddObject(module, "SignalInstance", reinterpret_cast<PyObject*>(&PySideSignalInstanceType)) == 0;
+    return addType(module, PySideSignalType) && addType(module, PySideSignalInstanceType);
 }
 
 } // namespace PySide

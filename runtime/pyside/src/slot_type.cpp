@@ -89,10 +89,7 @@ bool initSlotType(PyObject* module)
     type.tp_new = &newSlot;
     type.tp_dealloc = &deallocate;
     type.tp_call = &decorate;
-    if (PyType_Ready(&type) < 0)
-        return false;
-    Py_INCREF(&type);
-    return PyModule_AddObject(module, "Slot", reinterpret_cast<PyObject*>(&type)) == 0;
+    return addType(module, type);
 }
 
 } // namespace PySide

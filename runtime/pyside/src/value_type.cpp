@@ -102,6 +102,18 @@ ValueTypes parameterTypes(const QMetaMethod& method)
     return types;
 }
 
+PyObject* argumentTuple(const ValueTypes& types, std::size_t count, void** arguments)
+{
+    Reference tuple(PyTuple_New(count));
+    for (std::size_t i = 0; tuple && i < count; ++i) {
+        PyObject* const argument = types[i].toPython(arguments[i + 1]);
+        if (!argument)
+            return nullptr;
+        PyTuple_SET_ITEM(tuple.get(), i, argument);
+    }
+    return tuple.release();
+}
+
 CallArguments::CallArguments(const ValueTypes& types) : CallArguments(types, nullptr) {}
 
 CallArguments::CallArguments(const ValueTypes& types, void* const* arguments)

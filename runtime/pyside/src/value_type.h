@@ -38,6 +38,9 @@ typedef std::vector<ValueType> ValueTypes;
 
 ValueTypes parameterTypes(const QMetaMethod& method);
 
+// The first `count` arguments of a meta-call for Python. Null with an error.
+PyObject* argumentTuple(const ValueTypes& types, std::size_t count, void** arguments);
+
 // Values of the given types, for a meta-call: an array whose first place is for the result.
 class CallArguments
 {
