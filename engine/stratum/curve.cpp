@@ -241,27 +241,25 @@ void addBezierExtremes(const Cubic& c, Bounds& box)
 
 bool isZero(const Value& value) { return value.x == 0 && value.y == 0; }
 
-Split splitBezier(const Curve& curve, std::size_t segment, double t)
+CurvePoint splitBezier(const Curve& curve, std::size_t segment, double t)
 {
     const CurvePoint &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
-    Split split;
     const Cubic c = cubic(curve, segment);
+    CurvePoint point;
     if (isZero(from.forward) && isZero(to.backward)) {
         // A straight line stays one without tangents.
         const Value middle = mix(c[0], c[3], t);
-        split.point.x = middle.x;
-        split.point.y = middle.y;
-        return split;
+        point.x = middle.x;
+        point.y = middle.y;
+        return point;
     }
     const Value a = mix(c[0], c[1], t), b = mix(c[1], c[2], t), d = mix(c[2], c[3], t);
     const Value left = mix(a, b, t), right = mix(b, d, t), middle = mix(left, right, t);
-    split.point.x = middle.x;
-    split.point.y = middle.y;
-    split.point.backward = difference(left, middle);
-    split.point.forward = difference(right, middle);
-    split.previousForward = difference(a, c[0]);
-    split.nextBackward = difference(d, c[3]);
-    return split;
+    point.x = middle.x;
+    point.y = middle.y;
+    point.backward = difference(left, middle);
+    point.forward = difference(right, middle);
+    return point;
 }
 
 // How far the four segments around a new point lie from the three that were there.
@@ -285,26 +283,26 @@ double deviation(const Curve& before, std::size_t segment, const Curve& after)
     return furthest;
 }
 
-Split splitXSpline(const Curve& curve, std::size_t segment, double t)
+CurvePoint splitXSpline(const Curve& curve, std::size_t segment, double t)
 {
-    Split split;
+    CurvePoint point;
     const Value middle = evaluateXSpline(curve, segment, t);
-    split.point.x = middle.x;
-    split.point.y = middle.y;
+    point.x = middle.x;
+    point.y = middle.y;
     // A point with a weight above 0 would have to lie off the curve; of the others the best is taken.
     double least = unlimitedDistance;
     Curve after = curve;
     const std::size_t index = segment % curve.points.size() + 1;
-    after.points.insert(after.points.begin() + static_cast<std::ptrdiff_t>(index), split.point);
+    after.points.insert(after.points.begin() + static_cast<std::ptrdiff_t>(index), point);
     for (int eighths = 0; eighths <= 8; ++eighths) {
         after.points[index].weight = -eighths / 8.0;
         const double moved = deviation(curve, segment % curve.points.size(), after);
         if (moved < least - 1e-9) { // else the one that is more of a corner: on straight lines all fit
             least = moved;
-            split.point.weight = after.points[index].weight;
+            point.weight = after.points[index].weight;
         }
     }
-    return split;
+    return point;
 }
 
 } // namespace
@@ -350,14 +348,14 @@ Bounds bounds(const Curve& curve)
     return box;
 }
 
-Split split(const Curve& curve, std::size_t segment, double t)
+CurvePoint split(const Curve& curve, std::size_t segment, double t)
 {
     const bool bezier = curve.type == VX_CONTOUR_BEZIER;
-    Split split = bezier ? splitBezier(curve, segment, t) : splitXSpline(curve, segment, t);
+    CurvePoint point = bezier ? splitBezier(curve, segment, t) : splitXSpline(curve, segment, t);
     const CurvePoint &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
-    split.point.edgeWidth = from.edgeWidth + (to.edgeWidth - from.edgeWidth) * t;
-    split.point.edgeAngleRatio = from.edgeAngleRatio + (to.edgeAngleRatio - from.edgeAngleRatio) * t;
-    return split;
+    point.edgeWidth = from.edgeWidth + (to.edgeWidth - from.edgeWidth) * t;
+    point.edgeAngleRatio = from.edgeAngleRatio + (to.edgeAngleRatio - from.edgeAngleRatio) * t;
+    return point;
 }
 
 double nearest(const Curve& curve, std::size_t segment, double x, double y)

@@ -216,7 +216,7 @@ Gap gapAt(const ContourModel& contour, std::size_t index, double time, int view)
 }
 
 // The values of a new point at one time, as they follow from the curve.
-void putOnCurve(PointValues& values, const Split& split, bool bezier)
+void putOnCurve(PointValues& values, const CurvePoint& point, bool bezier)
 {
     const auto choose = [&values](PointField field, Knob::Value value) {
         if (!values.fields[field])
@@ -224,15 +224,15 @@ void putOnCurve(PointValues& values, const Split& split, bool bezier)
     };
     choose(PointActive, {1, 0});
     choose(PointCorner, {0, 0});
-    choose(PointX, {split.point.x, 0});
-    choose(PointY, {split.point.y, 0});
-    choose(PointEdgeWidth, {split.point.edgeWidth, 0});
-    choose(PointEdgeAngleRatio, {split.point.edgeAngleRatio, 0});
+    choose(PointX, {point.x, 0});
+    choose(PointY, {point.y, 0});
+    choose(PointEdgeWidth, {point.edgeWidth, 0});
+    choose(PointEdgeAngleRatio, {point.edgeAngleRatio, 0});
     if (bezier) {
-        choose(PointHandleBackward, split.point.backward);
-        choose(PointHandleForward, split.point.forward);
+        choose(PointHandleBackward, point.backward);
+        choose(PointHandleForward, point.forward);
     } else {
-        choose(PointWeight, {split.point.weight, 0});
+        choose(PointWeight, {point.weight, 0});
     }
 }
 
@@ -275,11 +275,11 @@ public:
 
 private:
     // A point that is put beside the curve keeps its distance from it while the curve moves.
-    void writeAlong(KeyEdits& edits, PointModel& point, const Split& here)
+    void writeAlong(KeyEdits& edits, PointModel& point, const CurvePoint& here)
     {
         PointValues now = m_given;
         putOnCurve(now, here, m_bezier);
-        const double offsetX = now.fields[PointX]->x - here.point.x, offsetY = now.fields[PointY]->x - here.point.y;
+        const double offsetX = now.fields[PointX]->x - here.x, offsetY = now.fields[PointY]->x - here.y;
         for (const auto& [view, time] : placesOf(m_gap.around, m_bezier)) {
             const Curve curve = m_gap.curve(m_contour.type(), time, view);
             const CurveVertex place = evaluate(curve, m_gap.segment(), m_parameter);
@@ -287,11 +287,11 @@ private:
             edits.set(point.fields[PointY], time, view, Knob::Value{place.y + offsetY, 0});
             if (!m_bezier)
                 continue;
-            const Split there = split(curve, m_gap.segment(), m_parameter);
+            const CurvePoint there = split(curve, m_gap.segment(), m_parameter);
             if (!m_given.fields[PointHandleBackward])
-                edits.set(point.fields[PointHandleBackward], time, view, there.point.backward);
+                edits.set(point.fields[PointHandleBackward], time, view, there.backward);
             if (!m_given.fields[PointHandleForward])
-                edits.set(point.fields[PointHandleForward], time, view, there.point.forward);
+                edits.set(point.fields[PointHandleForward], time, view, there.forward);
         }
         putAll(edits, point, now, m_time, m_view);
     }

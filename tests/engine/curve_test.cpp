@@ -125,22 +125,6 @@ TEST(Bezier, IsTheCubicOfItsTangents)
         }
 }
 
-TEST(Bezier, IsSplitWithoutAChange)
-{
-    std::mt19937 random(6);
-    const Curve curve = randomCurve(VX_CONTOUR_BEZIER, random, 3);
-    const double t = 0.3;
-    const Split half = split(curve, 1, t);
-    Curve after = curve;
-    after.points[1].forward = half.previousForward;
-    after.points[2].backward = half.nextBackward;
-    after.points.insert(after.points.begin() + 2, half.point);
-    for (double u = 0; u <= 1; u += 0.1) {
-        EXPECT_NEAR(evaluate(after, 1, u).x, evaluate(curve, 1, u * t).x, 1e-9);
-        EXPECT_NEAR(evaluate(after, 2, u).y, evaluate(curve, 1, t + u * (1 - t)).y, 1e-9);
-    }
-}
-
 TEST(XSpline, WeightsMeanWhatThePaperSays)
 {
     Curve curve;
@@ -186,16 +170,16 @@ TEST(XSpline, APointOnTheCurveHardlyChangesIt)
             curve.points[i].y = 150 + 100 * std::sin(i * 0.785) + curve.points[i].y / 20;
             curve.points[i].weight = -0.5;
         }
-        const Split half = split(curve, 3, 0.5);
+        const CurvePoint half = split(curve, 3, 0.5);
         Curve after = curve;
-        after.points.insert(after.points.begin() + 4, half.point);
+        after.points.insert(after.points.begin() + 4, half);
         const std::vector<CurveVertex> polygon = flatten(curve);
         for (const CurveVertex& vertex : flatten(after))
             ASSERT_LT(distance(polygon, vertex.x, vertex.y), 6.0);
         Curve straight = curve;
         for (CurvePoint& point : straight.points)
             point.weight = 0;
-        EXPECT_EQ(split(straight, 3, 0.5).point.weight, 0);
+        EXPECT_EQ(split(straight, 3, 0.5).weight, 0);
     }
 }
 

@@ -43,6 +43,7 @@ const std::vector<NamedChange>& changes()
         Layer back = layer(project, "back");
         return XSplineContour(contourOf(back), back.projectManager());
     };
+    static const Fundo::Colour3<float> blue{0, 0, 0.5f};
     static const std::vector<NamedChange> all = {
         {"frame rate", [](Project& p) { p.set_frame_rate(50); }},
         {"first frame", [](Project& p) { p.set_first_frame_offset(1001); }},
@@ -52,10 +53,7 @@ const std::vector<NamedChange>& changes()
         {"range", [](Project& p) { p.set_in_out_range(qMakePair(0u, 1u)); }},
         {"notes", [](Project& p) { p.set_notes("other"); }},
         {"folder", [](Project& p) { p.set_output_dir("/tmp", true); }},
-        {"one view",
-         [](Project& p) {
-             p.set_views({ViewInfo("One", "O", {1, 1, 1})});
-         }},
+        {"one view", [](Project& p) { p.set_views(p.get_views().mid(0, 1)); }},
         {"hero", [](Project& p) { p.set_default_hero_view(View(0)); }},
         {"clip", [](Project& p) { p.add_clip(p.get_default_trackable_clip(), "again"); }},
         {"clip rate", [](Project& p) { p.get_default_trackable_clip()->set_frame_rate(12); }},
@@ -65,19 +63,10 @@ const std::vector<NamedChange>& changes()
         {"hide", [](Project& p) { layer(p, "front").set_visibility(false); }},
         {"lock", [](Project& p) { layer(p, "front").set_locked(true); }},
         {"select", [](Project& p) { layer(p, "back").set_selected(true); }},
-        {"matte",
-         [](Project& p) {
-             layer(p, "front").set_matte_color({0, 0, 0.5f});
-         }},
-        {"stroke",
-         [](Project& p) {
-             layer(p, "front").set_stroke_color({0, 0, 0.5f});
-         }},
-        {"lower",
-         [](Project& p) {
-             layer(p, "front").set_z_order(0);
-             layer(p, "third").set_z_order(99);
-         }},
+        {"matte", [](Project& p) { layer(p, "front").set_matte_color(blue); }},
+        {"stroke", [](Project& p) { layer(p, "front").set_stroke_color(blue); }},
+        {"higher", [](Project& p) { layer(p, "front").set_z_order(1); }},
+        {"to the top of its group", [](Project& p) { layer(p, "third").set_z_order(99); }},
         {"out of the group", [](Project& p) { layer(p, "back").set_parent(nullptr, 0); }},
         {"unlink", [](Project& p) { layer(p, "back").set_link_to_track(boost::none); }},
         {"remove linked layer", [](Project& p) { layer(p, "front").remove(); }},
@@ -90,10 +79,7 @@ const std::vector<NamedChange>& changes()
              group.set_visibility(false);
              group.set_z_order(0);
          }},
-        {"contour",
-         [](Project& p) {
-             layer(p, "third").add_xspline_contour(1.5f, {xPoint(1, 2), xPoint(3, 4)}, View());
-         }},
+        {"contour", [](Project& p) { layer(p, "third").add_xspline_contour(1.5f, {xPoint(1, 2)}, View()); }},
         {"remove contour", [](Project& p) { bezier(p).remove(); }},
         {"insert", [](Project& p) { bezier(p).insert_point(4, bezierPoint(20, 20), 1, View(1)); }},
         {"insert on spline", [](Project& p) { spline(p).insert_point(4, XControlPointData(), 1, View()); }},
@@ -115,7 +101,7 @@ const std::vector<NamedChange>& changes()
     return all;
 }
 
-TEST(Undo, EveryChangeIsTakenBackExactlyAndMadeAgain)
+TEST(Undo, EveryChangeIsRolledBackTakenBackAndMadeAgain)
 {
     for (const NamedChange& change : changes()) {
         SCOPED_TRACE(change.name);
@@ -123,6 +109,11 @@ TEST(Undo, EveryChangeIsTakenBackExactlyAndMadeAgain)
         const std::string before = documentOf(*project);
         const QStringList readBefore = describe(*project);
         UndoGroup group = project->undo_group();
+        group.begin();
+        change.make(*project);
+        EXPECT_NE(describe(*project), readBefore);
+        group.rollback();
+        EXPECT_EQ(describe(*project), readBefore);
         group.begin();
         change.make(*project);
         group.commit();
@@ -136,21 +127,6 @@ TEST(Undo, EveryChangeIsTakenBackExactlyAndMadeAgain)
         group.undo();
         group.redo();
         EXPECT_EQ(documentOf(*project), after);
-    }
-}
-
-TEST(Undo, ARolledBackChangeLeavesNothing)
-{
-    for (const NamedChange& change : changes()) {
-        SCOPED_TRACE(change.name);
-        auto project = sampleProject();
-        const QStringList before = describe(*project);
-        UndoGroup group = project->undo_group();
-        group.begin();
-        change.make(*project);
-        EXPECT_NE(describe(*project), before);
-        group.rollback();
-        EXPECT_EQ(describe(*project), before);
     }
 }
 

@@ -22,15 +22,11 @@ QString text(const QVariant& value)
         return QString::fromLatin1("%1(%2)")
             .arg(QLatin1String(value.typeName()))
             .arg(*static_cast<const int*>(value.constData()));
-    return value.userType() == QMetaType::Double ? QString::number(value.toDouble(), 'g', 17) : value.toString();
+    const bool real = value.userType() == QMetaType::Double || value.userType() == QMetaType::Float;
+    return real ? QString::number(value.toDouble(), 'g', 17) : value.toString();
 }
 
-QString text(float value) { return QString::number(double(value), 'g', 9); }
-
-QString text(const Fundo::Colour3<float>& color)
-{
-    return QString::fromLatin1("(%1, %2, %3)").arg(text(color.red), text(color.green), text(color.blue));
-}
+QString text(const Fundo::Colour3<float>& color) { return text(QVariantList{color.red, color.green, color.blue}); }
 
 const float times[] = {-3, 0, 2.5f, 10, 17, 50};
 
@@ -45,108 +41,93 @@ public:
         for (Layer layer : m_project.get_layers())
             add(layer);
         for (LayerGroup group : m_project.get_groups()) {
-            say("group " + group.get_name(), QString::number(group.get_z_order()) + text(group.get_matte_color()) +
-                                                 text(group.get_stroke_color()) +
-                                                 QString::number(group.get_visibility() + 2 * group.get_locked()));
+            addItem("group", group);
             for (Layer layer : group.get_layers())
-                say("member", layer.get_name());
+                say({"member", layer.get_name()});
         }
         add(m_project.parameter_set(QStringList()));
         return m_lines;
     }
 
 private:
-    void say(const QString& what, const QString& value) { m_lines << what + QLatin1String(": ") + value; }
+    void say(const QVariantList& values) { m_lines << text(values); }
 
     void settings()
     {
-        say("frame_rate", text(m_project.get_frame_rate()));
-        say("offset", QString::number(m_project.get_first_frame_offset()));
-        say("length", QString::number(m_project.get_length()));
-        say("playback", QString::fromLatin1("%1 %2")
-                            .arg(m_project.get_playback_in_point())
-                            .arg(m_project.get_playback_out_point()));
-        say("range", QString::fromLatin1("%1 %2")
-                         .arg(m_project.get_in_out_range().first)
-                         .arg(m_project.get_in_out_range().second));
-        say("interlace", QString::number(m_project.get_interlace_mode()));
-        say("notes", m_project.get_notes());
-        say("output_dir", m_project.get_output_dir());
-        say("hero", m_project.get_default_hero_view().__repr__());
+        say({"rate", m_project.get_frame_rate(), m_project.get_first_frame_offset(), m_project.get_interlace_mode()});
+        say({"length", m_project.get_length(), m_project.get_in_out_range().first,
+             m_project.get_in_out_range().second});
+        say({"playback", m_project.get_playback_in_point(), m_project.get_playback_out_point()});
+        say({"notes", m_project.get_notes()});
+        say({"output_dir", m_project.get_output_dir()});
+        say({"hero", m_project.get_default_hero_view().__repr__()});
         for (const ViewInfo& view : m_project.get_views())
-            say("view", view.__repr__());
+            say({"view", view.__repr__()});
         QStringList clips = m_project.get_clips().keys();
         clips.sort();
         for (const QString& name : clips) {
             Clip* clip = m_project.get_clips()[name];
-            say("clip " + name, QString::fromLatin1("%1 %2 %3")
-                                    .arg(text(clip->get_frame_rate()), clip->get_name())
-                                    .arg(clip->get_frame_size().first));
+            say({"clip", name, clip->get_name(), clip->get_frame_rate(), clip->get_frame_size().first});
         }
+    }
+
+    template <class Item>
+    void addItem(const char* kind, Item& item)
+    {
+        say({kind, item.get_name(), item.get_z_order(), item.get_visibility(), item.get_locked(),
+             text(item.get_matte_color()), text(item.get_stroke_color())});
     }
 
     void add(Layer& layer)
     {
-        say("layer " + layer.get_name(),
-            QString::fromLatin1("z %1 flags %2 %3 %4 points %5 %6")
-                .arg(layer.get_z_order())
-                .arg(layer.get_visibility() + 2 * layer.get_locked() + 4 * layer.get_selected())
-                .arg(text(layer.get_matte_color()), text(layer.get_stroke_color()))
-                .arg(layer.in_point(View()))
-                .arg(layer.out_point(View())));
+        addItem("layer", layer);
         const boost::optional<Layer> link = layer.get_link_to_track();
-        say("link", link ? Layer(*link).get_name() : QString::fromLatin1("none"));
         Clip* clip = layer.tracking_input_clip(false);
-        say("clip", clip ? clip->get_name() : QString::fromLatin1("none"));
+        say({layer.get_selected(), layer.in_point(View()), layer.out_point(View()),
+             link ? Layer(*link).get_name() : "no link", clip ? clip->get_name() : "no clip"});
         for (const float time : times) {
-            QString matrix;
             for (const double value : layer.get_transform_matrix(time, View()).values)
-                matrix += QString::number(value, 'g', 17) + QLatin1Char(' ');
-            say("matrix", matrix);
-            say("corner", text(layer.get_surface_position(2, time, View())[0]));
+                say({"matrix", value});
+            say({"corner", layer.get_surface_position(2, time, View())[0]});
         }
         for (const auto& contour : layer.getAllContours()) {
             if (contour->type() == 1)
-                add(BezierContour(contour, layer.projectManager()));
+                addContour(BezierContour(contour, layer.projectManager()));
             else
-                add(XSplineContour(contour, layer.projectManager()));
+                addContour(XSplineContour(contour, layer.projectManager()));
         }
     }
 
     template <class Contour>
-    void add(Contour contour)
+    void addContour(Contour contour)
     {
         for (const float time : times) {
-            QString rectangle;
             for (const float side : contour.get_bounding_rect(time, View()))
-                rectangle += text(side) + QLatin1Char(' ');
-            say("bounds", rectangle);
-            for (auto point : contour.get_control_points()) {
-                const auto data = point.get_point_data(time, View());
-                say("point", text(*data.get_x()) + QLatin1Char(' ') + text(*data.get_y()) + QLatin1Char(' ') +
-                                 text(*data.get_edge_width()) + QString::number(*data.get_active()) +
-                                 QString::number(*data.get_corner()) + text(*data.get_edge_angle_ratio()));
-            }
+                say({"bounds", side});
+            for (auto point : contour.get_control_points())
+                addRecord(point.get_point_data(time, View()));
         }
         for (auto point : contour.get_control_points()) {
             const auto engine = point.handledObject();
-            say("master", engine->master() ? QString::number(engine->master()->id()) : QString::fromLatin1("none"));
+            say({"master", engine->master() ? int(engine->master()->id()) : -1});
         }
+    }
+
+    template <class Record>
+    void addRecord(const Record& record)
+    {
+        say({"point", *record.get_x(), *record.get_y(), *record.get_edge_width(), *record.get_active(),
+             *record.get_corner(), *record.get_edge_angle_ratio()});
     }
 
     void add(ParameterSet set)
     {
-        const QString path = set.get_name_components().join(QLatin1String("/"));
-        say("set", path + QLatin1Char(' ') + set.get_display_name() + QLatin1Char(' ') + set.get_script_name());
+        const QString path = set.get_name_components().join('/');
+        say({"set", path, set.get_display_name(), set.get_script_name()});
         for (Parameter parameter : set.get_parameters()) {
-            QString line =
-                parameter.get(UINT_MAX, View()).isValid() ? text(parameter.get(UINT_MAX, View())) : QString();
+            say({path, parameter.get_name_components().last(), text(parameter.get(UINT_MAX, View()))});
             for (const auto& key : parameter.get_keyframes())
-                line += QString::fromLatin1(" %1@%2=%3")
-                            .arg(key.first.get_id())
-                            .arg(key.second, 0, 'g', 17)
-                            .arg(text(parameter.get(key.second, key.first)));
-            say(path + QLatin1Char('/') + parameter.get_name_components().last(), line);
+                say({"key", key.first.get_id(), key.second, text(parameter.get(key.second, key.first))});
         }
         for (ParameterSet subset : set.get_subsets())
             add(subset);
@@ -183,7 +164,7 @@ void fill(Project& project)
     project.set_length(60);
     project.set_in_out_range(qMakePair(3u, 50u));
     project.set_playback_out_point(44);
-    project.set_notes(QString::fromUtf8("line\n\"quoted\" \xf0\x9f\x8e\xac \xe4\xb8\xad ") + QString(5000, 'n'));
+    project.set_notes(QString::fromUtf8("line\n\"quoted\" \xf0\x9f\x8e\xac \xe4\xb8\xad ") + QString(50, 'n'));
     project.set_output_dir("/somewhere/else", false);
     Clip clip(QString(), "plate", false, 64, 48, 60, nullptr);
     project.add_clip(&clip, "plate");

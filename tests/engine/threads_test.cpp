@@ -2,6 +2,8 @@
 #include "sample.h"
 
 #include <atomic>
+#include <functional>
+#include <iterator>
 #include <orrery/clip.h>
 #include <orrery/point_constraint.h>
 #include <random>
@@ -9,97 +11,74 @@
 
 namespace {
 
+void changeShapes(const Layer& layer, float time, std::mt19937& random)
+{
+    const auto anyIndex = [&] { return static_cast<unsigned int>(random() % 5); };
+    for (const auto& contour : layer.getAllContours()) {
+        if (contour->type() != 1)
+            continue;
+        BezierContour bezier(contour, layer.projectManager());
+        bezier.insert_point(time, BezierControlPointData(), anyIndex(), View());
+        bezier.get_bounding_rect(time, View());
+        BezierControlPoint point = bezier.control_point(anyIndex());
+        const BezierControlPoint master = bezier.control_point(anyIndex());
+        Python::setPointConstraint(master.handledObject(), point.handledObject(), layer.projectManager().lock().get(),
+                                   {time, -1, 3}, random() % 2);
+        point.set_point_data(time, bezierPoint(time, 3), View());
+        if (random() % 2)
+            point.remove();
+        else
+            bezier.remove();
+    }
+}
+
+void changeAsGroup(Project& project, Layer& layer, std::mt19937& random)
+{
+    UndoGroup group = project.undo_group();
+    group.begin();
+    layer.set_visibility(random() % 2);
+    if (random() % 2)
+        group.rollback();
+    else
+        group.commit();
+    group.undo();
+}
+
 // One call of any kind; what the model refuses is refused by an exception of the library.
 void callSomething(Project& project, std::mt19937& random)
 {
-    const auto anyLayer = [&] { return project.layer(static_cast<unsigned int>(random() % 12)); };
-    const float time = static_cast<float>(random() % 20);
-    Layer layer = anyLayer();
-    switch (random() % 22) {
-    case 0:
-        project.add_layer(nullptr, "layer", 0, 0);
-        break;
-    case 1:
-        layer.remove();
-        break;
-    case 2:
-        layer.set_name(QString::number(random()));
-        break;
-    case 3:
-        layer.add_bezier_contour(time, {bezierPoint(1, 2), bezierPoint(30, 4), bezierPoint(9, 40)}, View());
-        break;
-    case 4:
-        layer.add_xspline_contour(time, {xPoint(1, 2), xPoint(30, 4), xPoint(9, 40)}, View());
-        break;
-    case 5:
-        layer.set_z_order(static_cast<int>(random() % 12));
-        break;
-    case 6:
-        layer.set_link_to_track(anyLayer());
-        break;
-    case 7:
-        project.add_group("group", {layer});
-        break;
-    case 8:
-        layer.set_parent(nullptr, 0);
-        break;
-    case 9:
-        layer.parameter({"opacity"}).set(0.5, time, View());
-        break;
-    case 10:
-        layer.parameter_set(QStringList()).get_keyframes();
-        break;
-    case 11:
-        project.parameter_set({"layers"}).get_subsets();
-        break;
-    case 12:
-        project.find_layers("1");
-        break;
-    case 13:
-        project.set_length(1 + static_cast<unsigned int>(random() % 100));
-        break;
-    case 14:
-        layer.get_surface_position(1, time, View());
-        break;
-    case 15:
-        documentOf(project);
-        break;
-    case 16:
-        project.get_clips();
-        break;
-    case 17:
-    case 18:
-    case 19: {
-        for (const auto& contour : layer.getAllContours()) {
-            if (contour->type() != 1)
-                continue;
-            BezierContour bezier(contour, layer.projectManager());
-            bezier.insert_point(time, BezierControlPointData(), static_cast<unsigned int>(random() % 5), View());
-            bezier.get_bounding_rect(time, View());
-            BezierControlPoint point = bezier.control_point(static_cast<unsigned int>(random() % 5));
-            const BezierControlPoint master = bezier.control_point(static_cast<unsigned int>(random() % 5));
-            Python::setPointConstraint(master.handledObject(), point.handledObject(),
-                                       layer.projectManager().lock().get(), {time, -1, 3}, random() % 2);
-            point.set_point_data(time, bezierPoint(time, 3), View());
-            if (random() % 2)
-                point.remove();
-            else
-                bezier.remove();
-        }
-        break;
-    }
-    default: {
-        UndoGroup group = project.undo_group();
-        group.begin();
-        layer.set_visibility(random() % 2);
-        if (random() % 2)
-            group.rollback();
-        else
-            group.commit();
-        group.undo();
-        break;
-    }
-    }
+    const auto anyPlace = [&] { return static_cast<unsigned int>(random() % 12); };
+    const auto time = static_cast<float>(random() % 20);
+    Layer layer = project.layer(anyPlace());
+    const QVector<BezierControlPointData> bezier{bezierPoint(1, 2), bezierPoint(30, 4), bezierPoint(9, 40)};
+    const QVector<XControlPointData> spline{xPoint(1, 2), xPoint(30, 4), xPoint(9, 40)};
+    const std::function<void()> shapes = [&] { changeShapes(layer, time, random); };
+    const std::function<void()> group = [&] { changeAsGroup(project, layer, random); };
+    const std::function<void()> calls[] = {
+        [&] { project.add_layer(nullptr, "layer", 0, 0); },
+        [&] { layer.remove(); },
+        [&] { layer.set_name(QString::number(random())); },
+        [&] { layer.add_bezier_contour(time, bezier, View()); },
+        [&] { layer.add_xspline_contour(time, spline, View()); },
+        [&] { layer.set_z_order(static_cast<int>(anyPlace())); },
+        [&] { layer.set_link_to_track(project.layer(anyPlace())); },
+        [&] { project.add_group("group", {layer}); },
+        [&] { layer.set_parent(nullptr, 0); },
+        [&] { layer.parameter({"opacity"}).set(0.5, time, View()); },
+        [&] { layer.parameter_set(QStringList()).get_keyframes(); },
+        [&] { project.parameter_set({"layers"}).get_subsets(); },
+        [&] { project.find_layers("1"); },
+        [&] { project.set_length(1 + static_cast<unsigned int>(random() % 100)); },
+        [&] { layer.get_surface_position(1, time, View()); },
+        [&] { documentOf(project); },
+        [&] { project.get_clips(); },
+        shapes,
+        shapes,
+        shapes,
+        group,
+        group,
+    };
+    calls[random() % std::size(calls)]();
 }
 
 void callInThreads(Project& project, int threadCount, int calls)

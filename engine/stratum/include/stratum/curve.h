@@ -58,15 +58,9 @@ Bounds bounds(const Curve& curve);
 // The place on the segment from point `segment` to the next one, 0 <= t <= 1.
 CurveVertex evaluate(const Curve& curve, std::size_t segment, double t);
 
-// A point put on the curve, as the last of a segment's halves, and what becomes of its neighbours' tangents when the
-// shape is to stay as it is.
-struct Split
-{
-    CurvePoint point;
-    Knob::Value previousForward;
-    Knob::Value nextBackward;
-};
-Split split(const Curve& curve, std::size_t segment, double t);
+// The point that cuts a segment at t without a change of the shape, once the tangents beside it are shortened in
+// proportion.
+CurvePoint split(const Curve& curve, std::size_t segment, double t);
 
 // Where on a segment the curve comes nearest to a place.
 double nearest(const Curve& curve, std::size_t segment, double x, double y);
