@@ -73,9 +73,20 @@ def fitting(text, place=0):
     return vp.View(1 + place) if kind == "vireo.project.View" else make(kind.rsplit(".")[-1])
 
 
+def derived(name, **members):
+    """An object of a subclass with these members."""
+    cls = type("My" + name, (getattr(vp, name),), members)
+    if name in HANDLES:
+        return cls(make(name))
+    return cls(u"f") if name in ("Clip", "Project") else cls()
+
+
 def number(thing):
     """The number by which the library's notes name an object."""
-    return 1 if type(thing).__name__ in HANDLES + ("UndoGroup",) else second_extension.number_of(thing)
+    name = type(thing).__name__
+    if name in HANDLES:
+        return second_extension.from_python(name, thing)
+    return 1 if name == "UndoGroup" else second_extension.number_of(thing)
 
 
 def shown(result):
@@ -197,16 +208,20 @@ class ModuleTest(unittest.TestCase):
             self.fail("%d of %d rows:\n%s" % (len(failures), len(rows), "\n".join(failures)))
 
 
-def run(code, *values):
-    """Evaluates an expression, or runs a statement, with the values named a, b, c... and all of the module's names."""
+def names_for(*values):
+    """What code may use: the values as a, b, c... and all of the module's names."""
     names = dict(vars(vp), QtCore=QtCore, UINT_MAX=UINT_MAX, Stranger=Stranger, handle=handle)
     names.update(zip("abcdefgh", values))
+    return names
+
+
+def run(code, *values):
+    """Evaluates an expression, or runs a statement."""
     try:
-        compiled = compile(code, code, "eval")
+        program = compile(code, code, "eval")
     except SyntaxError:
-        exec(code, names)
-        return None
-    return eval(compiled, names)
+        program = compile(code, code, "exec")
+    return eval(program, names_for(*values))
 
 
 def child(code, *arguments, **environment):

@@ -69,7 +69,7 @@ class MasterPoints(ModuleTest):
         for point, contour, kind, master, expected in [
                 (bezier, 20, 1, 2, ("XControlPoint", 2)), (bezier, 20, 1, 4, ("BezierControlPoint", 4)),
                 (xspline, 23, 0, 4, ("BezierControlPoint", 4)), (xspline, 23, 0, 2, ("XControlPoint", 2))]:
-            recording.point(second_extension.from_python(type(point).__name__, point), contour, kind, master)
+            recording.point(number(point), contour, kind, master)
             self.assertEqual(shown(point.master_point), expected)
             self.assertIn(("Contour.pointByID", {2: 21, 4: 22}[master], master), recording.calls())
         self.assertIsNot(bezier.master_point, bezier.master_point)
@@ -92,7 +92,7 @@ class MasterPoints(ModuleTest):
                 (xspline, "a.set_master_point(b, 12.5, lock_tangents=True)", 2, 12.5, 0, False),
                 (xspline, "a.set_master_point(b, 1.0, c)", 2, 1.0, 3, False)]:
             run(code, point, Mine(xspline), view)
-            self.assertEqual(recording.calls()[-1], ("Python.setPointConstraint", master, 1 if point is bezier else 2, True,
+            self.assertEqual(recording.calls()[-1], ("Python.setPointConstraint", master, number(point), True,
                                                      (99.5, view_id, 3), lock), code)
             self.assertIn(("Knob::Time.fromDouble", time), recording.calls())
 

@@ -9,7 +9,7 @@ from StringIO import StringIO
 from support import *
 
 OVERRIDABLE = [name for name in HANDLES if not name.endswith("Point")]
-QT_CLASSES = {"Project": (u"f",), "Clip": (u"f",), "ColorParameters": (), "ProgressWatcher": ()}
+QT_CLASSES = ["Project", "Clip", "ColorParameters", "ProgressWatcher"]
 USER, TIMER, CHILD_ADDED = 1000, 1, 68
 UNHANDLED = 2  # a press of a mouse button
 HANDLERS = [("timerEvent", TIMER, lambda event: event.timerId(), 5),
@@ -26,12 +26,6 @@ def printed():
         yield sys.stderr
     finally:
         sys.stderr = stream
-
-
-def derived(name, **members):
-    """An instance of a subclass with these members."""
-    cls = type("My" + name, (getattr(vp, name),), members)
-    return cls(*QT_CLASSES[name] if name in QT_CLASSES else [make(name)])
 
 
 class OverrideTest(ModuleTest):

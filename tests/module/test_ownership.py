@@ -34,7 +34,7 @@ class Ownership(ModuleTest):
         def check(owner, code, function, name, library_s, python_s):
             """Whether Python owns the result afterwards, when the library had made it, and when Python had."""
             for by_python, owned in [(False, library_s), (True, python_s)]:
-                one = make(name) if by_python else made(name)[0]
+                one = derived(name) if by_python else made(name)[0]
                 known, alive, watch = number(one), recording.counts(name)["alive"], weakref.ref(one)
                 recording.returns(function, known)
                 self.assertIs(run(code, owner), one)
@@ -144,21 +144,9 @@ class Ownership(ModuleTest):
         self.assertIsNot(first, second)
         self.assertIsNot(first[0], second[0])
         self.assertTrue(shiboken.ownedByPython(first[0]))
-        first.append(5)
-        self.assertEqual(len(project.layers), 2)
         alive = recording.counts("Layer")["alive"]
         del first, second
         self.assertEqual(recording.counts("Layer")["alive"], alive - 4)
-
-    def test_subclasses_keep_their_state_through_the_library(self):
-        class Plate(vp.Clip):
-            pass
-
-        project, plate = vp.Project(u"f"), Plate(u"f")
-        plate.note = u"mine"
-        recording.returns("Project.add_clip", number(plate))
-        self.assertIs(project.add_clip(plate, u"n"), plate)
-        self.assertIs(type(second_extension.pointer_to_python("Clip*", number(plate))), Plate)
 
 
 class Validity(ModuleTest):
@@ -232,11 +220,7 @@ class Validity(ModuleTest):
         alive = recording.counts("Layer")["alive"]
         self.raises(RuntimeError, "You can't initialize an object twice!", layer.__init__, layer)
         self.assertEqual(recording.counts("Layer")["alive"], alive)
-        try:
-            bare = vp.RenderOperation()
-        except Exception:
-            return
-        self.raises(RuntimeError, None, lambda: bare.progress_watcher)
+        self.raises(RuntimeError, GONE % "RenderOperation", lambda: vp.RenderOperation().progress_watcher)
 
     def test_bare_objects_and_cycles(self):
         for name in sorted(CLASSES):

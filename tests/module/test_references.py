@@ -33,12 +33,13 @@ class References(ModuleTest):
         recording.clear()
         self.each(rows, check)
 
-    def compiled(self, code, *values):
-        names = dict(vars(vp), QtCore=QtCore, UINT_MAX=UINT_MAX, Stranger=Stranger, handle=handle)
-        names.update(zip("abcdefgh", values))
-        program = compile(code, code, "exec")
+    def compiled(self, code, *values, **told):
+        """Runs the code, each time after the same orders to the library."""
+        program, names = compile(code, code, "exec"), names_for(*values)
 
         def work():
+            for order in told.get("orders", ()):
+                order[0](*order[1:])
             try:
                 exec(program, names)
             except Exception:
@@ -63,8 +64,8 @@ class References(ModuleTest):
         for name in sorted(CLASSES):
             one = make(name)
             for row in CLASSES[name].methods:
-                for arguments in ("()", "(Stranger())", "(*[None] * 20)", "(1, 2, 3, view=5, other=6)"):
-                    code = "a.%s%s" % (row[0], arguments)
+                for given in ("()", "(Stranger())", "(*[None] * 20)", "(1, 2, 3, view=5, other=6)"):
+                    code = "a.%s%s" % (row[0], given)
                     rows.append((code, self.compiled(code, one)))
             for row in CLASSES[name].properties:
                 rows.append((row[0], self.compiled("a.%s = Stranger()" % row[0], one)))
@@ -74,58 +75,28 @@ class References(ModuleTest):
         self.holds(rows)
 
     def test_library_failures(self):
-        rows = []
-        for name, code, function in WAYS:
-            one = make(name)
-
-            def work(code=code, one=one, function=function):
-                recording.throws(function, "STRM_BadArgument", "x")
-                try:
-                    run(code, one)
-                except ValueError:
-                    sys.exc_clear()
-                recording.clear()
-
-            rows.append((code, work))
-        self.holds(rows)
+        self.holds([(code, self.compiled(code, make(name), orders=[(recording.throws, where, "STRM_BadArgument", "")]))
+                    for name, code, where in WAYS])
 
     def test_results(self):
-        project, layer, set_ = vp.Project(u"f"), handle("Layer", 1), handle("ParameterSet", 1)
         clip = recording.make("Clip")
-        orders = [("Project.get_layers", [1, 2]), ("Project.get_clips", [(u"a", clip)]),
-                  ("Project.get_views", [(u"a", u"b", (0, 0, 1))]), ("Project.get_default_trackable_clip", clip),
-                  ("Layer.getAllContours", [4, 5]), ("ParameterSet.get_subsets#1", [2, 3]),
-                  ("ParameterSet.get_name_components#2", [u"x"]), ("Parameter.get_keyframes", [(1, 2.5)]),
-                  ("Parameter.get", u"text")]
-        rows = []
-        for code in ("a.layers", "a.clips", "a.views", "a.default_trackable_clip", "b.contours", "b.parent", "c['x']",
-                     "c[['x']]", "c['y']", "c[5]", "d.keyframes", "d.get()", "a.undo_group().__enter__()"):
-            def work(code=code):
-                for order in orders:
-                    recording.returns(*order)
-                try:
-                    run(code, project, layer, set_, handle("Parameter", 1))
-                except KeyError:
-                    sys.exc_clear()
-                recording.clear()
-
-            rows.append((code, work))
-        self.holds(rows)
+        orders = [(recording.returns, function, told) for function, told in [
+            ("Project.get_layers", [1, 2]), ("Project.get_clips", [(u"a", clip)]),
+            ("Project.get_views", [(u"a", u"b", (0, 0, 1))]), ("Project.get_default_trackable_clip", clip),
+            ("Layer.getAllContours", [4, 5]), ("ParameterSet.get_subsets#1", [2, 3]),
+            ("ParameterSet.get_name_components#2", [u"x"]), ("Parameter.get_keyframes", [(1, 2.5)]),
+            ("Parameter.get", u"text")]]
+        objects = [vp.Project(u"f"), handle("Layer", 1), handle("ParameterSet", 1), handle("Parameter", 1)]
+        self.holds([(code, self.compiled(code, *objects, orders=orders)) for code in (
+            "a.layers", "a.clips", "a.views", "a.default_trackable_clip", "b.contours", "b.parent", "c['x']",
+            "c[['x']]", "c['y']", "c[5]", "d.keyframes", "d.get()", "a.undo_group().__enter__()")])
         recording.destroy(clip)
 
     def test_conversions(self):
-        rows = []
-        for name, table, function in ([(name, FROM_PYTHON[name], "from_python") for name in FROM_PYTHON] +
-                                      [(name, TO_PYTHON[name], "to_python") for name in TO_PYTHON]):
-            for row in table:
-                def work(name=name, function=function, given=row[0]):
-                    try:
-                        getattr(second_extension, function)(name, given)
-                    except Exception:
-                        sys.exc_clear()
-
-                rows.append(((name, row[0]), work))
-        self.holds(rows)
+        self.holds([((name, row[0]), self.compiled("a(b, c)", convert, name, row[0]))
+                    for convert, table in [(second_extension.from_python, FROM_PYTHON),
+                                           (second_extension.to_python, TO_PYTHON)]
+                    for name in table for row in table[name]])
 
     def test_life(self):
         class Null(vp.Layer):

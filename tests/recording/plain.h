@@ -128,69 +128,45 @@ struct Plain<QByteArray>
     static QByteArray to(const Value& value) { return QByteArray::fromStdString(made<std::string>(value)); }
 };
 
-template <class Container>
-struct PlainSequence
+template <class C>
+struct Plain<C, std::void_t<decltype(std::declval<C&>().push_back(std::declval<typename C::value_type>()))>>
 {
-    static Value from(const Container& values)
+    static Value from(const C& values)
     {
         List items;
         for (const auto& value : values)
             items.push_back(plain(value));
         return {items};
     }
-    static Container to(const Value& value)
+    static C to(const Value& value)
     {
-        Container values;
+        C values;
         for (const Value& item : list(value))
-            values.push_back(made<typename Container::value_type>(item));
+            values.push_back(made<typename C::value_type>(item));
         return values;
     }
 };
 
-template <class T>
-struct Plain<QVector<T>> : PlainSequence<QVector<T>>
-{};
-
-template <class T>
-struct Plain<QList<T>> : PlainSequence<QList<T>>
-{};
-
-template <class T>
-struct Plain<std::vector<T>> : PlainSequence<std::vector<T>>
-{};
-
-template <>
-struct Plain<QStringList> : PlainSequence<QStringList>
-{};
-
 // A table is a list of its entries, in its own order.
-template <class Container>
-struct PlainTable
+template <class C>
+struct Plain<C, std::void_t<typename C::key_type, typename C::mapped_type>>
 {
-    static Value from(const Container& entries)
+    static Value from(const C& entries)
     {
         List items;
         for (auto entry = entries.begin(); entry != entries.end(); ++entry)
             items.push_back({List{plain(entry.key()), plain(entry.value())}});
         return {items};
     }
-    static Container to(const Value& value)
+    static C to(const Value& value)
     {
-        Container entries;
+        C entries;
         for (const Value& entry : list(value))
-            entries.insert(made<typename Container::key_type>(item(list(entry), 0)),
-                           made<typename Container::mapped_type>(item(list(entry), 1)));
+            entries.insert(made<typename C::key_type>(item(list(entry), 0)),
+                           made<typename C::mapped_type>(item(list(entry), 1)));
         return entries;
     }
 };
-
-template <class K, class V>
-struct Plain<QHash<K, V>> : PlainTable<QHash<K, V>>
-{};
-
-template <class K, class V>
-struct Plain<QMap<K, V>> : PlainTable<QMap<K, V>>
-{};
 
 // A record is a list of its fields, given as what reads each, in the order of its constructor.
 template <class Record, auto... fields>
