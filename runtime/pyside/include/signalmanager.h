@@ -22,8 +22,11 @@ public:
     bool emitSignal(QObject* source, const char* signal, PyObject* arguments);
 
     // For qt_metacall() of an object whose class is defined in Python: `id` is counted from the start of the whole
-    // meta-object. Emits its signals, calls its slots. Negative when done.
+    // meta-object. Emits its signals, calls its slots, reads and writes its properties. Negative when done.
     static int qt_metacall(QObject* object, QMetaObject::Call call, int id, void** arguments);
+
+    // Whether the call's `id` counts properties, not methods.
+    static bool isForProperty(QMetaObject::Call call);
 
     // Lets go of every Python callable that is connected to a signal, for good.
     void clear();

@@ -42,8 +42,9 @@ public:
     int qt_metacall(QMetaObject::Call call, int id, void** arguments) override
     {
         id = Base::qt_metacall(call, id, arguments);
-        return id < 0 ? id
-                      : SignalManager::qt_metacall(this, call, id + Base::staticMetaObject.methodCount(), arguments);
+        const QMetaObject& base = Base::staticMetaObject;
+        const int inherited = SignalManager::isForProperty(call) ? base.propertyCount() : base.methodCount();
+        return id < 0 ? id : SignalManager::qt_metacall(this, call, id + inherited, arguments);
     }
 
     bool event(QEvent* event) override

@@ -1,4 +1,5 @@
-// What the signals and slots that a Python class declares add to the meta-object of the class that it derives from.
+// What the signals, slots and properties that a Python class declares add to the meta-object of the class that it
+// derives from.
 #include "class_meta.h"
 
 #include "pyside.h"
@@ -68,23 +69,34 @@ void collectSlots(PyObject* function, std::vector<DynamicMethod>& slotList)
     }
 }
 
-void collect(PyObject* dictionary, std::vector<DynamicMethod>& signalList, std::vector<DynamicMethod>& slotList)
+// Visits the entries of a class body that have names.
+template <class Visit>
+void visit(PyObject* dictionary, const Visit& visit)
 {
     PyObject* name;
     PyObject* value;
+    for (Py_ssize_t place = 0; dictionary && PyDict_Next(dictionary, &place, &name, &value);)
+        if (PyString_Check(name))
+            visit(PyString_AS_STRING(name), value);
+}
+
+void collect(PyObject* dictionary, DynamicMembers& members)
+{
     const Reference entries(PyDict_Copy(dictionary)); // reading attributes may run Python code
-    for (Py_ssize_t place = 0; entries && PyDict_Next(entries.get(), &place, &name, &value);) {
-        if (!PyString_Check(name))
-            continue;
+    visit(entries.get(), [&](const char* name, PyObject* value) {
         if (Py_TYPE(value) == &PySideSignalType) {
             SignalData& signal = signalData(value);
-            nameSignal(signal, PyString_AS_STRING(name));
+            nameSignal(signal, name);
             for (std::size_t i = 0; i < signal.parameters.size(); ++i)
-                signalList.push_back({signal.signature(i), QByteArray()});
+                members.signalList.push_back({signal.signature(i), QByteArray()});
         } else if (PyFunction_Check(value)) {
-            collectSlots(value, slotList);
+            collectSlots(value, members.slotList);
         }
-    }
+    });
+    visit(entries.get(), [&](const char* name, PyObject* value) {
+        if (isProperty(value))
+            members.properties.push_back(describeProperty(name, value));
+    });
 }
 
 } // namespace
@@ -106,19 +118,18 @@ void initQObjectSubType(SbkObjectType* type, PyObject*, PyObject*)
     PyTypeObject* const base = primaryBase(pythonType);
     if (!base)
         return;
-    std::vector<DynamicMethod> signalList, slotList;
+    DynamicMembers members;
     PyObject* const order = pythonType->tp_mro;
     for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(order); ++i) {
         PyObject* const each = PyTuple_GET_ITEM(order, i);
         if (PyType_Check(each) && !PyType_IsSubtype(base, reinterpret_cast<PyTypeObject*>(each)))
-            collect(reinterpret_cast<PyTypeObject*>(each)->tp_dict, signalList, slotList);
+            collect(reinterpret_cast<PyTypeObject*>(each)->tp_dict, members);
     }
     // A class of another module may show Qt nothing but its own meta-object; there is nothing to extend then.
     const ClassMeta* const baseMeta = metaOf(base);
     if (!baseMeta)
         return;
-    const auto own =
-        std::make_shared<DynamicMetaObject>(baseMeta->metaObject, pythonType->tp_name, signalList, slotList);
+    const auto own = std::make_shared<DynamicMetaObject>(baseMeta->metaObject, pythonType->tp_name, members);
     setMeta(type, new ClassMeta{own->metaObject(), own});
 }
 

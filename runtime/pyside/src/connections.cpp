@@ -178,8 +178,8 @@ bool addSignal(QObject* sender, const QByteArray& signature)
     if (!own || signature.isEmpty() || signature.indexOf('(') <= 0 || !signature.endsWith(')'))
         return false;
     const QMetaObject* const base = sender->metaObject();
-    own->setPythonMetaObject(std::make_shared<DynamicMetaObject>(
-        base, base->className(), std::vector<DynamicMethod>{{signature, QByteArray()}}, std::vector<DynamicMethod>()));
+    own->setPythonMetaObject(std::make_shared<DynamicMetaObject>(base, base->className(),
+                                                                 DynamicMembers{{{signature, QByteArray()}}, {}, {}}));
     return true;
 }
 

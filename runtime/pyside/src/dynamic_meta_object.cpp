@@ -3,6 +3,7 @@
 
 #include <QByteArrayList>
 #include <QMetaType>
+#include <algorithm>
 #include <cstring>
 #include <map>
 
@@ -10,9 +11,24 @@ namespace PySide {
 
 namespace {
 
-enum Header { Revision, ClassName, MethodCount = 4, MethodData, SignalCount = 13, HeaderSize };
+enum Header {
+    Revision,
+    ClassName,
+    MethodCount = 4,
+    MethodData,
+    PropertyCount,
+    PropertyData,
+    SignalCount = 13,
+    HeaderSize
+};
 enum : uint { LayoutRevision = 7, WordsPerMethod = 5, UnresolvedType = 0x80000000 };
 enum MethodFlags : uint { PublicSignal = 0x02 | 0x04, PublicSlot = 0x02 | 0x08 };
+enum PropertyFlags : uint {
+    Readable = 0x01,
+    Writable = 0x02,
+    Visible = 0x01000 | 0x04000 | 0x10000,
+    Notifies = 0x400000
+};
 
 // The texts that the tables refer to by number.
 class Texts
@@ -91,28 +107,47 @@ void describe(const DynamicMethod& method, uint flags, Texts& texts, std::vector
     data.insert(data.end(), types.size(), noText); // the parameters' names
 }
 
+// Behind the properties stand the places of the signals that tell of their changes.
+void describe(const DynamicMembers& members, Texts& texts, std::vector<uint>& data)
+{
+    std::vector<uint> notifiers;
+    for (const DynamicProperty& property : members.properties) {
+        const auto signal =
+            std::find_if(members.signalList.begin(), members.signalList.end(),
+                         [&](const DynamicMethod& each) { return each.signature == property.notifySignal; });
+        const bool isNotified = signal != members.signalList.end();
+        notifiers.push_back(isNotified ? signal - members.signalList.begin() : 0);
+        data.insert(data.end(),
+                    {texts.place(property.name), typeWord(texts, property.type),
+                     Readable | Visible | (property.isWritable ? Writable : 0u) | (isNotified ? Notifies : 0u)});
+    }
+    data.insert(data.end(), notifiers.begin(), notifiers.end());
+}
+
 } // namespace
 
 DynamicMetaObject::DynamicMetaObject(const QMetaObject* base, const QByteArray& className,
-                                     const std::vector<DynamicMethod>& signalList,
-                                     const std::vector<DynamicMethod>& slotList)
-    : m_data(HeaderSize + WordsPerMethod * (signalList.size() + slotList.size()))
+                                     const DynamicMembers& members)
+    : m_data(HeaderSize + WordsPerMethod * (members.signalList.size() + members.slotList.size()))
 {
     Texts texts;
     m_data[Revision] = LayoutRevision;
     m_data[ClassName] = texts.place(className);
-    m_data[MethodCount] = signalList.size() + slotList.size();
+    m_data[MethodCount] = members.signalList.size() + members.slotList.size();
     m_data[MethodData] = HeaderSize;
-    m_data[SignalCount] = signalList.size();
+    m_data[SignalCount] = members.signalList.size();
     std::size_t place = HeaderSize;
-    for (const DynamicMethod& method : signalList) {
+    for (const DynamicMethod& method : members.signalList) {
         describe(method, PublicSignal, texts, m_data, place);
         place += WordsPerMethod;
     }
-    for (const DynamicMethod& method : slotList) {
+    for (const DynamicMethod& method : members.slotList) {
         describe(method, PublicSlot, texts, m_data, place);
         place += WordsPerMethod;
     }
+    m_data[PropertyCount] = members.properties.size();
+    m_data[PropertyData] = m_data.size();
+    describe(members, texts, m_data);
     m_data.push_back(0);
     m_strings = texts.block();
     m_metaObject.d = {base,   reinterpret_cast<const QByteArrayData*>(m_strings.get()), m_data.data(), nullptr, nullptr,

@@ -1,5 +1,5 @@
-// Qt meta-objects made at run time: for Python classes that declare signals and slots, and for signals that are added
-// to an object.
+// Qt meta-objects made at run time: for Python classes that declare signals, slots and properties, and for signals that
+// are added to an object.
 #ifndef DYNAMIC_META_OBJECT_H
 #define DYNAMIC_META_OBJECT_H
 
@@ -23,12 +23,26 @@ struct DynamicMethod
     QByteArray resultType; // of a slot; empty for none
 };
 
+struct DynamicProperty
+{
+    QByteArray name;
+    QByteArray type;
+    bool isWritable;
+    QByteArray notifySignal; // signature of a signal of the same meta-object; empty for none
+};
+
+struct DynamicMembers
+{
+    std::vector<DynamicMethod> signalList;
+    std::vector<DynamicMethod> slotList;
+    std::vector<DynamicProperty> properties;
+};
+
 // Immutable. Whoever takes its address must keep it.
 class DynamicMetaObject
 {
 public:
-    DynamicMetaObject(const QMetaObject* base, const QByteArray& className,
-                      const std::vector<DynamicMethod>& signalList, const std::vector<DynamicMethod>& slotList);
+    DynamicMetaObject(const QMetaObject* base, const QByteArray& className, const DynamicMembers& members);
     DynamicMetaObject(const DynamicMetaObject&) = delete;
     DynamicMetaObject& operator=(const DynamicMetaObject&) = delete;
 

@@ -1,5 +1,6 @@
 // The type Property: an attribute with a getter and a setter, declared with the type of its values.
 #include "declared_types.h"
+#include "pysidesignal.h"
 #include "signal_objects.h"
 #include "static_type.h"
 
@@ -133,5 +134,15 @@ bool initPropertyType(PyObject* module)
 }
 
 bool isProperty(PyObject* object) { return object && Py_TYPE(object) == &propertyType; }
+
+DynamicProperty describeProperty(const char* name, PyObject* property)
+{
+    const PropertyObject& declared = fields(property);
+    const bool hasSignal = declared.notify && Py_TYPE(declared.notify) == &PySideSignalType;
+    const QByteArray type = cppTypeName(declared.type);
+    // Qt converts nothing into a Python object, but anything into a variant, which may hold one.
+    return {name, type == "PyObject" ? "QVariant" : type, declared.set != nullptr,
+            hasSignal ? signalData(declared.notify).signature(0) : QByteArray()};
+}
 
 } // namespace PySide

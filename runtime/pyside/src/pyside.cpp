@@ -76,10 +76,11 @@ bool setPropertyFromPython(QObject* object, const char* name, PyObject* value)
 
 bool applyKeyword(PyObject* self, QObject* object, const QMetaObject* metaObject, const char* name, PyObject* value)
 {
-    if (metaObject->indexOfProperty(name) >= 0)
-        return setPropertyFromPython(object, name, value);
+    // One of Python's is set by Python, whose exception then is the caller's.
     if (isProperty(_PyType_Lookup(Py_TYPE(self), Reference(PyString_FromString(name)).get())))
         return PyObject_SetAttrString(self, name, value) == 0;
+    if (metaObject->indexOfProperty(name) >= 0)
+        return setPropertyFromPython(object, name, value);
     const QByteArray signature = QByteArray(name) + "()";
     if (metaObject->indexOfSignal(signature.constData()) < 0) {
         PyErr_Format(PyExc_AttributeError, "'%s' is not a Qt property or a signal", signature.constData());

@@ -4,6 +4,8 @@
 #include "signalmanager.h"
 #include "value_type.h"
 
+#include <QMetaProperty>
+
 namespace PySide {
 
 namespace {
@@ -29,6 +31,29 @@ void callPythonSlot(QObject* object, const QMetaMethod& method, void** arguments
         PyErr_Print();
 }
 
+// A property of a Python class, which the descriptor in the class reads and writes.
+void accessPythonProperty(QObject* object, QMetaObject::Call call, const QMetaProperty& property, void* value)
+{
+    if (!isPythonAlive())
+        return;
+    const Shiboken::GilState lock;
+    const ErrorAside aside;
+    SbkObject* const wrapper = Shiboken::BindingManager::instance().retrieveWrapper(object);
+    if (!wrapper)
+        return;
+    const ValueType type(property.typeName());
+    const Reference self = Reference::borrow(reinterpret_cast<PyObject*>(wrapper));
+    if (call == QMetaObject::ReadProperty) {
+        const Reference result(PyObject_GetAttrString(self.get(), property.name()));
+        if (result)
+            type.fromPython(result.get(), value);
+    } else if (const Reference given{type.toPython(value)}) {
+        PyObject_SetAttrString(self.get(), property.name(), given.get());
+    }
+    if (PyErr_Occurred())
+        PyErr_Print();
+}
+
 } // namespace
 
 SignalManager& SignalManager::instance()
@@ -44,11 +69,20 @@ bool SignalManager::emitSignal(QObject* source, const char* signal, PyObject* ar
     return !place.exists() || PySide::emitSignal(source, place.method, arguments);
 }
 
+bool SignalManager::isForProperty(QMetaObject::Call call)
+{
+    return call >= QMetaObject::ReadProperty && call <= QMetaObject::QueryPropertyUser;
+}
+
 int SignalManager::qt_metacall(QObject* object, QMetaObject::Call call, int id, void** arguments)
 {
+    const QMetaObject* const metaObject = object->metaObject();
+    if (call == QMetaObject::ReadProperty || call == QMetaObject::WriteProperty)
+        accessPythonProperty(object, call, metaObject->property(id), arguments[0]);
+    if (isForProperty(call))
+        return id - metaObject->propertyCount();
     if (call != QMetaObject::InvokeMetaMethod)
         return id;
-    const QMetaObject* const metaObject = object->metaObject();
     const QMetaMethod method = metaObject->method(id);
     if (method.methodType() == QMetaMethod::Signal)
         QMetaObject::activate(object, id, arguments);

@@ -1,7 +1,8 @@
-// The insides of Signal and SignalInstance objects.
+// The insides of Signal and SignalInstance objects, and what Property objects declare.
 #ifndef SIGNAL_OBJECTS_H
 #define SIGNAL_OBJECTS_H
 
+#include "dynamic_meta_object.h"
 #include "python_scopes.h"
 
 #include <QByteArray>
@@ -57,6 +58,8 @@ bool initPropertyType(PyObject* module);
 
 // Whether it is a Property; null is none.
 bool isProperty(PyObject* object);
+// What Qt is to know of a Property, whose signal has got its name.
+DynamicProperty describeProperty(const char* name, PyObject* property);
 
 // The source, or null with the error about an object that has gone.
 QObject* sourceOf(const SignalInstanceData& instance);

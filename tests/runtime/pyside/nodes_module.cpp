@@ -2,6 +2,7 @@
 #include "node.h"
 #include "wrapping.h"
 
+#include <QMetaProperty>
 #include <pyside.h>
 #include <pyside_qtcore_python.h>
 #include <pysidesignal.h>
@@ -72,9 +73,19 @@ void finishEmitting(Node*)
 
 void setModeProperty(Node* node) { node->setProperty("mode", QVariant::fromValue(SecondMode)); }
 
+// The signal that a QObject's property names for its changes.
+PyObject* notifierOf(PyObject* object, const char* property)
+{
+    QObject* cppObject = nullptr;
+    Conversions::pythonToCppPointer(qObjectType(), object, &cppObject);
+    const QMetaObject* const meta = cppObject->metaObject();
+    return PyString_FromString(meta->property(meta->indexOfProperty(property)).notifySignal().methodSignature());
+}
+
 PyMethodDef methods[] = {define<&root>("root", METH_STATIC),
                          define<&deleteRoot>("deleteRoot", METH_STATIC),
                          define<&makeChild>("makeChild", METH_STATIC),
+                         define<&notifierOf>("notifierOf", METH_STATIC),
                          define<&emitAll>("emitAll"),
                          define<&emitFromThread>("emitFromThread"),
                          define<&startEmitting>("startEmitting"),

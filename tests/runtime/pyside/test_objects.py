@@ -2,9 +2,10 @@
 import unittest
 
 import shiboken
+from nodes import Node
 from PySide import QtCore
 from event_loop import application
-from support import Case, run
+from support import Case, run, standard_error
 
 
 class Named(QtCore.QObject):
@@ -62,25 +63,43 @@ class Objects(Case):
         for call in (lambda: o.setProperty(u'x', 1), lambda: o.property(u'x'), lambda: o.inherits(u'QObject')):
             self.assertRaises(TypeError, call)
 
-        class Own(QtCore.QObject):
-            _level = 1
-            changed = QtCore.Signal()
-
-            def level(self):
-                return self._level
+    def test_declared_properties(self):
+        class Base(QtCore.QObject):
+            _level, changed, _thing = 1, QtCore.Signal(int), None
 
             def set_level(self, level):
+                if level < 0:
+                    raise ValueError('negative')
                 self._level = level
-            level = QtCore.Property(int, level, set_level, notify=changed)
+                self.changed.emit(level)
 
+            level = QtCore.Property(int, lambda self: self._level, set_level, notify=changed)
+            thing = QtCore.Property(object, lambda self: self._thing, lambda self, thing: setattr(self, '_thing', thing))
+            other = QtCore.Property(QtCore.QObject, lambda self: self._thing,
+                                    lambda self, thing: setattr(self, '_thing', thing))
+
+        class Own(Base):
             @QtCore.Property(str)
-            def fixed(self):
-                return 'fixed'
-        own = Own(level=4)
-        self.assertEqual((own.level, own.fixed), (4, 'fixed'))
+            def fixed(self): return 'fixed'
+        own, seen = Own(level=4), []
+        own.changed.connect(lambda level: seen.append(level))
         own.level = 5
-        self.assertEqual(own._level, 5)
+        self.assertEqual([own.setProperty('level', level) for level in ('6', 'x', 7)], [True, False, True])
+        self.assertEqual((seen, own._level, own.property('level')), ([5, 6, 7], 7, 7))
         self.assertFails(AttributeError, 'Attibute read only', setattr, own, 'fixed', 'x')
+        self.assertEqual((own.setProperty('fixed', 'x'), own.fixed, own.property('fixed')), (False, 'fixed', u'fixed'))
+        for name, values in (('thing', (5, 'x', None, {1: 2}, own, Own)), ('other', (own, QtCore.QTimer(), None))):
+            for value in values:
+                self.assertIs(own.setProperty(name, value), True)
+                self.assertEqual((own.property(name), own._thing), (value, value))
+        self.assertFails(ValueError, 'negative', Own, level=-1)
+        with standard_error() as error:
+            own.setProperty('level', -1)
+        self.assertIn('ValueError: negative', error.getvalue())
+        own.connect(QtCore.SIGNAL('made_later()'), len)
+        self.assertEqual((own.property('level'), own.dynamicPropertyNames()), (7, []))
+        self.assertEqual([Node.notifierOf(own, name) for name in ('level', 'thing')], ['changed(int)', ''])
+        self.assertEqual((own.setProperty('objectName', 'n'), own.objectName()), (True, u'n'))
 
     def test_arity(self):
         o = QtCore.QObject()
