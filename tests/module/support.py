@@ -198,7 +198,7 @@ class ModuleTest(unittest.TestCase):
         """Runs a check for every row of a table and reports all that fail."""
         failures = []
         for row in rows:
-            ModuleTest.setUp(self)
+            self.setUp()
             try:
                 check(*row if isinstance(row, tuple) else [row])
                 self.assertIs(recording.take_error(), None)

@@ -38,7 +38,7 @@ def read(name):
     return (name, "get_" + name, None, None)
 
 
-def contour(data, insert_point):
+def contour(insert_point):
     return Class(
         [("control_point", ONE, "unsigned int"),
          ("get_bounding_rect", (0, 2), "float = 0.f, vireo.project.View = View( 0 )"),
@@ -64,24 +64,20 @@ def operation(base="RenderOperation"):
     return Class([], [], None, base=base, copies=False)
 
 
-def common(text="float"):
-    """The properties that layers and groups share, in the order of each."""
-    return {name: both(name, kind) for name, kind in [
-        ("name", "unicode"), ("visibility", "bool"), ("matte_color", "Color"), ("stroke_color", "Color"),
-        ("locked", "bool"), ("z_order", "int")]}
-
-
-SHARED = common()
+# What layers and groups share, each in its own order.
+SHARED = {name: both(name, kind) for name, kind in [
+    ("name", "unicode"), ("visibility", "bool"), ("matte_color", "Color"), ("stroke_color", "Color"),
+    ("locked", "bool"), ("z_order", "int")]}
 FLAGS = [("active", "OptionalBool"), ("corner", "OptionalBool"), ("x", "OptionalFloat"), ("y", "OptionalFloat")]
 EDGES = [("edge_width", "OptionalFloat"), ("edge_angle_ratio", "OptionalFloat")]
 LIST_OF_VIEWS = "list = QVector< View >()"
 LIST_OF_LAYERS = "list = QVector< Layer >()"
 
 CLASSES = {
-    "BezierContour": contour("BezierControlPointData", (
+    "BezierContour": contour((
         "insert_point", (2, 4),
         "float, vireo.project.BezierControlPointData, unsigned int = UINT_MAX, vireo.project.View = View()")),
-    "XSplineContour": contour("XControlPointData", (
+    "XSplineContour": contour((
         "insert_point", (3, 4), "float, vireo.project.XControlPointData, unsigned int, vireo.project.View = View()")),
     "BezierControlPoint": point("BezierControlPointData", (
         "set_master_point", (1, 4), "object, float = 0.f, vireo.project.View = View(0), bool = false")),

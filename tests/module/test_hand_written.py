@@ -151,7 +151,6 @@ class Subscripts(ModuleTest):
 
     def test_found(self):
         def check(key, expected):
-            self.setUp()
             self.assertEqual(shown(self.set[key]), expected)
 
         self.each([
@@ -163,16 +162,11 @@ class Subscripts(ModuleTest):
 
     def test_missing(self):
         def check(key):
-            self.setUp()
-            try:
+            with self.assertRaises(KeyError) as caught:
                 self.set[key]
-            except KeyError as error:
-                self.assertIs(error.args[0], key)
-            else:
-                self.fail("found")
+            self.assertIs(caught.exception.args[0], key)
 
-        self.each([("b",), ("A",), (["a", "x"],), (["a", "b", "c"],), (["p", "x"],), (5,), (None,), ({},), (1.5,),
-                   ("",), ("a c",), ([5],), ([["a"]],)], check)
+        self.each(["b", "A", ["a", "x"], ["a", "b", "c"], ["p", "x"], 5, None, {}, 1.5, "", "a c", [5], [["a"]]], check)
 
     def test_subscripts_only(self):
         self.raises(TypeError, None, len, self.set)
@@ -183,7 +177,6 @@ class Subscripts(ModuleTest):
         recording.throws("ParameterSet.get_subsets", "STRM_BadState", "gone")
         self.raises(RuntimeError, "gone", lambda: self.set["a"])
         recording.clear()
-        self.set = handle("ParameterSet", 1)
         recording.throws("ParameterSet.get_parameters", "int")
         self.raises(RuntimeError, "Unknown error", lambda: self.set["a"])
 
@@ -210,13 +203,10 @@ class UndoGroups(ModuleTest):
 
     def test_a_block_that_raises_rolls_back(self):
         error = ValueError("in the block")
-        try:
+        with self.assertRaises(ValueError) as caught:
             with self.project.undo_group():
                 raise error
-        except ValueError as caught:
-            self.assertIs(caught, error)
-        else:
-            self.fail("swallowed")
+        self.assertIs(caught.exception, error)
         self.assertEqual(self.steps(), [("UndoGroup.begin", 5), ("UndoGroup.rollback", 5)])
 
     def test_the_library_s_own_failures(self):

@@ -62,11 +62,10 @@ del first
 print watch(), recording.counts("Project")["destroyed"], type(vp.get_current_project())
 print recording.locks()[-1]
 print vp.get_current_project.__doc__, steps().count("isEmbedded")
-for given in [(1,)]:
-    try:
-        vp.get_current_project(*given)
-    except TypeError as error:
-        print error
+try:
+    vp.get_current_project(1)
+except TypeError as error:
+    print error
 for kind in ("STRM_BadState", "int"):
     recording.throws("getCurrentProject", kind, "closed")
     try:
