@@ -272,9 +272,6 @@ class Calls(ModuleTest):
             one = run(code, parent)
             self.assertEqual(recording.calls()[-1][-1], u"boss")
             self.assertIs(one.parent(), parent)
-        project = vp.Project(u"f")
-        clip = vp.Clip(u"f", parent=project)
-        self.assertEqual(recording.calls()[-1][-1], number(project))
 
     def test_the_default_view_is_asked_at_each_call_and_the_first_view_never(self):
         layer = handle("Layer", 1)
@@ -312,17 +309,6 @@ class Calls(ModuleTest):
         clip.apply(info)
         clip.relink(info)
         self.assertEqual(recording.counts("StreamInfo")["copied"], before["copied"])
-
-    def test_objects_reach_the_library_as_pointers(self):
-        project, clip, other = vp.Project(u"f"), vp.Clip(u"f"), vp.Clip(u"g")
-        operation = vp.RenderRemoveOperation()
-        recording.returns("Project.add_clip", number(clip))
-        recording.returns("Project.render", number(clip))
-        self.assertIs(project.add_clip(other, u"n"), clip)
-        self.assertIs(project.render(operation, 1, 2, []), clip)
-        clip.export(other, "", "", "", "", 1, 2)
-        given = [call[2] for call in calls() if "." in call[0]]
-        self.assertEqual(given, [number(other), number(operation), number(other)])
 
 
 class Values(ModuleTest):
@@ -371,11 +357,6 @@ class Values(ModuleTest):
             run(code, one)
             self.assertEqual(calls(), [])
 
-    def test_a_colour_left_out_is_always_the_same(self):
-        colours = set(vp.ViewInfo(u"a", u"b").color for _ in range(5))
-        self.assertEqual(len(colours), 1)
-        self.assertTrue(all(0 <= part <= 1 for part in colours.pop()))
-
     def test_fields_of_colour_parameters_tell_each_change(self):
         parameters = vp.ColorParameters()
         told = []
@@ -394,12 +375,7 @@ class Values(ModuleTest):
                                            "95.000000, 1.000000)")
         recording.throws("ColorParameters.propertyChanged", "STRM_BadArgument", "no such gamma")
         self.raises(ValueError, "no such gamma", setattr, parameters, "gamma", 2.0)
-
-    def test_text_of_colour_parameters_of_a_subclass(self):
-        class Grade(vp.ColorParameters):
-            pass
-
-        self.assertEqual(repr(Grade(vp.LogColorspace, gamma=0.5))[:13], "Grade(1, 0, 0")
+        self.assertEqual(repr(derived("ColorParameters"))[:24], "MyColorParameters(0, 0, ")
 
 
 if __name__ == "__main__":

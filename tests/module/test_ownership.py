@@ -82,13 +82,9 @@ class Ownership(ModuleTest):
         known, watch = number(parameters), weakref.ref(parameters)
         clip.color_parameters = parameters
         self.assertFalse(shiboken.ownedByPython(parameters))
-        recording.returns("Clip.get_color_parameters", known)
-        self.assertIs(clip.color_parameters, parameters)
         del parameters
         gc.collect()
-        # Made from Python, it lives until its library object goes.
-        self.assertIsNot(watch(), None)
-        recording.clear()
+        self.assertIsNot(watch(), None)  # made from Python, it lives until its library object goes
         recording.destroy(known)
         gc.collect()
         self.assertIs(watch(), None)
