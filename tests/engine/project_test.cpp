@@ -237,12 +237,10 @@ TEST(Project, RefusesValuesAndStaysAsItWas)
     expectThrow<STRM_BadFile>([&] { project->set_output_dir("/etc/hostname", true); }, "no folder");
     expectThrow<STRM_BadArgument>([&] { project->set_notes(QString(QChar(0xd800))); }, "notes");
     expectThrow<STRM_BadArgument>([&] { project->set_views({}); }, "at least one");
-    expectThrow<STRM_BadArgument>(
-        [&] {
-            project->set_views({ViewInfo("a", "b", {0, 0, 0}), ViewInfo("a", "c", {0, 0, 0})});
-        },
-        "'a'");
-    expectThrow<STRM_BadArgument>([&] { project->set_views({ViewInfo("a", "", {0, 0, 0})}); }, "abbr");
+    const Fundo::Colour3<float> black{0, 0, 0};
+    const ViewInfo first("a", "b", black), sameName("a", "c", black);
+    expectThrow<STRM_BadArgument>([&] { project->set_views({first, sameName}); }, "'a'");
+    expectThrow<STRM_BadArgument>([&] { project->set_views({ViewInfo("a", "", black)}); }, "abbr");
     expectThrow<STRM_OutOfRange>([&] { project->set_views({ViewInfo("a", "b", {0, 2, 0})}); }, "2");
     expectThrow<STRM_BadArgument>([&] { project->set_views({ViewInfo("a", "b", {nan, 0, 0})}); }, "nan");
     expectThrow<STRM_OutOfRange>([&] { project->set_default_hero_view(View(3)); }, "view 3");

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <climits>
-#include <cstdlib>
 #include <orrery/clip.h>
 #include <orrery/point_constraint.h>
 #include <orrery/project_data.h>
@@ -220,21 +219,7 @@ std::ostream& operator<<(std::ostream& stream, const QPointF& point) { return st
 
 void PrintTo(const QString& text, std::ostream* stream) { *stream << text.toStdString(); }
 
-TemporaryFolder::TemporaryFolder()
-{
-    char name[] = "/tmp/engine-test-XXXXXX";
-    m_path = QString::fromLatin1(::mkdtemp(name));
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    QDir folder(m_path);
-    for (const QString& file : files())
-        folder.remove(file);
-    folder.rmdir(m_path);
-}
-
 QStringList TemporaryFolder::files() const
 {
-    return QDir(m_path).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+    return QDir(path()).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
 }

@@ -3,6 +3,7 @@
 
 #include <QPointF>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <boost/optional/optional_io.hpp>
 #include <gtest/gtest.h>
 #include <iosfwd>
@@ -45,12 +46,10 @@ std::ostream& operator<<(std::ostream& stream, const QPointF& point);
 class TemporaryFolder
 {
 public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    QString path(const QString& name) const { return m_path + QLatin1Char('/') + name; }
-    QString path() const { return m_path; }
+    QString path(const QString& name) const { return m_folder.filePath(name); }
+    QString path() const { return m_folder.path(); }
     QStringList files() const;
 
 private:
-    QString m_path;
+    QTemporaryDir m_folder;
 };

@@ -10,7 +10,6 @@
 #include <random>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -215,24 +214,6 @@ TEST(Saving, AKilledSaveLeavesAWholeFile)
         EXPECT_EQ(documentOf(loaded), documentOf(isSecond ? *second : *first));
     }
     EXPECT_GT(seconds, 0);
-}
-
-TEST(Saving, ManyThreadsSaveOneAfterTheOther)
-{
-    TemporaryFolder folder;
-    auto project = sampleProject();
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&, i] {
-            for (int k = 0; k < 10; ++k) {
-                project->set_notes(QString::number(i * 100 + k));
-                project->save_as(folder.path(QString::number(i % 2)));
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(folder.files().size(), 2);
-    Project loaded(project->get_project_file(), nullptr);
 }
 
 } // namespace

@@ -45,7 +45,7 @@ void changeAsGroup(Project& project, Layer& layer, std::mt19937& random)
 }
 
 // One call of any kind; what the model refuses is refused by an exception of the library.
-void callSomething(Project& project, std::mt19937& random)
+void callSomething(Project& project, const TemporaryFolder& folder, std::mt19937& random)
 {
     const auto anyPlace = [&] { return static_cast<unsigned int>(random() % 12); };
     const auto time = static_cast<float>(random() % 20);
@@ -70,7 +70,7 @@ void callSomething(Project& project, std::mt19937& random)
         [&] { project.find_layers("1"); },
         [&] { project.set_length(1 + static_cast<unsigned int>(random() % 100)); },
         [&] { layer.get_surface_position(1, time, View()); },
-        [&] { documentOf(project); },
+        [&] { project.save_as(folder.path(QString::number(random() % 2))); },
         [&] { project.get_clips(); },
         shapes,
         shapes,
@@ -83,6 +83,7 @@ void callSomething(Project& project, std::mt19937& random)
 
 void callInThreads(Project& project, int threadCount, int calls)
 {
+    const TemporaryFolder folder;
     std::atomic<int> refused{0}, done{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < threadCount; ++i)
@@ -90,7 +91,7 @@ void callInThreads(Project& project, int threadCount, int calls)
             std::mt19937 random(static_cast<unsigned int>(i));
             for (int call = 0; call < calls; ++call) {
                 try {
-                    callSomething(project, random);
+                    callSomething(project, folder, random);
                     ++done;
                 } catch (const STRM_Exception&) {
                     ++refused;
@@ -100,6 +101,9 @@ void callInThreads(Project& project, int threadCount, int calls)
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_GT(done, refused / 2);
+    for (const QString& file : folder.files())
+        Project(folder.path(file), nullptr); // each is whole
+    EXPECT_EQ(folder.files().size(), 2);
 }
 
 TEST(Threads, MayCallAnythingOnOneProject)
