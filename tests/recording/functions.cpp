@@ -14,7 +14,7 @@ using recording::call;
 
 namespace {
 
-std::atomic<orrery::DestructionHook> hook;
+std::atomic<orrery::DestructionHook> hook{nullptr};
 
 } // namespace
 
@@ -42,8 +42,8 @@ void orrery::setDestructionHook(DestructionHook given)
 
 void orrery::tellDestruction(void* object) noexcept
 {
-    if (hook)
-        hook.load()(object);
+    if (const DestructionHook told = hook)
+        told(object);
 }
 
 Project* getCurrentProject() { return call("getCurrentProject"); }
