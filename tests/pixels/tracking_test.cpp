@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <made_footage.h>
+#include <opencv2/imgproc.hpp>
+#include <opencv2/video/tracking.hpp>
 
 using namespace pixels;
 
@@ -93,6 +95,92 @@ TEST(Tracking, HoldsCornersThatHaveLeftTheView)
     options.frames = 40;
     options.leaving = 0.7;
     EXPECT_LT(worstError(MadeFootage(options), 0, 39), 2.5);
+}
+
+// Fast motion, of which a third is hidden from one frame to the next.
+TEST(Tracking, IsRightOrLostWhenMuchIsHiddenAtOnce)
+{
+    int aligned = 0;
+    for (unsigned seed = 1; seed <= 2; ++seed) {
+        FootageOptions options = smallFootage();
+        options.frames = 12;
+        options.seed = seed;
+        const MadeFootage footage(options);
+        const auto tracker = library().track(library().prepare(footage.frame(0)), regionOf(footage, 0));
+        for (int frame = 1; frame < options.frames; ++frame) {
+            const auto corners = footage.corners(frame);
+            const auto between = [](Point a, Point b) { return Point{a.x / 3 + b.x * 2 / 3, a.y / 3 + b.y * 2 / 3}; };
+            const Outline third =
+                outlineOf({between(corners[0], corners[1]), corners[1], corners[2], between(corners[3], corners[2])});
+            Image image = footage.frame(frame), hidden;
+            if (frame >= 2) {
+                hidden = library().coverage({third}, options.size);
+                library().insert(image, hidden, {0.7f, 0.2f, 0.1f});
+            }
+            const TrackResult result = tracker->advance(library().prepare(image), hidden);
+            if (!result.aligned)
+                break;
+            ++aligned;
+            EXPECT_LT(cornerError(footage, 0, frame, result.transform), 4) << seed << ", " << frame;
+        }
+    }
+    EXPECT_GT(aligned, 15); // of 22
+}
+
+TEST(Tracking, IsRightOrLostWhenAlmostAllHasLeftTheView)
+{
+    FootageOptions options = smallFootage();
+    options.frames = 30;
+    options.leaving = 1.2;
+    int lost = 0;
+    for (options.seed = 1; options.seed <= 4; ++options.seed) {
+        const MadeFootage footage(options);
+        const auto tracker = library().track(library().prepare(footage.frame(0)), regionOf(footage, 0));
+        for (int frame = 1; frame < options.frames; ++frame) {
+            const TrackResult result = tracker->advance(library().prepare(footage.frame(frame)));
+            if (!result.aligned) {
+                ++lost;
+                break;
+            }
+            EXPECT_LT(cornerError(footage, 0, frame, result.transform), 4) << options.seed << ", " << frame;
+        }
+    }
+    EXPECT_EQ(lost, 4);
+}
+
+// Where nothing is hidden, both maximise the same.
+TEST(Tracking, AgreesWithOpenCvsCorrelationOfCleanImages)
+{
+    FootageOptions options;
+    options.size = {640, 360};
+    options.noise = 0;
+    const MadeFootage footage(options);
+    const Image reference = footage.frame(0);
+    Image region(options.size, 1);
+    const cv::Rect box(220, 122, 200, 116);
+    cv::Mat(360, 640, CV_32F, region.values.data())(box) = 1;
+    const auto grey = [](Image image) {
+        cv::Mat luminance;
+        cv::cvtColor(cv::Mat(360, 640, CV_32FC3, image.values.data()), luminance, cv::COLOR_RGB2GRAY);
+        cv::GaussianBlur(luminance, luminance, {}, 0.8); // before the box is cut out: its border is not to be smoothed
+        return luminance;
+    };
+    const auto tracker = library().track(library().prepare(reference), region);
+    double apart = 0;
+    for (int frame = 1; frame <= 3; ++frame) {
+        const Matrix ours = tracker->advance(library().prepare(footage.frame(frame))).transform;
+        cv::Mat warp = (cv::Mat_<float>(3, 3) << 1, 0, box.x, 0, 1, box.y, 0, 0, 1);
+        cv::findTransformECC(grey(reference)(box), grey(footage.frame(frame)), warp, cv::MOTION_HOMOGRAPHY,
+                             {cv::TermCriteria::COUNT + cv::TermCriteria::EPS, 100, 1e-7}, cv::noArray(), 1);
+        Matrix fromBox;
+        std::copy_n(warp.ptr<float>(), 9, fromBox.values.begin());
+        const Matrix theirs = Matrix::translation(0.5, 0.5) * fromBox * Matrix::translation(-box.x - 0.5, -box.y - 0.5);
+        for (const double x : {220, 320, 420})
+            for (const double y : {122, 180, 238})
+                apart +=
+                    std::hypot(ours.map({x, y}).x - theirs.map({x, y}).x, ours.map({x, y}).y - theirs.map({x, y}).y);
+    }
+    EXPECT_LT(apart / 27, 0.05);
 }
 
 TEST(Tracking, SimplerModelsFollowWhatTheyCan)

@@ -16,6 +16,7 @@ constexpr double leastCorrelation = 0.5;
 // By how much the correlation may miss 1, given by how much it did in the frames before: a wrong place looks alike by
 // chance, but not nearly as much.
 constexpr double mismatchAtFirst = 0.1, mismatchGrowth = 3, alwaysTolerated = 0.1;
+constexpr double suspiciousGrowth = 1.5, neverSuspicious = 0.03; // from where on other places are tried as well
 constexpr double leastRegular = 0.3;
 constexpr double poorGuess = 0.8;                  // a correlation on the coarsest level that calls for a search
 constexpr int searchReach = 5, farSearchReach = 9; // pixels of that level
@@ -252,9 +253,10 @@ TrackResult PatchTracker::advance(const SharedTrackingFrame& frame, const Image&
     Fit fit = alignNearby(scene);
     TrackResult result;
     result.problem = problemOf(fit);
-    if (!result.problem.empty()) {
-        if (const Fit second = alignFarAway(scene); problemOf(second).empty()) {
-            fit = second;
+    if (1 - fit.correlation > std::max(suspiciousGrowth * m_mismatch, neverSuspicious) || !result.problem.empty()) {
+        const Fit other = alignFarAway(scene);
+        if (problemOf(other).empty() && (!result.problem.empty() || other.correlation > fit.correlation)) {
+            fit = other;
             result.problem.clear();
         }
     }
@@ -262,9 +264,10 @@ TrackResult PatchTracker::advance(const SharedTrackingFrame& frame, const Image&
     result.quality = std::clamp(fit.correlation, 0.0, 1.0);
     result.visible = fit.visible;
     if (result.aligned) {
+        const double mismatch = 1 - fit.correlation;
+        m_mismatch = m_motion ? (m_mismatch + mismatch) / 2 : mismatch;
         m_motion = normalised(m_last.inverse() * fit.toFrame);
         m_last = fit.toFrame;
-        m_mismatch = (m_mismatch + 1 - fit.correlation) / 2;
     }
     result.transform = normalised(m_last * m_patch.toReference().inverse());
     return result;
