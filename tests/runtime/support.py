@@ -4,6 +4,7 @@ import gc
 import StringIO
 import subprocess
 import sys
+import threading
 import unittest
 
 
@@ -41,6 +42,24 @@ class Case(unittest.TestCase):
             function()
         gc.collect()
         self.assertLess(count() - before, repetitions / 2)
+
+
+def in_threads(function, count=1):
+    """An exception in one of them is the caller's."""
+    errors = []
+
+    def work():
+        try:
+            function()
+        except Exception as error:
+            errors.append(error)
+    threads = [threading.Thread(target=work) for _ in range(count)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    if errors:
+        raise errors[0]
 
 
 def run(script):

@@ -10,8 +10,7 @@ from event_loop import application
 from support import Case
 
 
-class Own(QtCore.QObject):
-    pass
+class Own(QtCore.QObject): pass
 
 
 class Lives(Case):
@@ -101,8 +100,7 @@ class Lives(Case):
             signal = QtCore.Signal(int)
 
             @QtCore.Slot(int)
-            def slot(self, value):
-                pass
+            def slot(self, value): pass
         o = Declared()
         o.signal.connect(o.slot)
         o.signal.emit(1)

@@ -40,8 +40,7 @@ SIGNAL, SLOT = QtCore.SIGNAL, QtCore.SLOT
 WRONG = "'PySide.QtCore.QObject.%s' called with wrong argument types:"
 
 
-def note(*values):
-    calls.append(values)
+def note(*values): calls.append(values)
 
 
 class SignalCase(Case):
@@ -130,11 +129,9 @@ class Signals(SignalCase):
         self.assertIs(source.one, source.one)
 
     def test_declarations(self):
-        class Mixin(object):
-            mixed = QtCore.Signal(str)
+        class Mixin(object): mixed = QtCore.Signal(str)
 
-        class Derived(Mixin, Source):
-            more = QtCore.Signal()
+        class Derived(Mixin, Source): more = QtCore.Signal()
 
         derived = Derived()
         for signal, values in ((derived.more, ()), (derived.plain, ()), (derived.mixed, (u'x',))):
@@ -191,8 +188,7 @@ class Signals(SignalCase):
         self.assertFalse(shiboken.isValid(timer))
 
     def test_exceptions_in_slots(self):
-        def fail():
-            raise ValueError('in a slot')
+        def fail(): raise ValueError('in a slot')
         self.source.plain.connect(fail)
         self.source.plain.connect(note)
         with standard_error() as error:

@@ -8,19 +8,16 @@ import shiboken
 from nodes import Node
 from PySide import QtCore
 from event_loop import application, wait_until
-from support import Case, run
+from support import Case, in_threads, run
 
 
-def here():
-    return threading.current_thread().ident
+def here(): return threading.current_thread().ident
 
 
 class Threads(Case):
-    def setUp(self):
-        self.node, self.got = Node(), []
+    def setUp(self): self.node, self.got = Node(), []
 
-    def note(self, value):
-        self.got.append((here(), value))
+    def note(self, value): self.got.append((here(), value))
 
     def test_emission_from_a_library_thread(self):
         node, here_now = self.node, [(here(), 0), (here(), 1), (here(), 2)]
@@ -84,7 +81,7 @@ class Threads(Case):
             self.node.fired.connect(lambda: got.append(here()))
             self.node.fired.emit()
             got.append(here())
-        in_thread(work)
+        in_threads(work)
         self.assertEqual((len(got), got[0]), (2, got[1]))
         code, out, _ = run('''
 import sys
@@ -146,7 +143,7 @@ f.wait()
         wait_until(lambda: gone)
         thread.quit()
         self.assertTrue(thread.wait())
-        self.assertFails(RuntimeError, "a QObject's parent must live in the same thread", in_thread,
+        self.assertFails(RuntimeError, "a QObject's parent must live in the same thread", in_threads,
                          lambda: QtCore.QObject().setParent(application))
 
     def test_python_runs_while_qt_works(self):
@@ -165,26 +162,10 @@ f.wait()
         class Receiver(QtCore.QObject):
             def customEvent(receiver, event): self.note(int(event.type()))
         receiver = Receiver()
-        in_thread(lambda: application.postEvent(receiver, QtCore.QEvent(QtCore.QEvent.User)))
+        in_threads(lambda: application.postEvent(receiver, QtCore.QEvent(QtCore.QEvent.User)))
         wait_until(lambda: self.got)
-        in_thread(lambda: application.sendPostedEvents(None, 0))
+        in_threads(lambda: application.sendPostedEvents(None, 0))
         self.assertEqual(self.got, [(here(), 1000)])
-
-
-def in_thread(function):
-    """Its exception is the caller's."""
-    errors = []
-
-    def run():
-        try:
-            function()
-        except Exception as error:
-            errors.append(error)
-    thread = threading.Thread(target=run)
-    thread.start()
-    thread.join()
-    if errors:
-        raise errors[0]
 
 
 if __name__ == '__main__':

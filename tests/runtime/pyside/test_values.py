@@ -14,23 +14,18 @@ def there_and_back(value):
 
 
 class Sequence(object):
-    def __getitem__(self, index):
-        return [1, 'x'][index]
+    def __getitem__(self, index): return [1, 'x'][index]
 
-    def __len__(self):
-        return 2
+    def __len__(self): return 2
 
 
-class Old:
-    pass
+class Old: pass
 
 
 class Broken(object):
-    def __getitem__(self, index):
-        raise IndexError
+    def __getitem__(self, index): raise IndexError
 
-    def __len__(self):
-        raise ValueError('broken')
+    def __len__(self): raise ValueError('broken')
 
 
 class Values(Case):
@@ -44,18 +39,15 @@ class Values(Case):
         self.assertEqual(o.objectName(), u'\xc3\xa9\0z')
 
     def test_same_objects(self):
-        class Long(long):
-            pass
+        class Long(long): pass
 
-        class Float(float):
-            pass
+        class Float(float): pass
         for value in (Long(5), Float(2.5), 1j, datetime.date(2000, 1, 1), set([1]), Old(), Old, unittest, {1: 2},
                       iter([]), (x for x in ()), Broken()):
             self.assertIs(there_and_back(value), value)
 
     def test_copies(self):
-        class Int(int):
-            pass
+        class Int(int): pass
         for value, back in ((Int(5), 5), (True, True), (-2 ** 31, -2 ** 31), (2L ** 62, 2L ** 62), (xrange(3), [0, 1, 2]),
                             (collections.deque([1]), [1]), (Sequence(), [1, u'x']), (bytearray('ab'), [97, 98]),
                             (['a', None], [u'a', u'']), ([None], [u'']), ([1, None], [1, None]), ({None: 1}, {u'': 1}),

@@ -145,8 +145,7 @@ class Containers(Case):
 
 class Values(Case):
     def test_value_in_place_or_converted(self):
-        class Sub(probe.Pt):
-            pass
+        class Sub(probe.Pt): pass
         self.assertEqual(probe.ptValue(probe.Pt()), (0, 0))
         self.assertEqual(probe.ptValue(Sub()), (0, 0))
         self.assertEqual(probe.ptValue(9), (9, 1))
@@ -157,10 +156,8 @@ class Values(Case):
 class WrongArguments(Case):
     def test_layout(self):
         head = "'mod.Cls.meth' called with wrong argument types:"
-        class PO(probe.Node):
-            pass
-        class Tup(tuple):
-            pass
+        class PO(probe.Node): pass
+        class Tup(tuple): pass
         table = [
             ((), ('int',), head + '\n  mod.Cls.meth()\nSupported signatures:\n  mod.Cls.meth(int)'),
             (None, ('int',), head + '\n  mod.Cls.meth()\nSupported signatures:\n  mod.Cls.meth(int)'),

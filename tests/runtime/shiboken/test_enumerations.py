@@ -51,8 +51,7 @@ class Types(Case):
         self.assertIsNot(probe.newShade(7), probe.newShade(7))
 
 
-def exec_(code):
-    exec code in {'Shade': Shade}
+def exec_(code): exec code in {'Shade': Shade}
 
 
 class Items(Case):

@@ -21,15 +21,14 @@ class Forget(probe.Node):
     def __init__(self): pass
 
 
-class PO(probe.Node):
-    pass
+class PO(probe.Node): pass
 
 
 class Validity(Case):
     def test_errors(self):
         dead, dead_sub = probe.Node(), PO()
-        shiboken.delete(dead)
-        shiboken.delete(dead_sub)
+        for node in (dead, dead_sub):
+            shiboken.delete(node)
         for node, text in [(dead, DELETED % 'probe.Node'), (dead_sub, DELETED % 'PO'),
                            (Forget(), "'__init__' method of object's base class (Forget) not called."),
                            (probe.Node.__new__(probe.Node), DELETED % 'probe.Node')]:
@@ -90,8 +89,7 @@ class Validity(Case):
 
 class Instances(Case):
     def test_attributes(self):
-        class Slotted(probe.Node):
-            __slots__ = ['one']
+        class Slotted(probe.Node): __slots__ = ['one']
         for node in (probe.Node(), PO(), Slotted(), probe.makeNode()):
             self.assertEqual(node.__dict__, {})
             node.anything = 5
@@ -165,18 +163,14 @@ class Overrides(Case):
     def test_what_counts(self):
         class Method(probe.Node):
             def react(self, value): return value + 10
-        class Inherited(Method):
-            pass
+        class Inherited(Method): pass
         class CallsBase(Method):
             def react(self, value): return probe.Node.react(self, value) + 100
-        class Static(probe.Node):
-            react = staticmethod(lambda value: 10)
-        class OfClass(probe.Node):
-            react = classmethod(lambda cls, value: 10)
+        class Static(probe.Node): react = staticmethod(lambda value: 10)
+        class OfClass(probe.Node): react = classmethod(lambda cls, value: 10)
         class Object(object):
             def __call__(self, value): return 10
-        class Callable(probe.Node):
-            react = Object()
+        class Callable(probe.Node): react = Object()
         class Unreadable(probe.Node):
             @property
             def react(self): raise KeyError

@@ -1,47 +1,36 @@
 # Who deletes what: owners, parents, kept objects, deaths on other threads, and addresses that are used again.
 import gc
 import sys
-import threading
 import unittest
 import weakref
 
 import probe
 import shiboken
 from counting import Case
-from support import run
+from support import in_threads, run
 
 
-class PO(probe.Node):
-    pass
+class PO(probe.Node): pass
 
 
 class Owners(Case):
-    def test_python_owns_what_it_makes(self):
-        node = probe.Node()
-        self.assertEqual(sys.getrefcount(node), 2)
-        del node
-        self.assertEqual(probe.alive(), self.before)
-
     def test_release_keeps_the_python_object_until_death(self):
         node = PO()
         node.mark = 'kept'
         reference = weakref.ref(node)
+        for _ in range(3):
+            probe.releaseOwnership(node)
+            probe.releaseOwnership(node)
+            self.assertEqual((sys.getrefcount(node), shiboken.ownedByPython(node)), (3, False))
+            probe.getOwnership(node)
+            probe.getOwnership(node)
+            self.assertEqual((sys.getrefcount(node), shiboken.ownedByPython(node), node.react(1)), (2, True, 2))
         probe.releaseOwnership(node)
-        probe.releaseOwnership(node)
-        self.assertEqual((sys.getrefcount(node), shiboken.ownedByPython(node)), (3, False))
         del node
         gc.collect()
         self.assertEqual(reference().mark, 'kept')
         probe.deleteInThread(reference())
         self.assertIsNone(reference())
-
-    def test_released_and_taken_back(self):
-        node = PO()
-        for _ in range(3):
-            probe.releaseOwnership(node)
-            probe.getOwnership(node)
-            probe.getOwnership(node)
-        self.assertEqual((sys.getrefcount(node), shiboken.ownedByPython(node), node.react(1)), (2, True, 2))
 
     def test_library_objects(self):
         node = probe.makeNode()
@@ -75,21 +64,12 @@ class Owners(Case):
     def test_many_threads(self):
         class Summing(probe.Node):
             def react(self, value): return value + 10
-        errors = []
         def work():
-            try:
-                for i in range(150):
-                    nodes = [Summing() for _ in range(5)]
-                    self.assertEqual([probe.callReact(node, i, i % 2) for node in nodes], [i + 10] * 5)
-                    probe.deleteInThread(nodes.pop())
-            except Exception as error:
-                errors.append(error)
-        threads = [threading.Thread(target=work) for _ in range(4)]
-        for thread in threads:
-            thread.start()
-        for thread in threads:
-            thread.join()
-        self.assertEqual(errors, [])
+            for i in range(150):
+                nodes = [Summing() for _ in range(5)]
+                self.assertEqual([probe.callReact(node, i, i % 2) for node in nodes], [i + 10] * 5)
+                probe.deleteInThread(nodes.pop())
+        in_threads(work, 4)
 
 
 class Addresses(Case):
@@ -156,12 +136,6 @@ class Parents(Case):
         shiboken.delete(parent)
         self.assertEqual([shiboken.isValid(child) for child in children], [True, False, True])
 
-    def test_library_children_become_invalid_with_their_parent(self):
-        parent, child = probe.Node(), probe.makeNode()
-        probe.adopt(parent, child)
-        del parent
-        self.assertFalse(shiboken.isValid(child))
-
     def test_no_ancestor_of_itself(self):
         one, two, three = probe.Node(), probe.Node(), probe.Node()
         probe.setParent(one, one)
@@ -173,13 +147,16 @@ class Parents(Case):
         probe.setParent(None, [two, three, 5])
         self.assertEqual([shiboken.ownedByPython(node) for node in (one, two, three)], [True] * 3)
 
-    def test_released_child(self):
-        parent, child = probe.Node(), PO()
+    def test_released_child_and_library_child(self):
+        parent, child, library_child = probe.Node(), PO(), probe.makeNode()
         probe.releaseOwnership(child)
-        probe.adopt(parent, child)
+        for each in (child, library_child):
+            probe.adopt(parent, each)
         self.assertEqual(sys.getrefcount(child), 3)
         probe.getOwnership(child)
         self.assertFalse(shiboken.ownedByPython(child))
+        del parent
+        self.assertFalse(shiboken.isValid(library_child))
 
     def test_family_in_a_cycle(self):
         parent, child = PO(), PO()
@@ -193,8 +170,7 @@ class Parents(Case):
 
 class Kept(Case):
     def test_references(self):
-        class Other(object):
-            pass
+        class Other(object): pass
         node = probe.Node()
         def keep(key, appended=False):
             other = Other()

@@ -11,8 +11,7 @@ METACLASS = 'Error when calling the metaclass bases\n    '
 
 class Types(Case):
     def test_names(self):
-        class PO(probe.Node):
-            pass
+        class PO(probe.Node): pass
         metatype = type(probe.Node)
         self.assertEqual(repr(metatype), "<type 'Shiboken.ObjectType'>")
         self.assertEqual(repr(probe.Node), "<type 'probe.Node'>")
@@ -33,8 +32,7 @@ class Types(Case):
         self.assertEqual((node.react(1), hasattr(node, 'extra')), (2, False))
 
     def test_bases_that_are_refused(self):
-        class Old:
-            pass
+        class Old: pass
         self.assertFails(TypeError, METACLASS + 'Invalid base class used in type Shiboken.ObjectType. PySide only support '
                          'multiple inheritance from python new style class.', self.derive, probe.Node, Old)
         self.assertFails(TypeError, METACLASS + 'a type made by Shiboken.ObjectType must derive from a wrapped class',
@@ -47,30 +45,24 @@ class Types(Case):
         exec 'class C(%s): pass' % ', '.join(sorted(names)) in names
 
     def test_classes_cannot_change_what_their_objects_hold(self):
-        class ANode(probe.Node):
-            pass
-        class OtherNode(probe.Node):
-            pass
-        class ALabel(probe.Label):
-            pass
+        class ANode(probe.Node): pass
+        class OtherNode(probe.Node): pass
+        class ALabel(probe.Label): pass
         node = ANode()
         node.__class__ = OtherNode
         self.assertIs(node.__class__, OtherNode)
         self.assertRaises(TypeError, setattr, node, '__class__', ALabel)
         self.assertRaises(TypeError, setattr, node, '__class__', probe.Node)
         self.assertRaises(TypeError, setattr, OtherNode, '__bases__', (probe.Label,))
-        class Further(ANode):
-            pass
+        class Further(ANode): pass
         further = Further()
         Further.__bases__ = (OtherNode,)
         self.assertEqual((further.react(1), isinstance(further, OtherNode)), (2, True))
 
     def test_metaclass_derived_from_the_metatype(self):
-        class Meta(type(probe.Node)):
-            pass
+        class Meta(type(probe.Node)): pass
         made = Meta('Made', (probe.Node,), {'react': lambda self, value: 40})
-        class Further(made):
-            pass
+        class Further(made): pass
         for each in (made, Further):
             node = each()
             self.assertEqual(probe.callReact(node, 1), 40)
@@ -80,8 +72,7 @@ class Types(Case):
 
     def test_classes_are_freed(self):
         def define():
-            class Temporary(probe.Node):
-                pass
+            class Temporary(probe.Node): pass
             Temporary().react(1)
             del Temporary
             gc.collect()
@@ -90,8 +81,7 @@ class Types(Case):
 
 class Constructors(Case):
     def test_which_init_may_be_called(self):
-        class Node(probe.Node):
-            pass
+        class Node(probe.Node): pass
         class Derived(probe.Tagged):
             def __init__(self): probe.Node.__init__(self)
         class Unrelated(probe.Node):
