@@ -5,9 +5,21 @@
 
 namespace Shiboken {
 
+namespace {
+
+// PyGILState_Ensure() knows the first interpreter's thread states only: on a thread that holds the lock in another
+// interpreter it would wait for itself. With one interpreter the look at the state, which its own thread may free
+// meanwhile, is left out.
+bool isHeldInOtherInterpreter()
+{
+    return PyInterpreterState_Next(PyInterpreterState_Head()) && GilState::isHeld();
+}
+
+} // namespace
+
 GilState::GilState()
 {
-    if (!Py_IsInitialized())
+    if (!Py_IsInitialized() || isHeldInOtherInterpreter())
         return;
     m_state = PyGILState_Ensure();
     m_locked = true;
