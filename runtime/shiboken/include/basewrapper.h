@@ -165,9 +165,9 @@ inline bool isValid(PyObject* object) { return isValid(object, true); }
 
 LIBSHIBOKEN_API void setValidCpp(SbkObject* object, bool value);
 LIBSHIBOKEN_API void setHasCppWrapper(SbkObject* object, bool value);
-LIBSHIBOKEN_API bool hasCppWrapper(SbkObject* object);
+inline bool hasCppWrapper(SbkObject* object) { return object->d.hasCppWrapper; }
 LIBSHIBOKEN_API bool wasCreatedByPython(SbkObject* object);
-LIBSHIBOKEN_API bool hasOwnership(SbkObject* object);
+inline bool hasOwnership(SbkObject* object) { return object->d.hasOwnership; }
 
 /// Python owns the C++ object from now on, unless another object is its parent.
 LIBSHIBOKEN_API void getOwnership(SbkObject* object);

@@ -83,10 +83,10 @@ inline void* cppPointer(PyTypeObject* desiredType, SbkObject* pyIn)
 {
     const SbkObjectTypePrivate* const type = reinterpret_cast<SbkObjectType*>(Py_TYPE(pyIn))->d;
     // An object of just the desired class needs no cast.
-    return Py_TYPE(desiredType) == &SbkObjectType_Type &&
-                   (type->isSingleAddress || (Py_TYPE(pyIn) == desiredType && !type->isUserType))
-               ? pyIn->d.cppObject
-               : cppPointerSlowly(desiredType, pyIn);
+    if (Py_TYPE(pyIn) == desiredType && !type->isUserType)
+        return pyIn->d.cppObject;
+    return type->isSingleAddress && Py_TYPE(desiredType) == &SbkObjectType_Type ? pyIn->d.cppObject
+                                                                                : cppPointerSlowly(desiredType, pyIn);
 }
 
 /// Whether every item is of a type, or can be converted. A `...CheckExact` wants the converter's own type.

@@ -18,7 +18,7 @@ public:
         SbkObject* wrapper = nullptr;
     };
 
-    AddressMap() : m_entries(1u << m_bits) {}
+    AddressMap() : m_entries(1u << 8) {}
 
     SbkObject* find(const void* address) const { return m_entries[placeOf(address)].wrapper; }
 
@@ -29,7 +29,7 @@ public:
         if (entry.address)
             return entry.wrapper;
         entry = {address, wrapper};
-        if (++m_count * 2 > m_entries.size())
+        if (++m_count * 2 > m_mask)
             grow();
         return nullptr;
     }
@@ -49,7 +49,7 @@ public:
         // Entries behind the gap move up as long as it lies between them and where they belong.
         for (std::size_t next = following(gap); m_entries[next].address; next = following(next)) {
             const std::size_t home = homeOf(m_entries[next].address);
-            if (((next - home) & mask()) >= ((next - gap) & mask())) {
+            if (((next - home) & m_mask) >= ((next - gap) & m_mask)) {
                 m_entries[gap] = m_entries[next];
                 gap = next;
             }
@@ -61,11 +61,10 @@ public:
     const std::vector<Entry>& entries() const { return m_entries; }
 
 private:
-    std::size_t mask() const { return m_entries.size() - 1; }
-    std::size_t following(std::size_t place) const { return (place + 1) & mask(); }
+    std::size_t following(std::size_t place) const { return (place + 1) & m_mask; }
     std::size_t homeOf(const void* address) const
     {
-        return (reinterpret_cast<std::uintptr_t>(address) * 0x9E3779B97F4A7C15ull) >> (64 - m_bits);
+        return (reinterpret_cast<std::uintptr_t>(address) * 0x9E3779B97F4A7C15ull) >> m_shift;
     }
     /// Where the address is, or would be entered.
     std::size_t placeOf(const void* address) const
@@ -79,16 +78,18 @@ private:
     {
         std::vector<Entry> old(m_entries.size() * 2);
         old.swap(m_entries);
-        ++m_bits;
+        m_mask = m_entries.size() - 1;
+        --m_shift;
         for (const Entry& entry : old) {
             if (entry.address)
                 m_entries[placeOf(entry.address)] = entry;
         }
     }
 
-    unsigned m_bits = 8;
+    std::vector<Entry> m_entries; // a power of two
+    std::size_t m_mask = m_entries.size() - 1;
+    unsigned m_shift = 64 - 8; // what is left of a hash is a place
     std::size_t m_count = 0;
-    std::vector<Entry> m_entries;
 };
 
 } // namespace Shiboken

@@ -69,10 +69,25 @@ struct BindingManager::BindingManagerPrivate
     BriefLock lock;
     AddressMap wrappers;
 
-    SbkObject* enter(void* address, SbkObject* wrapper)
+    /// A wrapper that owns takes the place of one that is there: that one's C++ object must be dead.
+    void enter(void* address, SbkObject* wrapper)
+    {
+        SbkObject* known;
+        {
+            const std::lock_guard<BriefLock> guard(lock);
+            known = wrappers.enter(address, wrapper);
+        }
+        if (!known || known == wrapper || !wrapper->d.hasOwnership)
+            return;
+        forgetCppObject(known, address);
+        const std::lock_guard<BriefLock> guard(lock);
+        wrappers.set(address, wrapper);
+    }
+
+    void erase(void* address, SbkObject* wrapper)
     {
         const std::lock_guard<BriefLock> guard(lock);
-        return wrappers.enter(address, wrapper);
+        wrappers.erase(address, wrapper);
     }
 };
 
@@ -102,30 +117,28 @@ SbkObject* BindingManager::retrieveWrapper(const void* cptr)
 
 void BindingManager::registerWrapper(SbkObject* pyObj, void* cptr)
 {
-    TypeData& data = typeDataOf(pyObj);
+    const TypeData& data = typeDataOf(pyObj);
+    if (data.hasOneAddress) {
+        if (cptr && pyObj->d.cppObject == cptr)
+            m_d->enter(cptr, pyObj);
+        return;
+    }
     for (std::size_t part = 0; part < data.parts.size(); ++part) {
-        if (cppObjectAt(pyObj, part) != cptr)
-            continue;
-        forEachAddress(pyObj, part, [&](void* address) {
-            SbkObject* const known = m_d->enter(address, pyObj);
-            if (!known || known == pyObj || !pyObj->d.hasOwnership)
-                return;
-            forgetCppObject(known, address);
-            const std::lock_guard<BriefLock> guard(m_d->lock);
-            m_d->wrappers.set(address, pyObj);
-        });
+        if (cppObjectAt(pyObj, part) == cptr)
+            forEachAddress(pyObj, part, [&](void* address) { m_d->enter(address, pyObj); });
     }
 }
 
 void BindingManager::releaseWrapper(SbkObject* wrapper)
 {
-    const std::size_t count = partCount(wrapper);
-    for (std::size_t part = 0; part < count; ++part) {
-        forEachAddress(wrapper, part, [&](void* address) {
-            const std::lock_guard<BriefLock> guard(m_d->lock);
-            m_d->wrappers.erase(address, wrapper);
-        });
+    const TypeData& data = typeDataOf(wrapper);
+    if (data.hasOneAddress) {
+        if (wrapper->d.cppObject)
+            m_d->erase(wrapper->d.cppObject, wrapper);
+        return;
     }
+    for (std::size_t part = 0; part < data.parts.size(); ++part)
+        forEachAddress(wrapper, part, [&](void* address) { m_d->erase(address, wrapper); });
 }
 
 namespace {

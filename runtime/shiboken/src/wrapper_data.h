@@ -41,6 +41,7 @@ struct TypeData : SbkObjectTypePrivate
     TypeDiscoveryFuncV2 discover = nullptr;
     MultipleInheritanceInitFunction findOffsets = nullptr;
     const int* offsets = nullptr;
+    bool hasOneAddress = false; ///< an object is known under the address of its one C++ object only
     SubTypeInitHook initialiseSubType = nullptr;
     void* userData = nullptr;
     DeleteUserDataFunc deleteUserData = nullptr;
@@ -57,7 +58,11 @@ struct TypeData : SbkObjectTypePrivate
         userData = data;
         deleteUserData = deleteFunction;
     }
-    void noteAddresses() { isSingleAddress = parts.size() == 1 && !dataOfPart(0).cast; }
+    void noteAddresses()
+    {
+        isSingleAddress = parts.size() == 1 && !dataOfPart(0).cast;
+        hasOneAddress = parts.size() == 1 && !dataOfPart(0).findOffsets;
+    }
     TypeData& dataOfPart(std::size_t index) { return *static_cast<TypeData*>(parts[index]->d); }
 };
 
@@ -84,7 +89,15 @@ inline void* cppObjectAt(SbkObject* object, std::size_t part)
         return extra->cppObjects[part];
     return part == 0 ? object->d.cppObject : nullptr;
 }
-void setCppObjectAt(SbkObject* object, std::size_t part, void* cppObject);
+/// Of a type with several parts, the object at one of them.
+void setCppObjectOfSeveral(SbkObject* object, std::size_t part, void* cppObject);
+inline void setCppObjectAt(SbkObject* object, std::size_t part, void* cppObject)
+{
+    if (partCount(object) == 1)
+        object->d.cppObject = cppObject;
+    else
+        setCppObjectOfSeveral(object, part, cppObject);
+}
 
 /// The C++ object of the given address is dead: the object's wrapper becomes invalid, and everybody lets go of it.
 void forgetCppObject(SbkObject* object, void* cppObject);
@@ -98,15 +111,23 @@ void leaveFamily(SbkObject* object);
 class ErrorSaver
 {
 public:
-    ErrorSaver() { PyErr_Fetch(&m_type, &m_value, &m_traceback); }
+    ErrorSaver()
+    {
+        if (PyErr_Occurred())
+            PyErr_Fetch(&m_type, &m_value, &m_traceback);
+    }
     ErrorSaver(const ErrorSaver&) = delete;
     ErrorSaver& operator=(const ErrorSaver&) = delete;
-    ~ErrorSaver() { PyErr_Restore(m_type, m_value, m_traceback); }
+    ~ErrorSaver()
+    {
+        if (m_type || PyErr_Occurred())
+            PyErr_Restore(m_type, m_value, m_traceback);
+    }
 
 private:
-    PyObject* m_type;
-    PyObject* m_value;
-    PyObject* m_traceback;
+    PyObject* m_type = nullptr;
+    PyObject* m_value = nullptr;
+    PyObject* m_traceback = nullptr;
 };
 
 } // namespace Shiboken

@@ -179,15 +179,10 @@ SbkObjectType* realType(SbkObjectType* type, void** cptr, const char* typeName)
 
 } // namespace
 
-void setCppObjectAt(SbkObject* object, std::size_t part, void* cppObject)
+void setCppObjectOfSeveral(SbkObject* object, std::size_t part, void* cppObject)
 {
-    const std::size_t count = partCount(object);
-    if (count == 1) {
-        object->d.cppObject = cppObject;
-        return;
-    }
     SbkObjectExtra& extra = extraOf(object);
-    extra.cppObjects.resize(count);
+    extra.cppObjects.resize(partCount(object));
     extra.cppObjects[part] = cppObject;
 }
 
@@ -247,9 +242,7 @@ bool reportInvalid(SbkObject* object)
 
 void setValidCpp(SbkObject* object, bool value) { object->d.isValid = value; }
 void setHasCppWrapper(SbkObject* object, bool value) { object->d.hasCppWrapper = value; }
-bool hasCppWrapper(SbkObject* object) { return object->d.hasCppWrapper; }
 bool wasCreatedByPython(SbkObject* object) { return object->d.wasCreatedByPython; }
-bool hasOwnership(SbkObject* object) { return object->d.hasOwnership; }
 
 void* cppPointer(SbkObject* object, PyTypeObject* desiredType)
 {

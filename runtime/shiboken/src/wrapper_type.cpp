@@ -225,6 +225,7 @@ void setTypeDiscoveryFunctionV2(SbkObjectType* type, TypeDiscoveryFuncV2 functio
 void setMultipleIheritanceFunction(SbkObjectType* type, MultipleInheritanceInitFunction function)
 {
     dataOf(type).findOffsets = function;
+    dataOf(type).noteAddresses();
 }
 
 MultipleInheritanceInitFunction getMultipleIheritanceFunction(SbkObjectType* type)
