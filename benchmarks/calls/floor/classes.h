@@ -11,6 +11,9 @@ namespace calls {
 // A view, or the number of one. False without an error for anything else.
 bool viewFromPython(PyObject* object, View& view);
 
+// The layers of a project of the floor's, as objects of the module's.
+PyObject* wrappedLayers(PyObject*, PyObject* project);
+
 // Enter the classes; false with an error.
 bool addValues(PyObject* module);
 bool addModel(PyObject* module);

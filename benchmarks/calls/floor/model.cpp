@@ -3,6 +3,7 @@
 
 #include <orrery/clip.h>
 #include <orrery/project.h>
+#include <vireo/project_types.h>
 
 namespace calls {
 
@@ -214,16 +215,16 @@ PyObject* newProject(PyTypeObject* type, PyObject* arguments, PyObject*)
     return make<Project>(type, textFromPython(file), nullptr);
 }
 
-PyObject* projectLayers(PyObject* self, PyObject*)
+PyObject* layersOf(Project& project, PyObject* (*toPython)(const Layer&))
 {
     try {
         const QVector<Layer> layers = [&] {
             const Unlocked unlocked;
-            return valueOf<Project>(self).get_layers();
+            return project.get_layers();
         }();
         PyObject* const list = PyList_New(layers.size());
         for (int i = 0; list && i < layers.size(); ++i) {
-            PyObject* const layer = wrap(layers[i]);
+            PyObject* const layer = toPython(layers[i]);
             if (!layer) {
                 Py_DECREF(list);
                 return nullptr;
@@ -237,10 +238,23 @@ PyObject* projectLayers(PyObject* self, PyObject*)
     }
 }
 
+PyObject* projectLayers(PyObject* self, PyObject*) { return layersOf(valueOf<Project>(self), &wrap<Layer>); }
+
 PyMethodDef projectMethods[] = {{"get_layers", &projectLayers, METH_NOARGS, nullptr}, {}};
 constexpr Property projectProperties[] = {{"layers", "get_layers", nullptr}};
 
 } // namespace
+
+PyObject* wrappedLayers(PyObject*, PyObject* project)
+{
+    static PyTypeObject** const types = vireo::projectTypes();
+    if (!types || !isOne<Project>(project))
+        return types ? wrongArgument("wrapped_layers", project) : nullptr;
+    return layersOf(valueOf<Project>(project), [](const Layer& layer) {
+        return Shiboken::Conversions::copyToPython(reinterpret_cast<SbkObjectType*>(types[vireo::SBK_LAYER_IDX]),
+                                                   &layer);
+    });
+}
 
 bool addModel(PyObject* module)
 {

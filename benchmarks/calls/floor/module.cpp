@@ -41,8 +41,10 @@ PyObject* endCount(PyObject*, PyObject* name)
     return none();
 }
 
-PyMethodDef functions[] = {
-    {"begin_count", &beginCount, METH_NOARGS, nullptr}, {"end_count", &endCount, METH_O, nullptr}, {}};
+PyMethodDef functions[] = {{"wrapped_layers", &wrappedLayers, METH_O, nullptr},
+                           {"begin_count", &beginCount, METH_NOARGS, nullptr},
+                           {"end_count", &endCount, METH_O, nullptr},
+                           {}};
 
 } // namespace
 
