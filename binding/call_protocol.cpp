@@ -48,7 +48,7 @@ std::string signatureText(const Signature& signature)
     return text;
 }
 
-void raiseWrongArguments(const Operation& operation, PyObject* arguments)
+[[gnu::cold, gnu::noinline]] void raiseWrongArguments(const Operation& operation, PyObject* arguments)
 {
     std::vector<std::string> texts;
     for (int i = 0; i < operation.signatureCount; ++i)
@@ -60,14 +60,14 @@ void raiseWrongArguments(const Operation& operation, PyObject* arguments)
     Shiboken::setErrorAboutWrongArguments(arguments, qualifiedName(operation).c_str(), list.data());
 }
 
-bool raiseCount(const Operation& operation, Py_ssize_t given)
+[[gnu::cold, gnu::noinline]] bool raiseCount(const Operation& operation, Py_ssize_t given)
 {
     PyErr_Format(PyExc_TypeError, "%s(): takes at least %d arguments (%d given)", qualifiedName(operation).c_str(),
                  operation.least, static_cast<int>(given));
     return false;
 }
 
-bool raiseDuplicate(const Operation& operation, const char* keyword)
+[[gnu::cold, gnu::noinline]] bool raiseDuplicate(const Operation& operation, const char* keyword)
 {
     PyErr_Format(PyExc_TypeError, "%s(): got multiple values for keyword argument '%s'.",
                  qualifiedName(operation).c_str(), keyword);
@@ -77,34 +77,28 @@ bool raiseDuplicate(const Operation& operation, const char* keyword)
 Given readArguments(const Operation& operation, PyObject* const& arguments, PyObject* keywords)
 {
     Given given;
-    if (operation.form == Form::Ignored)
-        return given;
     if (operation.form == Form::One) {
         given.items = &arguments;
         given.positional = 1;
-    } else if (arguments) {
+    } else if (arguments && operation.form != Form::Ignored) {
         given.items = &PyTuple_GET_ITEM(arguments, 0);
         given.positional = PyTuple_GET_SIZE(arguments);
+        given.keywordCount = keywords ? PyDict_Size(keywords) : 0;
+        given.keywords = given.keywordCount > 0 ? keywords : nullptr;
     }
-    given.keywordCount = keywords ? PyDict_Size(keywords) : 0;
-    given.keywords = given.keywordCount > 0 ? keywords : nullptr;
     return given;
 }
 
 // The interpreter's tuple functions are called only for the message of the count that they refuse.
-bool unpackedByInterpreter(const Operation& operation, PyObject* arguments, const Given& given)
+[[gnu::cold, gnu::noinline]] bool unpackedByInterpreter(const Operation& operation, PyObject* arguments)
 {
-    if (given.positional >= operation.least && given.positional <= operation.most)
-        return true;
     PyObject* unused[maximumParameters];
     return PyArg_UnpackTuple(arguments, bareName(operation), operation.least, operation.most, &unused[0], &unused[1],
                              &unused[2], &unused[3]);
 }
 
-bool parsedByInterpreter(const Operation& operation, PyObject* arguments, const Given& given)
+[[gnu::cold, gnu::noinline]] bool parsedByInterpreter(const Operation& operation, PyObject* arguments)
 {
-    if (given.positional <= operation.most)
-        return true;
     const std::string format = "|" + std::string(operation.most, 'O') + ":" + bareName(operation);
     PyObject* u[maximumParameters];
     return PyArg_ParseTuple(arguments, format.c_str(), &u[0], &u[1], &u[2], &u[3], &u[4], &u[5], &u[6], &u[7], &u[8],
@@ -113,6 +107,10 @@ bool parsedByInterpreter(const Operation& operation, PyObject* arguments, const 
 
 bool countAccepted(const Operation& operation, PyObject* arguments, const Given& given)
 {
+    const bool enough = given.positional >= operation.least;
+    const bool atMost = given.positional <= operation.most;
+    if (enough && atMost && !given.keywords)
+        return true; // by every form
     const Py_ssize_t total = given.positional + given.keywordCount;
     switch (operation.form) {
     case Form::NoArguments:
@@ -121,19 +119,19 @@ bool countAccepted(const Operation& operation, PyObject* arguments, const Given&
         return true;
     case Form::Positional:
     case Form::CopyOnly:
-        return unpackedByInterpreter(operation, arguments, given);
+        return (enough && atMost) || unpackedByInterpreter(operation, arguments);
     case Form::Keywords:
         if (total > operation.most)
             return raiseCount(operation, total);
-        return given.positional >= operation.least || raiseCount(operation, given.positional);
+        return enough || raiseCount(operation, given.positional);
     case Form::AtMost:
         return total <= operation.most || raiseCount(operation, total);
     case Form::AtLeast:
-        if (given.positional < operation.least)
+        if (!enough)
             return raiseCount(operation, given.positional);
-        return parsedByInterpreter(operation, arguments, given);
+        return atMost || parsedByInterpreter(operation, arguments);
     case Form::Uncounted:
-        return parsedByInterpreter(operation, arguments, given);
+        return atMost || parsedByInterpreter(operation, arguments);
     }
     return false;
 }
@@ -174,7 +172,8 @@ const Signature* chooseSignature(const Operation& operation, const Given& given,
     for (Py_ssize_t i = 0; i < given.positional; ++i)
         if (!acceptsArgument(*signature, given, i, arguments))
             return nullptr;
-    std::fill(arguments + given.positional, arguments + signature->count, Argument{nullptr, nullptr});
+    for (Py_ssize_t i = given.positional; i < signature->count; ++i)
+        arguments[i].object = nullptr;
     return signature;
 }
 
@@ -203,8 +202,6 @@ Keywords readKeywords(const Operation& operation, const Signature& signature, co
 // The protocol from counting to calling, which methods and constructors share.
 void* run(const Operation& operation, PyObject* self, void* object, PyObject* arguments, PyObject* keywords)
 {
-    if (operation.form == Form::NoArguments)
-        return operation.signatures->invoke(self, object, nullptr);
     const Given given = readArguments(operation, arguments, keywords);
     if (!countAccepted(operation, arguments, given))
         return nullptr;
@@ -228,35 +225,32 @@ void* run(const Operation& operation, PyObject* self, void* object, PyObject* ar
 
 } // namespace
 
-void* libraryObject(PyObject* self, PyTypeObject* type)
+void* raiseNotInitialised(PyObject* self)
 {
-    if (!Shiboken::Object::isValid(self))
-        return nullptr;
-    void* const object = Shiboken::Conversions::cppPointer(type, reinterpret_cast<SbkObject*>(self));
-    // Of several wrapped bases, the one that this is may not have been initialised.
-    if (!object)
-        PyErr_Format(PyExc_RuntimeError, "'__init__' method of object's base class (%s) not called.",
-                     Py_TYPE(self)->tp_name);
-    return object;
+    PyErr_Format(PyExc_RuntimeError, "'__init__' method of object's base class (%s) not called.",
+                 Py_TYPE(self)->tp_name);
+    return nullptr;
 }
 
-PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
+[[gnu::flatten]] PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
 {
-    void* const object = libraryObject(self, operation.type());
+    void* const object = libraryObject(self, *operation.type);
     if (!object)
         return nullptr;
-    return unlessError(static_cast<PyObject*>(run(operation, self, object, arguments, keywords)));
+    void* const result = operation.form == Form::NoArguments ? operation.signatures->invoke(self, object, nullptr)
+                                                             : run(operation, self, object, arguments, keywords);
+    return unlessError(static_cast<PyObject*>(result));
 }
 
 int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords,
               ObjectDestructor destroy)
 {
-    PyTypeObject* const type = operation.type();
+    PyTypeObject* const type = *operation.type;
     if (Shiboken::Object::isUserType(self) && !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type))
         return -1;
     void* const object = run(operation, self, nullptr, arguments, keywords);
     SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
-    if (PyErr_Occurred() || !Shiboken::Object::setCppPointer(wrapper, type, object)) {
+    if (errorPending() || !Shiboken::Object::setCppPointer(wrapper, type, object)) {
         if (object) {
             const Unlocked unlocked;
             destroy(object);

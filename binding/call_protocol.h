@@ -65,7 +65,7 @@ struct Operation
     int signatureCount;
     int least; // arguments, over all signatures
     int most;
-    PyTypeObject* (*type)();
+    PyTypeObject* const* type; // the class's; filled at registration
 };
 
 // No operation has more parameters.
@@ -83,8 +83,19 @@ int construct(const Operation& operation, PyObject* self, PyObject* arguments, P
 // Interns the operation's keyword names; once, before its first call. False with an error.
 bool prepare(const Operation& operation);
 
-// RuntimeError with the runtime's text unless the object has a valid library object; null then.
-void* libraryObject(PyObject* self, PyTypeObject* type);
+// For a wrapper object of several wrapped bases, of which the one that `self` is used as was not initialised.
+void* raiseNotInitialised(PyObject* self);
+
+// The library object of a wrapper object, as one of the type; null, with the runtime's RuntimeError, when there is
+// none.
+inline void* libraryObject(PyObject* self, PyTypeObject* type)
+{
+    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
+    if (!Shiboken::Object::isValid(wrapper))
+        return nullptr;
+    void* const object = Shiboken::Conversions::cppPointer(type, wrapper);
+    return object ? object : raiseNotInitialised(self);
+}
 
 } // namespace binding
 

@@ -101,7 +101,7 @@ bool registerClass(PyObject* module, const ClassTable& table)
 
 PyObject* compareObjects(const Comparison& comparison, PyObject* self, PyObject* other, int operation)
 {
-    const void* const left = libraryObject(self, comparison.type());
+    const void* const left = libraryObject(self, *comparison.type);
     if (!left)
         return nullptr;
     const Comparison::Operator compare = operation == Py_EQ   ? comparison.equal
@@ -119,7 +119,7 @@ PyObject* compareObjects(const Comparison& comparison, PyObject* self, PyObject*
     }
     if (outcome == Comparison::Outcome::Invalid)
         return nullptr;
-    if (PyErr_Occurred() || (outcome == Comparison::Outcome::NotConvertible && operation == Py_LT))
+    if (errorPending() || (outcome == Comparison::Outcome::NotConvertible && operation == Py_LT))
         return raiseNotImplemented();
     return PyBool_FromLong(result);
 }

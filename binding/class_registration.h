@@ -20,7 +20,7 @@ struct Comparison
     typedef bool (*Operator)(const void* left, const void* right);
     enum class Outcome { Compared, NotConvertible, Invalid };
 
-    PyTypeObject* (*type)();
+    PyTypeObject* const* type;
     Operator equal;
     Operator notEqual;
     Operator less;
@@ -120,7 +120,7 @@ struct Entry
                                             static_cast<int>(std::size(Signatures::signatures)),
                                             Signatures::least(),
                                             Signatures::most(),
-                                            &Wrapped<T>::type};
+                                            Wrapped<T>::place()};
 
     static PyObject* entry(PyObject* self, PyObject* arguments) { return call(operation, self, arguments); }
     static PyObject* entryWithKeywords(PyObject* self, PyObject* arguments, PyObject* keywords)
@@ -291,6 +291,13 @@ struct ComparisonOf
 
     static Comparison::Outcome apply(Comparison::Operator compare, const void* left, PyObject* other, bool& result)
     {
+        // Most often the other is of just this class.
+        if (Py_TYPE(other) == Wrapped<T>::type()) {
+            const T* const right = validObject<T>(other);
+            if (right)
+                result = compare(left, right);
+            return right ? Comparison::Outcome::Compared : Comparison::Outcome::Invalid;
+        }
         typedef std::conditional_t<Wrapped<T>::kind == Kind::Value, ArgumentReference<T, void>, ArgumentPointee<T>>
             Operand;
         const Argument argument = {other, Operand::accepts(other)};
@@ -299,14 +306,14 @@ struct ComparisonOf
         if (!Shiboken::Object::isValid(other))
             return Comparison::Outcome::Invalid;
         const Operand operand(argument);
-        if (!PyErr_Occurred())
+        if (!errorPending())
             result = compare(left, &operand.get());
         return Comparison::Outcome::Compared;
     }
 
     static PyObject* compare(PyObject* self, PyObject* other, int operation)
     {
-        static constexpr Comparison comparison = {&Wrapped<T>::type, operators & Equal ? &equal : nullptr,
+        static constexpr Comparison comparison = {Wrapped<T>::place(), operators & Equal ? &equal : nullptr,
                                                   operators & NotEqual ? &notEqual : nullptr,
                                                   operators & Less ? &less : nullptr, &apply};
         return compareObjects(comparison, self, other, operation);
@@ -367,6 +374,10 @@ ClassTable valueClass()
     table.copyToPython = &copyToPython<T, TWrapper>;
     table.acceptsValue = &WrapperConversions<T>::acceptsInstance;
     table.valueFromPython = &WrapperConversions<T>::valueFromPython;
+    if constexpr (hasImplicit<T>) {
+        table.acceptsImplicit = &Implicit<T>::accepts;
+        table.implicitFromPython = &Implicit<T>::fromPython;
+    }
     return table;
 }
 

@@ -69,14 +69,14 @@ bool isPlainListOf(PyObject* object)
 template <class T>
 bool convertItem(PyObject* item, T& element)
 {
-    if (PyErr_Occurred())
+    if (errorPending())
         return false;
     const FromPython convert = Converter<T>::accepts(item);
     if (!convert)
         PyErr_Format(PyExc_TypeError, "an item became a '%s' while it was converted", Py_TYPE(item)->tp_name);
     else
         convert(item, &element);
-    return !PyErr_Occurred();
+    return !errorPending();
 }
 
 // How each container is walked on the way in: a vector by the length that the sequence has at the start, a list by the
@@ -106,12 +106,26 @@ struct SequenceConverter
     static constexpr bool mayHoldWrapper = false;
     static const char* text() { return "list"; }
 
+    // Items of a list from its start that are wrapper objects of just the value class: copied from where they are. No
+    // Python code runs meanwhile, so they need not be held.
+    static void appendPlainItems(Container& container, PyObject* sequence)
+    {
+        if constexpr (Wrapped<T>::kind == Kind::Value) {
+            if (!PyList_CheckExact(sequence))
+                return;
+            PyTypeObject* const type = Wrapped<T>::type();
+            PyObject* const* const items = reinterpret_cast<PyListObject*>(sequence)->ob_item;
+            for (Py_ssize_t i = 0; i < PyList_GET_SIZE(sequence); ++i) {
+                SbkObject* const wrapper = reinterpret_cast<SbkObject*>(items[i]);
+                if (Py_TYPE(items[i]) != type || !Shiboken::Object::isValid(wrapper, false))
+                    return;
+                container.append(*static_cast<const T*>(Shiboken::Conversions::cppPointer(type, wrapper)));
+            }
+        }
+    }
+
     static bool appendItem(Container& container, PyObject* item)
     {
-        if (const T* const value = valueInPlace<T>(item)) {
-            container.append(*value);
-            return true;
-        }
         T element = T();
         if (!convertItem(item, element))
             return false;
@@ -133,12 +147,13 @@ struct SequenceConverter
         if (length < 0)
             return;
         reserveFor(container, length);
-        for (Py_ssize_t i = 0; i < lengthForItem(container, object, length); ++i) {
+        appendPlainItems(container, object);
+        for (Py_ssize_t i = container.size(); i < lengthForItem(container, object, length); ++i) {
             const Reference item(itemOf(object, i));
             if (!item || !appendItem(container, item.get()))
                 return;
         }
-        if (!PyErr_Occurred())
+        if (!errorPending())
             *static_cast<Container*>(value) = container;
     }
 
@@ -214,7 +229,7 @@ struct MapConverter
                 return;
             container.insert(convertedKey, convertedItem);
         }
-        if (!PyErr_Occurred())
+        if (!errorPending())
             *static_cast<Container*>(value) = container;
     }
 

@@ -45,13 +45,25 @@ SbkObjectType* wrapperType()
 // The library object behind a wrapper object that is known to be one of T; null, with the runtime's error pending, when
 // there is none any more.
 template <class T>
-T* validObject(PyObject* wrapper)
+T* validObject(PyObject* object)
 {
+    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(object);
     if (!Shiboken::Object::isValid(wrapper))
         return nullptr;
-    return static_cast<T*>(
-        Shiboken::Conversions::cppPointer(Wrapped<T>::type(), reinterpret_cast<SbkObject*>(wrapper)));
+    return static_cast<T*>(Shiboken::Conversions::cppPointer(Wrapped<T>::type(), wrapper));
 }
+
+// A second way into a value class, from objects of another kind. Specialised with
+//   isPlain(object)          whether the object surely is of that kind, and not of the class
+//   accepts(object), fromPython(object, value)   as a converter's
+template <class T>
+struct Implicit
+{};
+
+template <class T, class = void>
+constexpr bool hasImplicit = false;
+template <class T>
+constexpr bool hasImplicit<T, std::void_t<decltype(&Implicit<T>::fromPython)>> = true;
 
 // Conversions of a wrapped class, in the form in which the runtime keeps them.
 template <class T>
@@ -82,19 +94,6 @@ struct WrapperConversions
     }
 };
 
-// The library value inside a wrapper object of just that class, which need not be converted to be read; null, without
-// an error, for everything else.
-template <class T>
-const T* valueInPlace(PyObject* object)
-{
-    if constexpr (Wrapped<T>::kind == Kind::Value)
-        if (Py_TYPE(object) == Wrapped<T>::type() &&
-            Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(object), false))
-            return validObject<T>(object);
-    (void)object;
-    return nullptr;
-}
-
 // A value class: by copy in, by copy out.
 template <class T>
 struct Converter<T, std::enable_if_t<Wrapped<T>::kind == Kind::Value>>
@@ -106,6 +105,9 @@ struct Converter<T, std::enable_if_t<Wrapped<T>::kind == Kind::Value>>
     {
         if (Py_TYPE(object) == Wrapped<T>::type())
             return &WrapperConversions<T>::valueFromPython;
+        if constexpr (hasImplicit<T>)
+            if (Implicit<T>::isPlain(object))
+                return &Implicit<T>::fromPython;
         return Shiboken::Conversions::isPythonToCppValueConvertible(wrapperType<T>(), object);
     }
 

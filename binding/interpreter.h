@@ -11,13 +11,13 @@ namespace binding {
 class Unlocked
 {
 public:
-    Unlocked() { m_saver.save(); }
-    ~Unlocked() { m_saver.restore(); }
+    Unlocked() : m_state(PyEval_SaveThread()) {}
+    ~Unlocked() { PyEval_RestoreThread(m_state); }
     Unlocked(const Unlocked&) = delete;
     Unlocked& operator=(const Unlocked&) = delete;
 
 private:
-    Shiboken::ThreadStateSaver m_saver;
+    PyThreadState* const m_state;
 };
 
 // Owns one reference.
@@ -49,10 +49,13 @@ private:
     PyObject* m_object;
 };
 
+// What PyErr_Occurred() answers, without leaving the caller: every call asks several times.
+inline bool errorPending() { return PyThreadState_GET()->curexc_type != nullptr; }
+
 // A result, but null with the error when one is pending: an error never hides behind a success.
 inline PyObject* unlessError(PyObject* result)
 {
-    if (!PyErr_Occurred())
+    if (!errorPending())
         return result;
     Py_XDECREF(result);
     return nullptr;

@@ -36,7 +36,7 @@ struct StartValue
 // Tests the validity of a wrapper object, then converts. False with an error pending.
 inline bool convertArgument(const Argument& argument, bool mayBeWrapper, void* value)
 {
-    if (PyErr_Occurred() || (mayBeWrapper && !Shiboken::Object::isValid(argument.object)))
+    if (errorPending() || (mayBeWrapper && !Shiboken::Object::isValid(argument.object)))
         return false;
     argument.convert(argument.object, value);
     return true;
@@ -49,25 +49,30 @@ class ArgumentValue
     typedef std::remove_cv_t<std::remove_reference_t<T>> Value;
 
 public:
-    explicit ArgumentValue(const Argument& argument) : m_value(start(argument))
-    {
-        if (argument.object)
-            convertArgument(argument, Converter<Value>::mayHoldWrapper, &m_value);
-    }
+    explicit ArgumentValue(const Argument& argument) : m_value(from(argument)) {}
     const Value& get() const { return m_value; }
 
     static FromPython accepts(PyObject* object) { return Converter<Value>::accepts(object); }
     static const char* text() { return Converter<Value>::text(); }
 
 private:
-    static Value start(const Argument& argument)
+    static Value from(const Argument& argument)
     {
-        if constexpr (!std::is_void_v<Default>) {
+        if constexpr (!std::is_void_v<Default>)
             if (!argument.object)
                 return Default::value();
-        }
-        (void)argument;
-        return StartValue<Value>::make();
+        // What a wrapper object holds is copied from where it is.
+        if constexpr (Wrapped<Value>::kind == Kind::Value)
+            if (argument.convert == &WrapperConversions<Value>::valueFromPython && !errorPending())
+                if (const Value* const source = validObject<Value>(argument.object))
+                    return *source;
+        return converted(argument);
+    }
+    static Value converted(const Argument& argument)
+    {
+        Value value = StartValue<Value>::make();
+        convertArgument(argument, Converter<Value>::mayHoldWrapper, &value);
+        return value;
     }
 
     Value m_value;
@@ -95,6 +100,9 @@ public:
     {
         if (PyObject_TypeCheck(object, Wrapped<T>::type()))
             return &WrapperConversions<T>::pointerFromPython;
+        if constexpr (hasImplicit<T>)
+            if (Implicit<T>::isPlain(object))
+                return &Implicit<T>::fromPython;
         return Shiboken::Conversions::isPythonToCppReferenceConvertible(wrapperType<T>(), object);
     }
     static const char* text() { return Converter<T>::text(); }
@@ -339,7 +347,7 @@ struct Invoker<OperationTag<function, ResultPolicy, lock>, Defaults...>
     {
         try {
             const Values values(arguments);
-            if (PyErr_Occurred())
+            if (errorPending())
                 return nullptr;
             return run(self, *static_cast<Object*>(object), arguments, values, typename Arguments::Indexes());
         } catch (...) {
@@ -391,7 +399,7 @@ struct Invoker<ConstructorTag<Made, P...>, Defaults...>
     {
         try {
             const Values values(arguments);
-            if (PyErr_Occurred())
+            if (errorPending())
                 return nullptr;
             return make(values, typename Arguments::Indexes());
         } catch (...) {

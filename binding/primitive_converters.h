@@ -24,6 +24,15 @@ struct PrimitiveConverter
     {
         *static_cast<T*>(value) = static_cast<T>(Exact::get(object));
     }
+
+    // Both steps in one, for an object that is known to be accepted.
+    static void read(PyObject* object, T& value)
+    {
+        if (Exact::isExact(object))
+            fromExact(object, &value);
+        else
+            accepts(object)(object, &value);
+    }
 };
 
 struct ExactBool

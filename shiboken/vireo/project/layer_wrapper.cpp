@@ -36,7 +36,7 @@ PyObject* contours(PyObject*, Layer& layer)
     const QList<EngineContour> all = layer.getAllContours();
     for (int i = 0; list && i < all.size(); ++i) {
         const Reference contour(contourToPython(all[i], layer));
-        if (PyErr_Occurred() || (contour && PyList_Append(list.get(), contour.get()) < 0))
+        if (errorPending() || (contour && PyList_Append(list.get(), contour.get()) < 0))
             return nullptr;
     }
     return list.release();

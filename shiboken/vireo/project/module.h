@@ -22,7 +22,7 @@ template <TypePlace typePlace, binding::Kind typeKind>
 struct AtPlace
 {
     static constexpr binding::Kind kind = typeKind;
-    static PyTypeObject** place() { return &types[typePlace]; }
+    static constexpr PyTypeObject** place() { return &types[typePlace]; }
     static PyTypeObject* type() { return types[typePlace]; }
 };
 template <TypePlace place>
@@ -197,6 +197,21 @@ template <>
 struct Wrapped<XSplineContour> : vireo::ValueAt<vireo::SBK_XSPLINECONTOUR_IDX>
 {
     static constexpr const char* name = "vireo.project.XSplineContour";
+};
+
+// A Python int is taken wherever a view is.
+template <>
+struct Implicit<View>
+{
+    static bool isPlain(PyObject* object) { return PyInt_CheckExact(object); }
+    static FromPython accepts(PyObject* object) { return PyInt_Check(object) ? &fromPython : nullptr; }
+    static void fromPython(PyObject* integer, void* view)
+    {
+        int id = 0;
+        Converter<int>::read(integer, id);
+        if (!errorPending())
+            *static_cast<View*>(view) = View(id);
+    }
 };
 
 // A view that is given is converted into a plain one: the library's default view is asked for only where it is meant.

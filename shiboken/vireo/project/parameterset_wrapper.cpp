@@ -30,13 +30,13 @@ bool namesFromKey(PyObject* key, QStringList& names)
         QString name;
         Converter<QString>::accepts(key)(key, &name);
         names.append(name);
-        return !PyErr_Occurred();
+        return !errorPending();
     }
     const FromPython convert = PySequence_Check(key) ? Converter<QStringList>::accepts(key) : nullptr;
     if (!convert)
         return false;
     convert(key, &names);
-    return !PyErr_Occurred() && names.size() == PySequence_Size(key);
+    return !errorPending() && names.size() == PySequence_Size(key);
 }
 
 // What the names lead to: a set, or with the last name a parameter. Subsets come before parameters.

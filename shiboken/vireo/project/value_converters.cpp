@@ -29,7 +29,7 @@ void pointFromPython(PyObject* tuple, void* value)
     double coordinates[2];
     for (int i = 0; i < 2; ++i) {
         coordinates[i] = PyFloat_AsDouble(PyTuple_GET_ITEM(tuple, i));
-        if (PyErr_Occurred()) {
+        if (errorPending()) {
             PyErr_Format(PyExc_TypeError, "a point has two numbers, not a '%s'",
                          Py_TYPE(PyTuple_GET_ITEM(tuple, i))->tp_name);
             return;
@@ -51,7 +51,7 @@ void layerFromPython(PyObject* object, void* value)
     Layer layer;
     if (const FromPython convert = Converter<Layer>::accepts(object))
         convert(object, &layer);
-    if (!PyErr_Occurred())
+    if (!errorPending())
         set(value, boost::optional<Layer>(layer));
 }
 
@@ -70,7 +70,7 @@ void colourFromPython(PyObject* sequence, void* value)
     for (int i = 0; i < 3; ++i) {
         const Reference item(PySequence_GetItem(sequence, i));
         components[i] = item ? static_cast<float>(PyFloat_AsDouble(item.get())) : -1.f;
-        if (PyErr_Occurred()) {
+        if (errorPending()) {
             PyErr_Clear();
             components[i] = -1.f;
         }
@@ -88,7 +88,7 @@ void matrixFromPython(PyObject* rows, void* value)
         PyObject* const number = PyTuple_GET_ITEM(PyTuple_GET_ITEM(rows, i / 3), i % 3);
         Converter<double>::accepts(number)(number, &matrix.values[i]);
     }
-    if (!PyErr_Occurred())
+    if (!errorPending())
         set(value, matrix);
 }
 
@@ -102,7 +102,7 @@ void escapedFromUnicode(PyObject* object, void* value)
 {
     QString text;
     Converter<QString>::accepts(object)(object, &text);
-    if (!PyErr_Occurred())
+    if (!errorPending())
         setEscaped(text, value);
 }
 

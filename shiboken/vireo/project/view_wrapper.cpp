@@ -19,16 +19,6 @@ constexpr auto methods = methodTable(noArguments("get_id", operation<&View::get_
 
 constexpr Property properties[] = {readOnly("id", "get_id")};
 
-void viewFromInteger(PyObject* integer, void* view)
-{
-    int id = 0;
-    Converter<int>::accepts(integer)(integer, &id);
-    if (!PyErr_Occurred())
-        *static_cast<View*>(view) = View(id);
-}
-
-FromPython acceptsInteger(PyObject* object) { return PyInt_Check(object) ? &viewFromInteger : nullptr; }
-
 } // namespace
 
 void vireo::registerView(PyObject* module)
@@ -39,7 +29,5 @@ void vireo::registerView(PyObject* module)
     view.repr = &textOf<View, &View::__repr__>;
     view.str = &textOf<View, &View::__str__>;
     setProperties(view, properties);
-    view.implicitFromPython = &viewFromInteger;
-    view.acceptsImplicit = &acceptsInteger;
     registerClass(module, view);
 }
