@@ -6,6 +6,21 @@ namespace Knob {
 
 QString translated(const char* text) { return QCoreApplication::translate("Parameter", text); }
 
+std::vector<Member> tableMembers(const Description* table, std::size_t count, Animation* values)
+{
+    std::vector<Member> members;
+    members.reserve(count);
+    for (std::size_t i = 0; i < count; ++i)
+        members.push_back({QString::fromLatin1(table[i].name), nullptr, values + i, table + i});
+    return members;
+}
+
+void setInitialValues(const Description* table, std::size_t count, Animation* values)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        values[i].setRest(table[i].initial);
+}
+
 Branch::~Branch() = default;
 
 Member Branch::member(const QString& name)
@@ -27,15 +42,6 @@ boost::shared_ptr<ParameterSet> Branch::rootNode()
 }
 
 QString TableBranch::displayName() const { return translated(m_displayName); }
-
-std::vector<Member> TableBranch::members()
-{
-    std::vector<Member> members;
-    members.reserve(m_count);
-    for (std::size_t i = 0; i < m_count; ++i)
-        members.push_back({QString::fromLatin1(m_table[i].name), nullptr, m_animations + i, m_table + i});
-    return members;
-}
 
 ParameterSet::ParameterSet(ParameterSet* parent, Branch& branch, const Member& target)
     : m_parent(parent), m_target(target), m_branch(&branch)

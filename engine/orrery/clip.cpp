@@ -76,8 +76,6 @@ const Stream& streamAt(const ClipState& state, int view)
     return found->second;
 }
 
-int idOf(const View& view) { return static_cast<int>(view.get_id()); }
-
 } // namespace
 
 Clip::Clip(const QString& location, const QString& clip_name, bool validate, unsigned int width, unsigned int height,

@@ -20,7 +20,7 @@ std::vector<ExportedView> viewsToWrite(Clip::Data& clip, const QVector<View>& as
     const ClipState& state = clip.model->state;
     std::vector<int> ids;
     for (const View& view : asked)
-        ids.push_back(clip.model->resolveView(static_cast<int>(view.get_id())));
+        ids.push_back(clip.model->resolveView(idOf(view)));
     if (asked.isEmpty())
         for (const auto& stream : state.streams)
             ids.push_back(stream.first);

@@ -32,8 +32,7 @@ template <std::size_t count>
 std::array<Knob::Animation, count> initialValues(const Knob::Description (&table)[count])
 {
     std::array<Knob::Animation, count> values;
-    for (std::size_t i = 0; i < count; ++i)
-        values[i].setRest(table[i].initial);
+    Knob::setInitialValues(table, count, values.data());
     return values;
 }
 
@@ -87,10 +86,7 @@ QString StreamBranch::displayName() const
 
 std::vector<Knob::Member> StreamBranch::members()
 {
-    std::vector<Knob::Member> members;
-    for (std::size_t i = 0; i < ValueCount; ++i)
-        members.push_back({QString::fromLatin1(descriptions[i].name), nullptr, &values[i], &descriptions[i]});
-    return members;
+    return Knob::tableMembers(descriptions, ValueCount, values.data());
 }
 
 class ClipModel::StreamsBranch : public Knob::NamedBranch

@@ -48,7 +48,7 @@ QList<float> boundsOf(const EngineContour& contour, float time, const View& view
     {
         const Stratum::Reading lock(model.manager());
         model.requirePresent();
-        curve = model.curve(at, model.manager().resolveView(static_cast<int>(view.get_id())));
+        curve = model.curve(at, resolveView(model.manager(), view));
     }
     const Stratum::Bounds box = Stratum::bounds(curve);
     QList<float> rectangle;
@@ -68,7 +68,7 @@ Point insert(const EngineContour& contour, float time, const Record& record, uns
     Stratum::Edit edit(model.manager());
     model.requirePresent();
     model.requireWritable();
-    const int id = model.manager().resolveView(static_cast<int>(view.get_id()));
+    const int id = resolveView(model.manager(), view);
     const Point point = handleOf<Point>(Stratum::insertPoint(edit, model, values, index, at, id));
     edit.commit();
     return point;

@@ -23,7 +23,7 @@ public:
 
     Model* operator->() const { return &m_model; }
     Model& operator*() const { return m_model; }
-    int resolve(const View& view) const { return m_model.manager().resolveView(static_cast<int>(view.get_id())); }
+    int resolve(const View& view) const { return resolveView(m_model.manager(), view); }
 
 private:
     using Object = std::conditional_t<std::is_same_v<Model, Stratum::LayerModel>, STRM_Layer, Stratum::LayerGroup>;

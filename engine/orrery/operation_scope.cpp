@@ -47,7 +47,7 @@ std::vector<int> resolveViews(STRM_ProjectManager& manager, const QVector<View>&
 {
     std::vector<int> ids;
     for (const View& view : views) {
-        const int id = manager.resolveView(static_cast<int>(view.get_id()));
+        const int id = resolveView(manager, view);
         if (std::find(ids.begin(), ids.end(), id) == ids.end())
             ids.push_back(id);
     }

@@ -54,6 +54,34 @@ void requirePresent(const Knob::ParameterSet& node)
         Stratum::throwInvalidObject();
 }
 
+// A node with its project's lock held; throws for one that was removed meanwhile.
+class LockedNode
+{
+public:
+    LockedNode(boost::shared_ptr<Knob::ParameterSet> node, const boost::weak_ptr<STRM_ProjectManager>& manager)
+        : m_manager(openManager(manager)), m_node(std::move(node)), m_lock(*m_manager)
+    {
+        requirePresent(*m_node);
+    }
+    Knob::ParameterSet* operator->() const { return m_node.get(); }
+    const boost::shared_ptr<STRM_ProjectManager>& manager() const { return m_manager; }
+
+private:
+    const boost::shared_ptr<STRM_ProjectManager> m_manager;
+    const boost::shared_ptr<Knob::ParameterSet> m_node;
+    const Stratum::Reading m_lock;
+};
+
+template <class Handle>
+QVector<Handle> childrenOf(const LockedNode& node, bool parameters)
+{
+    QVector<Handle> handles;
+    for (const auto& child : node->children())
+        if (child->isParameter() == parameters)
+            handles.append(Handle(child, node.manager()));
+    return handles;
+}
+
 } // namespace
 
 QVariant Parameter::get(double time, View view)
@@ -65,8 +93,8 @@ QVariant Parameter::get(double time, View view)
     {
         const Stratum::Reading lock(*manager);
         requirePresent(*node);
-        value = node->animation().at(at, manager->resolveView(static_cast<int>(view.get_id())),
-                                     manager->settings.heroView, node->description().interpolated());
+        value = node->animation().at(at, resolveView(*manager, view), manager->settings.heroView,
+                                     node->description().interpolated());
     }
     return toVariant(node->description(), value);
 }
@@ -85,7 +113,7 @@ void Parameter::set(const QVariant& value, double time, View view)
     Stratum::Edit edit(*manager);
     requirePresent(*node);
     node->branch().requireWritable();
-    const int id = manager->resolveView(static_cast<int>(view.get_id()));
+    const int id = resolveView(*manager, view);
     const Knob::Animation& animation = node->animation();
     const Knob::Key* key = animation.key(at, id);
     const bool asBefore =
@@ -103,7 +131,7 @@ void Parameter::delete_keyframe(double time, View view)
     Stratum::Edit edit(*manager);
     requirePresent(*node);
     node->branch().requireWritable();
-    const int id = manager->resolveView(static_cast<int>(view.get_id()));
+    const int id = resolveView(*manager, view);
     if (!node->animation().key(at, id))
         raise<STRM_OutOfRange>(QString::fromLatin1("%1 has no keyframe at time %2 in view %3")
                                    .arg(QString::fromLatin1(node->description().name))
@@ -117,13 +145,10 @@ QStringList Parameter::get_name_components() { return handledObject()->path(); }
 
 QVector<QPair<View, double>> Parameter::get_keyframes()
 {
-    const boost::shared_ptr<STRM_ProjectManager> manager = openManager(m_manager);
-    const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
-    const Stratum::Reading lock(*manager);
-    requirePresent(*node);
+    const LockedNode node(handledObject(), m_manager);
     std::set<Place> places;
     collect(node->animation(), places);
-    return visible(places, *manager);
+    return visible(places, *node.manager());
 }
 
 bool Parameter::operator==(const Parameter& other) const { return identityOf(m_object) == identityOf(other.m_object); }
@@ -148,39 +173,20 @@ QStringList ParameterSet::get_name_components() { return handledObject()->path()
 
 QVector<Parameter> ParameterSet::get_parameters()
 {
-    const boost::shared_ptr<STRM_ProjectManager> manager = openManager(m_manager);
-    const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
-    const Stratum::Reading lock(*manager);
-    requirePresent(*node);
-    QVector<Parameter> parameters;
-    for (const auto& child : node->children())
-        if (child->isParameter())
-            parameters.append(Parameter(child, manager));
-    return parameters;
+    return childrenOf<Parameter>(LockedNode(handledObject(), m_manager), true);
 }
 
 QVector<ParameterSet> ParameterSet::get_subsets()
 {
-    const boost::shared_ptr<STRM_ProjectManager> manager = openManager(m_manager);
-    const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
-    const Stratum::Reading lock(*manager);
-    requirePresent(*node);
-    QVector<ParameterSet> subsets;
-    for (const auto& child : node->children())
-        if (!child->isParameter())
-            subsets.append(ParameterSet(child, manager));
-    return subsets;
+    return childrenOf<ParameterSet>(LockedNode(handledObject(), m_manager), false);
 }
 
 QVector<QPair<View, double>> ParameterSet::get_keyframes()
 {
-    const boost::shared_ptr<STRM_ProjectManager> manager = openManager(m_manager);
-    const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
-    const Stratum::Reading lock(*manager);
-    requirePresent(*node);
+    const LockedNode node(handledObject(), m_manager);
     std::set<Place> places;
     collect(node->branch(), places);
-    return visible(places, *manager);
+    return visible(places, *node.manager());
 }
 
 QString ParameterSet::get_display_name() { return handledObject()->displayName(); }

@@ -429,7 +429,7 @@ View Project::get_default_hero_view() { return View(read(*m_data, &Stratum::Sett
 void Project::set_default_hero_view(View view)
 {
     Stratum::Edit edit(*m_data->manager);
-    const int id = m_data->manager->resolveView(static_cast<int>(view.get_id()));
+    const int id = resolveView(*m_data->manager, view);
     edit.assign(m_data->manager->settings.heroView, id, Notices::setting("default_hero_view"));
     edit.commit();
 }

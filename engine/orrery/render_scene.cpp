@@ -74,7 +74,7 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
     ClipModel* clip;
     {
         Stratum::Reading reading(manager);
-        view = manager.resolveView(static_cast<int>(asked.get_id()));
+        view = resolveView(manager, asked);
         outputFolder = manager.settings.outputFolder;
         const std::vector<Stratum::LayerModel*> selected = selectLayers(manager, wanted);
         if (selected.empty())

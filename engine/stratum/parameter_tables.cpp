@@ -202,18 +202,14 @@ LayerAnimations::LayerAnimations(LayerModel& layer)
       contours(std::make_unique<ContoursBranch>(layer, QT_TRANSLATE_NOOP("Parameter", "Contours"), layer, contoursOf,
                                                 contourWithId))
 {
-    for (std::size_t i = 0; i < values.size(); ++i)
-        values[i].setRest(layerTable[i].initial);
-    for (std::size_t i = 0; i < corners.size(); ++i)
-        corners[i].setRest(cornerTable[i].initial);
+    Knob::setInitialValues(layerTable, values.size(), values.data());
+    Knob::setInitialValues(cornerTable, corners.size(), corners.data());
 }
 
 std::vector<Member> LayerModel::members()
 {
     LayerAnimations& all = animations();
-    std::vector<Member> members;
-    for (std::size_t i = 0; i < all.values.size(); ++i)
-        members.push_back(leaf(layerTable[i], all.values[i]));
+    std::vector<Member> members = Knob::tableMembers(layerTable, all.values.size(), all.values.data());
     members.push_back(set(QString::fromLatin1("transform"), all.transform));
     members.push_back(set(QString::fromLatin1("contours"), *all.contours));
     return members;
@@ -241,9 +237,7 @@ QString GroupModel::displayName() const
 
 std::vector<Member> ContourModel::members()
 {
-    std::vector<Member> members;
-    for (std::size_t i = 0; i < settings.size(); ++i)
-        members.push_back(leaf(contourTable[i], settings[i]));
+    std::vector<Member> members = Knob::tableMembers(contourTable, settings.size(), settings.data());
     for (PointModel& point : points)
         members.push_back(set(point.id(), point));
     return members;
@@ -270,11 +264,7 @@ QString ContourModel::displayName() const
 std::vector<Member> PointModel::members()
 {
     const int type = contourModel().type();
-    const Description* table = pointDescriptions(type);
-    std::vector<Member> members;
-    for (std::size_t i = 0; i < pointFieldCount(type); ++i)
-        members.push_back(leaf(table[i], fields[i]));
-    return members;
+    return Knob::tableMembers(pointDescriptions(type), pointFieldCount(type), fields.data());
 }
 
 QString PointModel::scriptName() const { return QString::fromLatin1("point_%1").arg(id()); }
@@ -295,8 +285,7 @@ struct ProjectParameters::Branches
           groups(owner, QT_TRANSLATE_NOOP("Parameter", "Groups"), manager, allGroups,
                  [](STRM_ProjectManager& manager, unsigned int id) { return manager.findGroup(id); })
     {
-        for (std::size_t i = 0; i < renderValues.size(); ++i)
-            renderValues[i].setRest(renderTable[i].initial);
+        Knob::setInitialValues(renderTable, renderValues.size(), renderValues.data());
     }
 
     STRM_ProjectManager& manager;

@@ -22,9 +22,7 @@ Knob::Value turned(const Knob::Value& value, double angle)
 
 PointModel::PointModel(ContourModel& contour, unsigned int id) : ControlPoint(&contour, id)
 {
-    const Knob::Description* table = pointDescriptions(contour.type());
-    for (std::size_t i = 0; i < pointFieldCount(contour.type()); ++i)
-        fields[i].setRest(table[i].initial);
+    Knob::setInitialValues(pointDescriptions(contour.type()), pointFieldCount(contour.type()), fields.data());
 }
 
 PointModel::~PointModel() = default;

@@ -52,6 +52,10 @@ struct Member
     explicit operator bool() const { return branch || animation; }
 };
 
+// The values that a table describes, of which there are as many as entries.
+std::vector<Member> tableMembers(const Description* table, std::size_t count, Animation* values);
+void setInitialValues(const Description* table, std::size_t count, Animation* values);
+
 // What stands behind a set of parameters: an object of the model, or a part of one. Lives as long as its model.
 class Branch
 {
@@ -92,7 +96,7 @@ public:
 
     bool present() const override { return m_owner.present(); }
     QString displayName() const override;
-    std::vector<Member> members() override;
+    std::vector<Member> members() override { return tableMembers(m_table, m_count, m_animations); }
     void requireWritable() const override { m_owner.requireWritable(); }
 
 private:

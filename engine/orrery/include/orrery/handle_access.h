@@ -27,6 +27,10 @@ template <class Exception>
 // The manager, kept alive and still open, or STRM_BadState "Invalid object".
 boost::shared_ptr<STRM_ProjectManager> openManager(const boost::weak_ptr<STRM_ProjectManager>& manager);
 
+inline int idOf(const View& view) { return static_cast<int>(view.get_id()); }
+// The id of the view that is meant. STRM_OutOfRange for one that the project does not have.
+inline int resolveView(const STRM_ProjectManager& manager, const View& view) { return manager.resolveView(idOf(view)); }
+
 // ---- Checks; each names the argument and the value that it refuses ----
 
 void requireFinite(const char* argument, double value); // STRM_BadArgument
