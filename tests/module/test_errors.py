@@ -31,7 +31,7 @@ WAYS = [
     ("View", "a.id", "View.get_id"), ("View", "repr(a)", "View.__repr__"), ("View", "str(a)", "View.__str__"),
     ("ViewInfo", "repr(a)", "ViewInfo.__repr__"), ("ViewInfo", "ViewInfo(u'a', u'b')", "ViewInfo"),
     ("StreamInfo", "StreamInfo(u'a')", "StreamInfo"), ("UndoGroup", "a.__enter__()", "UndoGroup.begin"),
-    ("BezierControlPoint", "a.master_point", "ControlPoint.handledObject"),
+    ("BezierControlPoint", "a.master_point", "Stratum::ControlPoint.handledObject"),
     ("BezierControlPoint", "a.set_master_point(None)", "Python.setPointConstraint"),
     ("ParameterSet", "a['x']", "ParameterSet.get_subsets"), ("Parameter", "a.keyframes", "Parameter.get_keyframes"),
     ("Parameter", "a.delete_keyframe(1, 1)", "Parameter.delete_keyframe"),

@@ -3,6 +3,7 @@
 
 #include "call.h"
 
+#include <boost/core/demangle.hpp>
 #include <map>
 #include <mutex>
 #include <stratum/exception.h>
@@ -92,16 +93,6 @@ boost::shared_ptr<Stratum::ControlPoint> EngineContour::pointByID(unsigned int i
 
 using namespace recording;
 
-namespace {
-
-constexpr const char* nameOf(const STRM_Layer*) { return "STRM_Layer.handledObject"; }
-constexpr const char* nameOf(const Stratum::LayerGroup*) { return "LayerGroup.handledObject"; }
-constexpr const char* nameOf(const Stratum::Contour*) { return "Contour.handledObject"; }
-constexpr const char* nameOf(const Stratum::ControlPoint*) { return "ControlPoint.handledObject"; }
-constexpr const char* nameOf(const Knob::ParameterSet*) { return "ParameterSet.handledObject"; }
-
-} // namespace
-
 template <class T>
 PyHandle<T>::PyHandle() = default;
 
@@ -116,8 +107,9 @@ PyHandle<T>::~PyHandle() = default;
 template <class T>
 boost::shared_ptr<T> PyHandle<T>::handledObject() const
 {
+    static const std::string name = boost::core::demangle(typeid(T).name()) + ".handledObject";
     const auto object = m_object.lock();
-    call(nameOf(static_cast<T*>(nullptr)), object);
+    call(name.c_str(), object);
     if (!object && !Silence::now())
         throw STRM_BadState("recording", 1, "Invalid object", "Invalid object");
     return object;
