@@ -49,6 +49,22 @@ SbkConverter* registerClass(PyObject* module, const ClassTable& table, Conversio
     return converter;
 }
 
+bool canInitialise(PyObject* self, PyTypeObject* type)
+{
+    return !Object::isUserType(self) || ObjectType::canCallConstructor(Py_TYPE(self), type);
+}
+
+bool takeCppObject(PyObject* self, PyTypeObject* type, void* object, bool isShim)
+{
+    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
+    if (!Object::setCppPointer(wrapper, type, object))
+        return false;
+    Object::setValidCpp(wrapper, true);
+    Object::setHasCppWrapper(wrapper, isShim);
+    BindingManager::instance().registerWrapper(wrapper, object);
+    return true;
+}
+
 PyTypeObject* registerEnumeration(SbkObjectType* scope, const char* fullName, const char* cppName, int place,
                                   const EnumerationItem* items, std::size_t count,
                                   Conversions::CppToPythonFunc toPython, PythonToCppFunc fromPython,

@@ -51,6 +51,12 @@ struct PointerConversion
     }
 };
 
+// Whether `self` may be made with a constructor of the class at all: false with an error.
+bool canInitialise(PyObject* self, PyTypeObject* type);
+
+// Makes `object` the C++ object of `self`, which owns it then. False with an error for a second one.
+bool takeCppObject(PyObject* self, PyTypeObject* type, void* object, bool isShim);
+
 // Fills the type, enters it into the module and its table, and gives it the converter. Null with an error.
 SbkConverter* registerClass(PyObject* module, const ClassTable& table,
                             Shiboken::Conversions::IsConvertibleToCppFunc accepts, PythonToCppFunc fromPython,

@@ -11,6 +11,7 @@ QString textFromPython(PyObject* text);
 PyObject* textToPython(const QString& text);
 // str, unicode or None.
 bool isText(PyObject* object);
+bool hasOnlyTextKeys(PyObject* dictionary);
 
 void registerTextConverters();   // QString, QStringList
 void registerVariantConverter(); // QVariant

@@ -72,14 +72,7 @@ void mapFromPython(PyObject* object, void* value)
 
 PythonToCppFunc acceptsMap(PyObject* object)
 {
-    if (!PyDict_Check(object))
-        return nullptr;
-    PyObject* key;
-    PyObject* each;
-    for (Py_ssize_t place = 0; PyDict_Next(object, &place, &key, &each);)
-        if (!isText(key))
-            return nullptr;
-    return &mapFromPython;
+    return PyDict_Check(object) && hasOnlyTextKeys(object) ? &mapFromPython : nullptr;
 }
 
 PyObject* mapToPython(const void* value) { return variantToPython(QVariant(*static_cast<const QVariantMap*>(value))); }

@@ -1,6 +1,7 @@
 // The beginning and the end of QObjects that Python makes.
 #include "object_shim.h"
 
+#include "class_registration.h"
 #include "pyside.h"
 #include "pysidesignal.h"
 
@@ -15,11 +16,6 @@ bool isPythonClass(const QMetaObject* own, const QMetaObject* cpp, const char* c
         if (!std::strcmp(own->className(), className))
             return true;
     return false;
-}
-
-bool canInitialise(PyObject* self, PyTypeObject* type)
-{
-    return !Shiboken::Object::isUserType(self) || Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type);
 }
 
 namespace {
@@ -46,8 +42,7 @@ bool setQtParent(PyObject* self, QObject* object, PyObject* parent)
 bool attach(PyObject* self, PyTypeObject* type, QObject* object, PythonQObject* pythonPart, PyObject* parent,
             PyObject* keywords, const char** ignoredKeywords, unsigned ignoredCount)
 {
-    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
-    if (!Shiboken::Object::setCppPointer(wrapper, type, object)) {
+    if (!takeCppObject(self, type, object, true)) {
         const ErrorAside aside;
         const Unlocked unlocked;
         delete object;
@@ -55,9 +50,6 @@ bool attach(PyObject* self, PyTypeObject* type, QObject* object, PythonQObject* 
     }
     if (const std::shared_ptr<const DynamicMetaObject> own = classMetaObject(Py_TYPE(self)))
         pythonPart->setPythonMetaObject(own);
-    Shiboken::Object::setValidCpp(wrapper, true);
-    Shiboken::Object::setHasCppWrapper(wrapper, true);
-    Shiboken::BindingManager::instance().registerWrapper(wrapper, object);
     Signal::updateSourceObject(self);
     return setQtParent(self, object, parent) &&
            (!keywords || fillQtProperties(self, object->metaObject(), keywords, ignoredKeywords, ignoredCount));

@@ -22,9 +22,7 @@ public:
     using Base::Base;
     ~ObjectShim() override
     {
-        SbkObject* const wrapper = Shiboken::BindingManager::instance().retrieveWrapper(address());
-        if (wrapper)
-            Shiboken::Object::destroy(wrapper, address());
+        Shiboken::Object::destroy(Shiboken::BindingManager::instance().retrieveWrapper(address()), address());
     }
 
     const QMetaObject* metaObject() const override
@@ -129,9 +127,6 @@ private:
         return PyString_FromFormat("%d%s", QSIGNAL_CODE, signal.methodSignature().constData());
     }
 };
-
-// Whether `object` may be made with a constructor of T's at all: false with an error.
-bool canInitialise(PyObject* self, PyTypeObject* type);
 
 // Makes a C++ object that is ready the one of `self`: false, with an error and the C++ object deleted, for a second
 // one. Then come the parent, which may be null or None, and the keywords.

@@ -45,20 +45,15 @@ PyObject* copyToPython(const void* bytes)
 
 bool attachBytes(PyObject* self, QByteArray* bytes)
 {
-    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
-    if (!Shiboken::Object::setCppPointer(wrapper, typeOf<QByteArray>(), bytes)) {
+    const bool isTaken = takeCppObject(self, typeOf<QByteArray>(), bytes, false);
+    if (!isTaken)
         delete bytes;
-        return false;
-    }
-    Shiboken::Object::setValidCpp(wrapper, true);
-    Shiboken::BindingManager::instance().registerWrapper(wrapper, bytes);
-    return true;
+    return isTaken;
 }
 
 int initialise(PyObject* self, PyObject* arguments, PyObject*)
 {
-    if (Shiboken::Object::isUserType(self) &&
-        !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), typeOf<QByteArray>()))
+    if (!canInitialise(self, typeOf<QByteArray>()))
         return -1;
     PyObject* first = nullptr;
     PyObject* second = nullptr;

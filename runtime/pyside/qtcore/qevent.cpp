@@ -18,9 +18,7 @@ public:
     ~EventShim() override
     {
         QEvent* const address = this;
-        SbkObject* const wrapper = Shiboken::BindingManager::instance().retrieveWrapper(address);
-        if (wrapper)
-            Shiboken::Object::destroy(wrapper, address);
+        Shiboken::Object::destroy(Shiboken::BindingManager::instance().retrieveWrapper(address), address);
     }
 };
 
@@ -34,15 +32,10 @@ template <class Event, class... A>
 bool attachEvent(PyObject* self, A... arguments)
 {
     EventShim<Event>* const event = new EventShim<Event>(arguments...);
-    SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
-    if (!Shiboken::Object::setCppPointer(wrapper, typeOf<Event>(), event)) {
+    const bool isTaken = takeCppObject(self, typeOf<Event>(), event, true);
+    if (!isTaken)
         delete event;
-        return false;
-    }
-    Shiboken::Object::setValidCpp(wrapper, true);
-    Shiboken::Object::setHasCppWrapper(wrapper, true);
-    Shiboken::BindingManager::instance().registerWrapper(wrapper, event);
-    return true;
+    return isTaken;
 }
 
 // A constructor with these parameters, all required.
@@ -78,10 +71,7 @@ struct EventConstructor
 
     static int initialise(PyObject* self, PyObject* arguments, PyObject*)
     {
-        if (Shiboken::Object::isUserType(self) &&
-            !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), typeOf<Event>()))
-            return -1;
-        return make(self, arguments, std::index_sequence_for<A...>()) ? 0 : -1;
+        return canInitialise(self, typeOf<Event>()) && make(self, arguments, std::index_sequence_for<A...>()) ? 0 : -1;
     }
 };
 

@@ -1,6 +1,8 @@
 // The arguments of QObject classes' constructors.
 #include "qobject_constructor.h"
 
+#include "class_registration.h"
+
 #include <cstring>
 
 namespace QtCore {

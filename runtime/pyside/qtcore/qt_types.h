@@ -48,17 +48,20 @@ SbkObjectType* wrapperTypeOf()
 template <class T, class = void>
 struct Crossing;
 
-// Numbers and bytes, by the runtime's own converters.
-template <class T>
-struct PrimitiveCrossing
+// By a converter.
+template <class T, SbkConverter* (*converter)()>
+struct ConverterCrossing
 {
-    static SbkConverter* converter() { return Shiboken::Conversions::PrimitiveTypeConverter<T>(); }
     static PythonToCppFunc accepts(PyObject* object)
     {
         return Shiboken::Conversions::isPythonToCppConvertible(converter(), object);
     }
     static PyObject* toPython(const T& value) { return Shiboken::Conversions::copyToPython(converter(), &value); }
 };
+
+// Numbers and bytes have the runtime's own.
+template <class T>
+using PrimitiveCrossing = ConverterCrossing<T, &Shiboken::Conversions::PrimitiveTypeConverter<T>>;
 template <>
 struct Crossing<bool> : PrimitiveCrossing<bool>
 {
@@ -85,17 +88,14 @@ struct Crossing<const char*> : PrimitiveCrossing<const char*>
     static const char* text() { return "str"; }
 };
 
-// Texts, variants and lists, by the converters of this module.
-template <class T, int place>
-struct TableCrossing
+// Texts, variants and lists have those of this module.
+template <int place>
+SbkConverter* tableConverter()
 {
-    static SbkConverter* converter() { return SbkPySide_QtCoreTypeConverters[place]; }
-    static PythonToCppFunc accepts(PyObject* object)
-    {
-        return Shiboken::Conversions::isPythonToCppConvertible(converter(), object);
-    }
-    static PyObject* toPython(const T& value) { return Shiboken::Conversions::copyToPython(converter(), &value); }
-};
+    return SbkPySide_QtCoreTypeConverters[place];
+}
+template <class T, int place>
+using TableCrossing = ConverterCrossing<T, &tableConverter<place>>;
 template <>
 struct Crossing<QString> : TableCrossing<QString, SBK_QSTRING_IDX>
 {
@@ -112,21 +112,25 @@ struct Crossing<QVariant> : TableCrossing<QVariant, SBK_QVARIANT_IDX>
     static const char* text() { return "QVariant"; }
 };
 template <>
+struct Crossing<QVariantList> : TableCrossing<QVariantList, SBK_QTCORE_QLIST_QVARIANT_IDX>
+{
+    static const char* text() { return "list"; }
+};
+template <>
 struct Crossing<QList<QByteArray>> : TableCrossing<QList<QByteArray>, SBK_QTCORE_QLIST_QBYTEARRAY_IDX>
 {
     static const char* text() { return "list"; }
 };
 
 template <class T>
-struct Crossing<T, std::enable_if_t<std::is_enum<T>::value>>
+SbkConverter* enumerationConverter()
 {
-    static SbkConverter* converter() { return Shiboken::Enum::getTypeConverter(typeOf<T>()); }
+    return Shiboken::Enum::getTypeConverter(typeOf<T>());
+}
+template <class T>
+struct Crossing<T, std::enable_if_t<std::is_enum<T>::value>> : ConverterCrossing<T, &enumerationConverter<T>>
+{
     static const char* text() { return Wrapped<T>::name; }
-    static PythonToCppFunc accepts(PyObject* object)
-    {
-        return Shiboken::Conversions::isPythonToCppConvertible(converter(), object);
-    }
-    static PyObject* toPython(T value) { return Shiboken::Conversions::copyToPython(converter(), &value); }
 };
 
 // Objects of wrapped classes, by pointer.

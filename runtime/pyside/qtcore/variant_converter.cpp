@@ -64,16 +64,6 @@ QVariant fromWrapper(PyObject* object)
     return value && !QByteArray(name).endsWith('*') ? QVariant(type, value) : QVariant();
 }
 
-bool hasOnlyTextKeys(PyObject* dictionary)
-{
-    PyObject* key;
-    PyObject* value;
-    for (Py_ssize_t place = 0; PyDict_Next(dictionary, &place, &key, &value);)
-        if (!isText(key))
-            return false;
-    return true;
-}
-
 QVariant fromDictionary(PyObject* object)
 {
     if (!hasOnlyTextKeys(object))
@@ -122,18 +112,6 @@ QVariant fromSequence(PyObject* object)
 
 bool isQByteArray(PyObject* object) { return PyObject_TypeCheck(object, typeOf<QByteArray>()); }
 
-PyObject* listToPython(const QVariantList& list)
-{
-    Reference result(PyList_New(list.size()));
-    for (int i = 0; result && i < list.size(); ++i) {
-        PyObject* const item = variantToPython(list[i]);
-        if (!item)
-            return nullptr;
-        PyList_SET_ITEM(result.get(), i, item);
-    }
-    return result.release();
-}
-
 template <class Map>
 PyObject* mapToPython(const Map& map)
 {
@@ -173,6 +151,16 @@ PythonToCppFunc acceptsAny(PyObject*) { return &anyIntoVariant; }
 PyObject* toPython(const void* value) { return variantToPython(*static_cast<const QVariant*>(value)); }
 
 } // namespace
+
+bool hasOnlyTextKeys(PyObject* dictionary)
+{
+    PyObject* key;
+    PyObject* value;
+    for (Py_ssize_t place = 0; PyDict_Next(dictionary, &place, &key, &value);)
+        if (!isText(key))
+            return false;
+    return true;
+}
 
 QVariant variantFromPython(PyObject* object)
 {
@@ -236,7 +224,7 @@ PyObject* variantToPython(const QVariant& variant)
     case QMetaType::QStringList:
         return Crossing<QStringList>::toPython(variant.toStringList());
     case QMetaType::QVariantList:
-        return listToPython(variant.toList());
+        return Crossing<QVariantList>::toPython(variant.toList());
     case QMetaType::QVariantMap:
         return mapToPython(variant.toMap());
     case QMetaType::QVariantHash:
