@@ -1,4 +1,5 @@
 # QObject's own methods, its constructors, and what is refused.
+import sys
 import unittest
 
 import shiboken
@@ -145,6 +146,45 @@ class Modules(Case):
         from PySide import QtGui
         self.assertEqual((PySide.__version__, QtCore.__version__), ('1.2.4', QtCore.qVersion()))
         self.assertTrue(QtGui)
+
+    def test_two_interpreters(self):
+        self.assertEqual(run('''
+import sys
+sys.path[:0] = paths = %r
+import probe
+from nodes import Node
+from PySide import QtCore
+app = QtCore.QCoreApplication([])
+kept = QtCore.QObject(objectName='kept')
+print probe.runInOtherInterpreter("""
+import sys
+sys.path[:0] = %%r
+import probe
+from nodes import Node
+from PySide import QtCore
+got = []
+class Own(QtCore.QObject):
+    changed = QtCore.Signal(int)
+    def customEvent(self, event): got.append('event')
+class Reacting(probe.Node):
+    def react(self, value): return value + 10
+own, node, reacting = Own(), Node(), Reacting()
+own.thing = own.child = Own(own)
+own.destroyed.connect(lambda: got.append('gone'))
+for signal in (own.changed, node.levelChanged): signal.connect(lambda value: got.append(value))
+own.changed.emit(4)
+node.emitFromThread(2)
+QtCore.QCoreApplication.instance().sendEvent(own, QtCore.QEvent(QtCore.QEvent.User))
+QtCore.QCoreApplication.processEvents()
+got += [probe.callReact(reacting, 1), probe.callReact(reacting, 1, True)]
+probe.deleteInThread(reacting)
+left = Own(objectName='left to the end')
+own.setProperty('left', [left, node])
+del own, node
+print got
+""" %% paths)
+print kept.objectName()
+''' % sys.path), (0, "[4, 'event', 0, 1, 11, 11, 'gone']\n0\nkept\n", ''))
 
     def test_end_of_the_process(self):
         code, out, error = run('''
