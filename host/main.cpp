@@ -88,8 +88,8 @@ int run(const CommandLine& line)
             openProject(line.project);
     } catch (const std::exception& error) {
         endApplication();
-        return complain(refused, QString("cannot open project '%1': %2")
-                                     .arg(QFile::decodeName(line.project.c_str()), QString::fromUtf8(error.what())));
+        // The library's text names the file.
+        return complain(refused, "cannot open project: " + QString::fromUtf8(error.what()));
     }
     showProgress();
     try {
