@@ -7,6 +7,7 @@
 #include <cmath>
 #include <orrery/color_parameters.h>
 #include <orrery/progress_watcher.h>
+#include <pixels_loader.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -34,25 +35,6 @@ protected:
     QString pattern;
     std::unique_ptr<Clip> clip;
 };
-
-// What of a polygon's pixels is covered, from 16 x 16 samples each.
-pixels::Image sampled(const std::vector<pixels::Point>& polygon, pixels::Size size)
-{
-    pixels::Image image(size, 1);
-    const auto inside = [&polygon](double x, double y) {
-        bool in = false;
-        for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++)
-            if ((polygon[i].y > y) != (polygon[j].y > y) &&
-                x < (polygon[j].x - polygon[i].x) * (y - polygon[i].y) / (polygon[j].y - polygon[i].y) + polygon[i].x)
-                in = !in;
-        return in;
-    };
-    for (int y = 0; y < size.height; ++y)
-        for (int x = 0; x < size.width; ++x)
-            for (int i = 0; i < 256; ++i)
-                *image.at(x, y) += inside(x + (i % 16 + 0.5) / 16, y + (i / 16 + 0.5) / 16) ? 1 / 256.0f : 0;
-    return image;
-}
 
 QString frame(const Folder& folder, const char* prefix, int number)
 {
@@ -227,15 +209,11 @@ TEST_F(ExportingShapes, MattesAreTheCoverageOfTheShape)
     EXPECT_EQ(mattes->get_name(), QString("Mattes"));
     EXPECT_EQ(mattes->get_info(View(0)).__repr__(), StreamInfo(output.path(), "m.", ".png", 0, 1, 1).__repr__());
     EXPECT_EQ(mattes->get_frame_size(), qMakePair(64u, 48u));
-    const pixels::Image truth = sampled(polygon, {64, 48}), matte = *readImage(frame(output, "m.", 0));
-    double difference = 0;
-    int edges = 0;
-    for (std::size_t i = 0; i < truth.values.size(); ++i)
-        if (truth.values[i] > 0 && truth.values[i] < 1) {
-            difference += std::abs(truth.values[i] - matte.values[i]);
-            ++edges;
-        }
-    EXPECT_LT(difference / edges, 0.004);
+    pixels::Outline outline;
+    for (const pixels::Point& corner : polygon)
+        outline.push_back({corner.x, corner.y, 0});
+    EXPECT_LT(meanDifference(*readImage(frame(output, "m.", 0)), pixels::library().coverage({outline}, {64, 48})),
+              1e-3);
 }
 
 TEST_F(ExportingShapes, LayersAddUpInTheirOrder)

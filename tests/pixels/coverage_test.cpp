@@ -142,7 +142,8 @@ TEST(Coverage, IsWithinTwoThousandthsOfTheSampledTruth)
     const std::vector<std::vector<Outline>> scenes = {
         {blob({24, 18}, 13, 5)},
         {blob({24, 18}, 14, 3), blob({24, 18}, 5, 4, 0, false)},
-        {blob({5, 15}, 14, 3)}, // partly out of view
+        {blob({24, 18}, 14, 3), blob({26, 18}, 5, 4)}, // a hole by one rule only
+        {blob({5, 15}, 14, 3)},                        // partly out of view
         {polygon({{5.5, 4.2}, {40.1, 8.4}, {35.3, 30.6}, {11.2, 27.9}})},
         {polygon({{5, 5.3}, {43, 31.6}, {43, 32.3}, {5, 5.7}})}, // thinner than a pixel
     };
@@ -164,15 +165,6 @@ TEST(Coverage, FeathersOutsideAndInside)
     for (std::size_t i = 0; i < varied.size(); ++i)
         varied[i].edgeWidth = 2.0 * double(i);
     EXPECT_LT(edgeError(library().coverage({varied}, size), Truth({varied}, FillRule::EvenOdd).image(size)), 0.002);
-}
-
-TEST(Coverage, FillRulesDifferWhereOutlinesRunTheSameWay)
-{
-    const std::vector<Outline> same = {blob({32, 24}, 18, 1), blob({32, 24}, 6, 1)};
-    EXPECT_EQ(*library().coverage(same, {64, 48}).at(32, 24), 0);
-    EXPECT_EQ(*library().coverage(same, {64, 48}, {}, FillRule::NonZero).at(32, 24), 1);
-    const std::vector<Outline> opposite = {blob({32, 24}, 18, 1), blob({32, 24}, 6, 1, 0, false)};
-    EXPECT_EQ(*library().coverage(opposite, {64, 48}, {}, FillRule::NonZero).at(32, 24), 0);
 }
 
 TEST(Coverage, TransformMovesOutlinesAndScalesTheirEdges)

@@ -107,9 +107,8 @@ TEST(Files, RefusesAFrameOfAnotherSize)
     const Folder folder;
     library().writeFrame(folder / "a.png", Image({20, 10}, 3));
     EXPECT_NO_THROW(library().readFrame(folder / "a.png", {}, {20, 10}));
-    EXPECT_TRUE(contains(errorOf<FileError>([&] {
-                             library().readFrame(folder / "a.png", {}, {20, 11});
-                         }),
+    const Size other{20, 11};
+    EXPECT_TRUE(contains(errorOf<FileError>([&] { library().readFrame(folder / "a.png", {}, other); }),
                          "is 20 x 10 pixels large, not 20 x 11"));
 }
 

@@ -28,26 +28,28 @@ Interpretation logScan()
 
 TEST(Interpretation, TakesReferenceBlackToZeroAndWhiteToOne)
 {
-    const auto values = read({95, 685, 445, 1023}, logScan());
+    Interpretation log = logScan(), panalog;
+    const auto values = read({95, 685, 445, 1023, 500}, log);
     EXPECT_NEAR(values[0], 0, 1e-6);
     EXPECT_NEAR(values[1], 1, 1e-6);
     // Mid grey of a scan lies at code 445 and reflects 18 percent.
     EXPECT_NEAR(values[2], 0.18, 0.035);
     EXPECT_NEAR(values[3], 13.5, 0.1);
-}
-
-TEST(Interpretation, OffsetMovesCodesAndGammaBendsTheCurve)
-{
-    Interpretation log = logScan();
-    const float plain = read({500}, log)[0];
     log.offset = 20;
-    EXPECT_NEAR(read({480}, log)[0], plain, 1e-6);
+    EXPECT_NEAR(read({480}, log)[0], values[4], 1e-6);
     log.offset = 0;
     log.gamma = 0.6f;
     const auto bent = read({95, 500, 685}, log);
     EXPECT_NEAR(bent[0], 0, 1e-6);
-    EXPECT_GT(bent[1], plain + 0.02f);
+    EXPECT_GT(bent[1], values[4] + 0.02f);
     EXPECT_NEAR(bent[2], 1, 1e-6);
+
+    panalog.colorspace = Colorspace::Panalog;
+    panalog.conversion = Conversion::Float;
+    const auto others = read({64, 681, 681 - 444}, panalog);
+    EXPECT_NEAR(others[0], 0, 1e-6);
+    EXPECT_NEAR(others[1], 1, 1e-6);
+    EXPECT_NEAR(others[2], (0.1 - 0.0408) / (1 - 0.0408), 1e-4);
 }
 
 TEST(Interpretation, SoftClipBendsHighlightsDownToOne)
@@ -61,17 +63,6 @@ TEST(Interpretation, SoftClipBendsHighlightsDownToOne)
     EXPECT_LT(soft[3], hard[3]);
     EXPECT_GT(soft[3], soft[2]);
     EXPECT_NEAR(soft[4], 1, 1e-5);
-}
-
-TEST(Interpretation, KnowsPanalog)
-{
-    Interpretation panalog;
-    panalog.colorspace = Colorspace::Panalog;
-    panalog.conversion = Conversion::Float;
-    const auto values = read({64, 681, 681 - 444}, panalog);
-    EXPECT_NEAR(values[0], 0, 1e-6);
-    EXPECT_NEAR(values[1], 1, 1e-6);
-    EXPECT_NEAR(values[2], (0.1 - 0.0408) / (1 - 0.0408), 1e-4);
 }
 
 TEST(Interpretation, ConversionDecidesWhetherAndHowFine)

@@ -61,40 +61,24 @@ double worstError(const MadeFootage& footage, int from, int to, bool maskOcclude
     return worst;
 }
 
-TEST(Tracking, FollowsTurningAndTiltingForwardAndBackward)
+TEST(Tracking, FollowsTheSurface)
 {
-    const MadeFootage footage(smallFootage());
-    EXPECT_LT(worstError(footage, 0, 23), 0.8);
-    EXPECT_LT(worstError(footage, 12, 0), 0.8);
-}
-
-TEST(Tracking, CopesWithGrainBlurAndLight)
-{
-    FootageOptions options = smallFootage();
-    options.noise = 0.03;
-    options.blur = 1.2;
-    options.brightness = -0.5;
-    EXPECT_LT(worstError(MadeFootage(options), 0, 23), 1.2);
-}
-
-TEST(Tracking, LooksPastWhatPassesInFront)
-{
-    FootageOptions options = smallFootage();
-    options.occluder = true;
-    options.motion = 0.6;
-    const MadeFootage footage(options);
-    const double masked = worstError(footage, 0, 23, true), unmasked = worstError(footage, 0, 23, false);
-    EXPECT_LT(masked, 0.8);
-    EXPECT_LT(unmasked, 2.5);
-}
-
-TEST(Tracking, HoldsCornersThatHaveLeftTheView)
-{
-    FootageOptions options = smallFootage();
-    options.size = {384, 216};
-    options.frames = 40;
-    options.leaving = 0.7;
-    EXPECT_LT(worstError(MadeFootage(options), 0, 39), 2.5);
+    const FootageOptions usual = smallFootage();
+    FootageOptions poor = usual, occluded = usual, leaving = usual;
+    poor.noise = 0.03;
+    poor.blur = 1.2;
+    poor.brightness = -0.5;
+    occluded.occluder = true;
+    occluded.motion = 0.6;
+    leaving.size = {384, 216};
+    leaving.frames = 40;
+    leaving.leaving = 0.7;
+    EXPECT_LT(worstError(MadeFootage(usual), 0, 23), 0.8);
+    EXPECT_LT(worstError(MadeFootage(usual), 12, 0), 0.8);
+    EXPECT_LT(worstError(MadeFootage(poor), 0, 23), 1.2);
+    EXPECT_LT(worstError(MadeFootage(occluded), 0, 23, true), 0.8);
+    EXPECT_LT(worstError(MadeFootage(occluded), 0, 23, false), 2.5);
+    EXPECT_LT(worstError(MadeFootage(leaving), 0, 39), 2.5);
 }
 
 // Fast motion, of which a third is hidden from one frame to the next.
