@@ -8,7 +8,6 @@
 #include <orrery/color_parameters.h>
 #include <orrery/progress_watcher.h>
 #include <pixels_loader.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -141,17 +140,6 @@ TEST_F(Exporting, MayReplaceItsOwnSource)
     EXPECT_EQ(folder.files().size(), 12);
     EXPECT_EQ(readImage(folder / "plate.0005.png")->values[0], 0);
     EXPECT_EQ(clip->get_info(View(0)).get_end_frame(), 11u);
-}
-
-TEST_F(Exporting, AFullDiskIsReportedAndLeavesNoFrame)
-{
-    Folder mountPoint;
-    const QByteArray place = mountPoint.path().toUtf8();
-    if (mount("none", place.constData(), "tmpfs", 0, "size=32k") != 0)
-        GTEST_SKIP() << "mounting a small file system is not permitted here";
-    expectThrow<STRM_BadFile>([&] { exportTo(mountPoint.path()); }, "out.0");
-    EXPECT_TRUE(mountPoint.files().isEmpty()) << mountPoint.files().join(" ").toStdString();
-    umount(place.constData());
 }
 
 TEST_F(Exporting, AFolderThatMayNotBeWrittenToIsNamed)

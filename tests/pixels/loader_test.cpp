@@ -1,11 +1,8 @@
 // The loader's messages, seen from child processes whose library path differs.
 
-#include "pixels_loader.h"
-
 #include <array>
 #include <cstdio>
 #include <gtest/gtest.h>
-#include <thread>
 
 namespace {
 
@@ -23,36 +20,16 @@ std::string outputWith(const std::string& libraryPath)
     return output;
 }
 
-TEST(Loader, LoadsFromTheLibraryPath)
+TEST(Loader, LoadsTheLibraryOrSaysEachTimeWhyNot)
 {
     EXPECT_EQ(outputWith(LIBRARY_FOLDER), "loaded, matte of 12 pixels\nloaded, matte of 12 pixels\n");
-}
-
-TEST(Loader, SaysEachTimeWhatCannotBeLoaded)
-{
     const std::string output = outputWith("");
     const std::string start = "The pixel library cannot be loaded: ";
     EXPECT_EQ(output.rfind(start, 0), 0u) << output;
     EXPECT_NE(output.rfind(start), 0u) << output;
     EXPECT_NE(output.find("libvireo-pixels.so"), std::string::npos) << output;
-}
-
-TEST(Loader, RefusesWhatIsNotTheLibrary)
-{
     EXPECT_NE(outputWith(TEST_FOLDER "/other_version").find("has another version of the interface"), std::string::npos);
     EXPECT_NE(outputWith(TEST_FOLDER "/other_library").find("has no vireo_pixels_library"), std::string::npos);
-}
-
-TEST(Loader, GivesAllThreadsTheSameLibrary)
-{
-    std::array<pixels::Library*, 8> seen{};
-    std::vector<std::thread> threads;
-    for (auto& library : seen)
-        threads.emplace_back([&library] { library = &pixels::library(); });
-    for (auto& thread : threads)
-        thread.join();
-    for (auto* library : seen)
-        EXPECT_EQ(library, &pixels::library());
 }
 
 } // namespace

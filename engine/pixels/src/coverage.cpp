@@ -2,6 +2,7 @@
 
 #include "coverage.h"
 
+#include "arguments.h"
 #include "edge_area.h"
 #include "feather.h"
 
@@ -85,11 +86,8 @@ Window windowAround(const std::vector<Outline>& outlines, Size size, double reac
 
 Image coverageOf(const std::vector<Outline>& outlines, Size size, const Matrix& transform, FillRule rule)
 {
-    if (size.width <= 0 || size.height <= 0)
-        throw std::invalid_argument("a matte must have a width and a height");
-    const auto& values = transform.values;
-    if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); }))
-        throw std::invalid_argument("the transform of an outline is not finite");
+    checkSize(size, "a matte");
+    checkTransform(transform, "the transform of an outline");
 
     std::vector<Outline> drawn;
     for (const Outline& outline : outlines)

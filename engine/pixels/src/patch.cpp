@@ -3,7 +3,6 @@
 #include "patch.h"
 
 #include <algorithm>
-#include <cmath>
 #include <opencv2/imgproc.hpp>
 
 namespace pixels {
@@ -69,20 +68,12 @@ Patch::Patch(const FramePyramid& frame, const Image& region)
 
 void Patch::place(const Image& region)
 {
-    double left = region.size.width, right = 0, top = region.size.height, bottom = 0;
-    for (int y = 0; y < region.size.height; ++y)
-        for (int x = 0; x < region.size.width; ++x)
-            if (*region.at(x, y) >= inRegion) {
-                left = std::min(left, double(x));
-                right = std::max(right, x + 1.0);
-                top = std::min(top, double(y));
-                bottom = std::max(bottom, y + 1.0);
-            }
-    if (right <= left)
+    const cv::Rect box = cv::boundingRect(viewOf(region) >= inRegion);
+    if (box.empty())
         throw RegionError("the region covers no pixel");
-    const double extent = std::max(right - left, bottom - top) / 2;
-    m_toReference = Matrix{{extent, 0, (left + right) / 2, 0, extent, (top + bottom) / 2, 0, 0, 1}};
-    const double x = (right - left) / 2 / extent, y = (bottom - top) / 2 / extent;
+    const double width = box.width, height = box.height, extent = std::max(width, height) / 2;
+    m_toReference = Matrix{{extent, 0, box.x + width / 2, 0, extent, box.y + height / 2, 0, 0, 1}};
+    const double x = width / 2 / extent, y = height / 2 / extent;
     m_corners = {Point{-x, -y}, Point{x, -y}, Point{x, y}, Point{-x, y}};
 }
 
