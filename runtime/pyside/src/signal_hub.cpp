@@ -276,9 +276,13 @@ void SignalHub::cutAll()
 {
     areCut = true;
     const std::set<PythonSlot*> before = allSlots();
-    for (PythonSlot* slot : before)
-        if (allSlots().count(slot))
-            slot->cut();
+    for (PythonSlot* slot : before) {
+        if (!allSlots().count(slot))
+            continue;
+        // Its callable may be the last to hold the sender, whose end is the slot's. One that is ending clears itself.
+        if (const std::shared_ptr<PythonSlot> kept = slot->weak_from_this().lock())
+            kept->cut();
+    }
 }
 
 } // namespace PySide

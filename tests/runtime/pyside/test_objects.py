@@ -199,6 +199,9 @@ kept = Own(app)
 loose = Own()
 loose.cycle = loose
 loose.destroyed.connect(lambda: say('never'))
+held = QtCore.QTimer()
+held.timeout.connect(lambda only=held: None)
+del held
 timer = QtCore.QTimer()
 timer.timeout.connect(lambda: app.quit())
 timer.start(1)
