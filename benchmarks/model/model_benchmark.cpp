@@ -108,6 +108,16 @@ void measureShapes(Table& table, int size)
         for (int i = 0; i < sample; ++i)
             contour.insert_point(0, BezierControlPointData(), static_cast<unsigned int>(size / 2), View());
     });
+    QVector<BezierControlPoint> all = contour.get_control_points();
+    std::shuffle(all.begin(), all.end(), std::mt19937(3));
+    UndoGroup group = project.undo_group();
+    group.begin();
+    table.measure("remove a contour's point, in any order", size, [&] {
+        for (int i = 0; i < size; ++i)
+            all[i].remove();
+    });
+    group.commit();
+    table.measure("undo the points' removal", size, [&] { group.undo(); });
     Parameter opacity = layer.parameter({"opacity"});
     std::vector<int> times;
     for (int i = 0; i < size; ++i)

@@ -7,6 +7,7 @@ namespace Stratum {
 namespace {
 
 constexpr std::size_t chunkSize = 512;
+constexpr std::size_t appendedSize = chunkSize / 4 * 3; // leaves room for what is inserted later
 
 // The part, or the entry, that holds the unit with that number; the number becomes the unit's within it. There is one.
 template <class Parts, class Sum>
@@ -67,11 +68,11 @@ void OrderedItems::split(std::size_t number)
     }
 }
 
-// Where an item can be put so that it has that index. Items mostly come in order: a full part at the end stays full.
+// Where an item can be put so that it has that index.
 OrderedItems::Location OrderedItems::gap(std::size_t index)
 {
     if (index >= m_size) {
-        if (m_parts.empty() || m_parts.back().count == chunkSize)
+        if (m_parts.empty() || m_parts.back().count >= appendedSize)
             addPart(m_parts.size());
         return {m_parts.size() - 1, m_parts.back().count};
     }
