@@ -160,6 +160,8 @@ TEST(Coverage, FeathersOutsideAndInside)
         const Image matte = library().coverage(scene, size), truth = Truth(scene, FillRule::EvenOdd).image(size);
         EXPECT_LT(edgeError(matte, truth), 0.002) << width;
     }
+    const std::vector<Outline> sharp = {polygon({{14, 12}, {50, 20}, {24, 38}}, 6)};
+    EXPECT_LT(edgeError(library().coverage(sharp, size), Truth(sharp, FillRule::EvenOdd).image(size)), 0.002);
     // A different width at every vertex.
     Outline varied = polygon({{20, 13}, {46, 15}, {43, 34}, {18, 32}});
     for (std::size_t i = 0; i < varied.size(); ++i)

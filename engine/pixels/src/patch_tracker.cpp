@@ -155,17 +155,11 @@ std::vector<Matrix> PatchTracker::searched(const Scene& scene, const std::vector
     return best;
 }
 
-Fit PatchTracker::alignFromBest(const Scene& scene, const std::vector<Matrix>& starts,
-                                const Expectation& expectation) const
+// Of two, the one that can be right, and of two such the more alike.
+const Fit& PatchTracker::better(const Fit& one, const Fit& other) const
 {
-    Fit best;
-    for (const Matrix& start : starts) {
-        const Fit fit = align(scene, start, expectation);
-        const bool works = problemOf(fit).empty();
-        if (&start == &starts.front() || (works && (!problemOf(best).empty() || fit.correlation > best.correlation)))
-            best = fit;
-    }
-    return best;
+    const bool works = problemOf(other).empty();
+    return works && (!problemOf(one).empty() || other.correlation > one.correlation) ? other : one;
 }
 
 Fit PatchTracker::alignNearby(const Scene& scene) const
@@ -175,9 +169,14 @@ Fit PatchTracker::alignNearby(const Scene& scene) const
     const double there = alignment.evaluate(expectation.toFrame).correlation;
     const double before = alignment.evaluate(m_last).correlation;
     const Matrix& guess = there >= before ? expectation.toFrame : m_last;
-    if (std::max(there, before) < poorGuess)
-        return alignFromBest(scene, searched(scene, {guess}, searchReach), expectation);
-    return align(scene, guess, expectation);
+    if (std::max(there, before) >= poorGuess)
+        return align(scene, guess, expectation);
+    Fit best;
+    for (const Matrix& start : searched(scene, {guess}, searchReach)) {
+        const Fit fit = align(scene, start, expectation);
+        best = best.pixels == 0 ? fit : better(best, fit);
+    }
+    return best;
 }
 
 // Where the patch could be when it is not near where it was: further away, turned, larger or smaller.
@@ -196,9 +195,7 @@ Fit PatchTracker::alignFarAway(const Scene& scene) const
         Expectation expectation;
         expectation.toFrame = start;
         expectation.deviation.fill(farDeviation);
-        const Fit fit = align(scene, start, expectation);
-        if (problemOf(fit).empty() && fit.correlation > best.correlation)
-            best = fit;
+        best = better(best, align(scene, start, expectation));
     }
     return best;
 }
@@ -251,15 +248,10 @@ TrackResult PatchTracker::advance(const SharedTrackingFrame& frame, const Image&
     }
 
     Fit fit = alignNearby(scene);
+    if (1 - fit.correlation > std::max(suspiciousGrowth * m_mismatch, neverSuspicious) || !problemOf(fit).empty())
+        fit = better(fit, alignFarAway(scene));
     TrackResult result;
     result.problem = problemOf(fit);
-    if (1 - fit.correlation > std::max(suspiciousGrowth * m_mismatch, neverSuspicious) || !result.problem.empty()) {
-        const Fit other = alignFarAway(scene);
-        if (problemOf(other).empty() && (!result.problem.empty() || other.correlation > fit.correlation)) {
-            fit = other;
-            result.problem.clear();
-        }
-    }
     result.aligned = result.problem.empty();
     result.quality = std::clamp(fit.correlation, 0.0, 1.0);
     result.visible = fit.visible;

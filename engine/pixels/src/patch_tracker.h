@@ -37,7 +37,7 @@ private:
     std::vector<Matrix> searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const;
     Fit alignNearby(const Scene& scene) const;
     Fit alignFarAway(const Scene& scene) const;
-    Fit alignFromBest(const Scene& scene, const std::vector<Matrix>& starts, const Expectation& expectation) const;
+    const Fit& better(const Fit& one, const Fit& other) const;
     Fit align(const Scene& scene, const Matrix& start, const Expectation& expectation) const;
     std::string problemOf(const Fit& fit) const;
 
