@@ -66,7 +66,7 @@ class Objects(Case):
 
     def test_declared_properties(self):
         class Base(QtCore.QObject):
-            _level, changed, _thing = 1, QtCore.Signal(int), None
+            _level, changed, other_changed, _thing = 1, QtCore.Signal(int), QtCore.Signal(), None
 
             def set_level(self, level):
                 if level < 0:
@@ -77,7 +77,7 @@ class Objects(Case):
             level = QtCore.Property(int, lambda self: self._level, set_level, notify=changed)
             thing = QtCore.Property(object, lambda self: self._thing, lambda self, thing: setattr(self, '_thing', thing))
             other = QtCore.Property(QtCore.QObject, lambda self: self._thing,
-                                    lambda self, thing: setattr(self, '_thing', thing))
+                                    lambda self, thing: setattr(self, '_thing', thing), notify=other_changed)
 
         class Own(Base):
             @QtCore.Property(str)
@@ -99,7 +99,8 @@ class Objects(Case):
         self.assertIn('ValueError: negative', error.getvalue())
         own.connect(QtCore.SIGNAL('made_later()'), len)
         self.assertEqual((own.property('level'), own.dynamicPropertyNames()), (7, []))
-        self.assertEqual([Node.notifierOf(own, name) for name in ('level', 'thing')], ['changed(int)', ''])
+        self.assertEqual([Node.notifierOf(own, name) for name in ('level', 'other', 'thing')],
+                         ['changed(int)', 'other_changed()', ''])
         self.assertEqual((own.setProperty('objectName', 'n'), own.objectName()), (True, u'n'))
 
     def test_arity(self):

@@ -113,6 +113,8 @@ class Signals(SignalCase):
             signal.emit(given)
             self.assertIs(calls.pop()[0], given)
         self.assertRaises(TypeError, source.related.emit, 5)
+        shiboken.delete(self.sink)
+        self.assertDeleted('Sink', source.related.emit, self.sink)
         self.assertCalls()
 
     def test_overloads_and_names(self):
