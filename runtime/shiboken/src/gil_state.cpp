@@ -10,10 +10,7 @@ namespace {
 // PyGILState_Ensure() knows the first interpreter's thread states only: on a thread that holds the lock in another
 // interpreter it would wait for itself. With one interpreter the look at the state, which its own thread may free
 // meanwhile, is left out.
-bool isHeldInOtherInterpreter()
-{
-    return PyInterpreterState_Next(PyInterpreterState_Head()) && GilState::isHeld();
-}
+bool isHeldInOtherInterpreter() { return PyInterpreterState_Next(PyInterpreterState_Head()) && GilState::isHeld(); }
 
 } // namespace
 
