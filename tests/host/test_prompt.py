@@ -45,7 +45,7 @@ class Prompt(unittest.TestCase):
         for attempt in range(5):
             time.sleep(0.5)
             self.type("\x03")
-            if select.select([self.terminal], [], [], 5)[0]:
+            while "KeyboardInterrupt" not in self.seen and select.select([self.terminal], [], [], 5)[0]:
                 self.seen += os.read(self.terminal, 4096)
             if "KeyboardInterrupt" in self.seen:
                 return

@@ -10,8 +10,9 @@ namespace PySide {
 
 namespace {
 
-// A slot of a Python class, which C++ calls by its place in the meta-object.
-void callPythonSlot(QObject* object, const QMetaMethod& method, void** arguments)
+// Does for the object's wrapper, if it has one, what C++ asks of its Python class. A script's error is printed.
+template <class Function>
+void withWrapper(QObject* object, Function function)
 {
     if (!isPythonAlive())
         return;
@@ -20,38 +21,34 @@ void callPythonSlot(QObject* object, const QMetaMethod& method, void** arguments
     SbkObject* const wrapper = Shiboken::BindingManager::instance().retrieveWrapper(object);
     if (!wrapper)
         return;
-    const ValueTypes types = parameterTypes(method);
     const Reference self = Reference::borrow(reinterpret_cast<PyObject*>(wrapper));
-    const Reference callable(PyObject_GetAttrString(self.get(), method.name().constData()));
-    const Reference tuple(callable ? argumentTuple(types, types.size(), arguments) : nullptr);
-    const Reference result(tuple ? PyObject_CallObject(callable.get(), tuple.get()) : nullptr);
-    if (result && arguments[0] && method.returnType() != QMetaType::Void)
-        ValueType(method.typeName()).fromPython(result.get(), arguments[0]);
+    function(self.get());
     if (PyErr_Occurred())
         PyErr_Print();
 }
 
-// A property of a Python class, which the descriptor in the class reads and writes.
-void accessPythonProperty(QObject* object, QMetaObject::Call call, const QMetaProperty& property, void* value)
+// A slot of a Python class, which C++ calls by its place in the meta-object.
+void callPythonSlot(PyObject* self, const QMetaMethod& method, void** arguments)
 {
-    if (!isPythonAlive())
-        return;
-    const Shiboken::GilState lock;
-    const ErrorAside aside;
-    SbkObject* const wrapper = Shiboken::BindingManager::instance().retrieveWrapper(object);
-    if (!wrapper)
-        return;
+    const ValueTypes types = parameterTypes(method);
+    const Reference callable(PyObject_GetAttrString(self, method.name().constData()));
+    const Reference tuple(callable ? argumentTuple(types, types.size(), arguments) : nullptr);
+    const Reference result(tuple ? PyObject_CallObject(callable.get(), tuple.get()) : nullptr);
+    if (result && arguments[0] && method.returnType() != QMetaType::Void)
+        ValueType(method.typeName()).fromPython(result.get(), arguments[0]);
+}
+
+// A property of a Python class, which the descriptor in the class reads and writes.
+void accessPythonProperty(PyObject* self, QMetaObject::Call call, const QMetaProperty& property, void* value)
+{
     const ValueType type(property.typeName());
-    const Reference self = Reference::borrow(reinterpret_cast<PyObject*>(wrapper));
     if (call == QMetaObject::ReadProperty) {
-        const Reference result(PyObject_GetAttrString(self.get(), property.name()));
+        const Reference result(PyObject_GetAttrString(self, property.name()));
         if (result)
             type.fromPython(result.get(), value);
     } else if (const Reference given{type.toPython(value)}) {
-        PyObject_SetAttrString(self.get(), property.name(), given.get());
+        PyObject_SetAttrString(self, property.name(), given.get());
     }
-    if (PyErr_Occurred())
-        PyErr_Print();
 }
 
 } // namespace
@@ -78,7 +75,8 @@ int SignalManager::qt_metacall(QObject* object, QMetaObject::Call call, int id, 
 {
     const QMetaObject* const metaObject = object->metaObject();
     if (call == QMetaObject::ReadProperty || call == QMetaObject::WriteProperty)
-        accessPythonProperty(object, call, metaObject->property(id), arguments[0]);
+        withWrapper(object,
+                    [&](PyObject* self) { accessPythonProperty(self, call, metaObject->property(id), arguments[0]); });
     if (isForProperty(call))
         return id - metaObject->propertyCount();
     if (call != QMetaObject::InvokeMetaMethod)
@@ -87,7 +85,7 @@ int SignalManager::qt_metacall(QObject* object, QMetaObject::Call call, int id, 
     if (method.methodType() == QMetaMethod::Signal)
         QMetaObject::activate(object, id, arguments);
     else if (method.isValid())
-        callPythonSlot(object, method, arguments);
+        withWrapper(object, [&](PyObject* self) { callPythonSlot(self, method, arguments); });
     return id - metaObject->methodCount();
 }
 

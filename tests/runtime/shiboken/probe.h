@@ -4,6 +4,7 @@
 
 #include "wrapping.h"
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@ using namespace wrapping;
 template <typename T>
 struct Counted
 {
-    inline static int alive = 0;
+    inline static std::atomic<int> alive{0}; // objects die on any thread
 
     Counted() { ++alive; }
     Counted(const Counted&) { ++alive; }

@@ -18,7 +18,7 @@ SbkConverter* converters[1];
 
 SbkObject* wrapper(PyObject* object) { return reinterpret_cast<SbkObject*>(object); }
 
-PyObject* alive() { return Py_BuildValue("(iii)", Pt::alive, Node::alive, Label::alive); }
+PyObject* alive() { return Py_BuildValue("(iii)", Pt::alive.load(), Node::alive.load(), Label::alive.load()); }
 
 PyObject* makeNode() { return toPython<Node>(new Node); }
 
