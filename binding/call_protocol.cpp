@@ -232,6 +232,7 @@ void* raiseNotInitialised(PyObject* self)
     return nullptr;
 }
 
+// The steps above are for readers; calls run them as one function, with what only failures need left outside.
 [[gnu::flatten]] PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
 {
     void* const object = libraryObject(self, *operation.type);
