@@ -65,6 +65,16 @@ constexpr bool hasImplicit = false;
 template <class T>
 constexpr bool hasImplicit<T, std::void_t<decltype(&Implicit<T>::fromPython)>> = true;
 
+// The conversion of an object that surely goes the second way, without asking the converter; null for any other.
+template <class T>
+FromPython acceptsPlainImplicit([[maybe_unused]] PyObject* object)
+{
+    if constexpr (hasImplicit<T>)
+        if (Implicit<T>::isPlain(object))
+            return &Implicit<T>::fromPython;
+    return nullptr;
+}
+
 // Conversions of a wrapped class, in the form in which the runtime keeps them.
 template <class T>
 struct WrapperConversions
@@ -105,9 +115,8 @@ struct Converter<T, std::enable_if_t<Wrapped<T>::kind == Kind::Value>>
     {
         if (Py_TYPE(object) == Wrapped<T>::type())
             return &WrapperConversions<T>::valueFromPython;
-        if constexpr (hasImplicit<T>)
-            if (Implicit<T>::isPlain(object))
-                return &Implicit<T>::fromPython;
+        if (const FromPython convert = acceptsPlainImplicit<T>(object))
+            return convert;
         return Shiboken::Conversions::isPythonToCppValueConvertible(wrapperType<T>(), object);
     }
 

@@ -100,9 +100,8 @@ public:
     {
         if (PyObject_TypeCheck(object, Wrapped<T>::type()))
             return &WrapperConversions<T>::pointerFromPython;
-        if constexpr (hasImplicit<T>)
-            if (Implicit<T>::isPlain(object))
-                return &Implicit<T>::fromPython;
+        if (const FromPython convert = acceptsPlainImplicit<T>(object))
+            return convert;
         return Shiboken::Conversions::isPythonToCppReferenceConvertible(wrapperType<T>(), object);
     }
     static const char* text() { return Converter<T>::text(); }

@@ -198,7 +198,9 @@ bool addDualMethod(PyTypeObject* type, PyMethodDef* definition)
     if (!object)
         return false;
     object->definition = definition;
-    return PyDict_SetItemString(type->tp_dict, definition->ml_name, owned.get()) == 0;
+    const bool isEntered = PyDict_SetItemString(type->tp_dict, definition->ml_name, owned.get()) == 0;
+    PyType_Modified(type);
+    return isEntered;
 }
 
 } // namespace

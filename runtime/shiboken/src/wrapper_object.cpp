@@ -155,7 +155,8 @@ SbkObjectType makeBaseType()
     type.tp_name = "Shiboken.Object";
     type.tp_basicsize = sizeof(SbkObject);
     type.tp_dealloc = &SbkDeallocWrapperWithPrivateDtor;
-    type.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_CHECKTYPES | Py_TPFLAGS_HAVE_GC;
+    type.tp_flags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_CHECKTYPES | Py_TPFLAGS_HAVE_GC |
+                    Py_TPFLAGS_HAVE_VERSION_TAG;
     type.tp_traverse = &traverse;
     type.tp_clear = &clear;
     type.tp_weaklistoffset = offsetof(SbkObject, weakreflist);

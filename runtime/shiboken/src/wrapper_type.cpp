@@ -158,6 +158,8 @@ bool introduceWrapperType(PyObject* enclosingObject, const char* typeName, const
     setDestructorFunction(type, cppObjDtor);
 
     PyTypeObject* const pyType = asType(type);
+    // Attributes are found in the interpreter's cache: whoever changes the type's dictionary says so.
+    pyType->tp_flags |= Py_TPFLAGS_HAVE_VERSION_TAG;
     if (baseType)
         pyType->tp_base = asType(baseType);
     else if (!pyType->tp_base)
