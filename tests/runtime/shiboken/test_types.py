@@ -31,6 +31,23 @@ class Types(Case):
         del probe.Node.extra
         self.assertEqual((node.react(1), hasattr(node, 'extra')), (2, False))
 
+    def test_attributes_of_classes_change_for_all_who_have_looked(self):
+        class Derived(probe.Node):
+            pass
+        node, derived = probe.Node(), Derived()
+
+        def seen():
+            return [getattr(one, 'added', None) for one in (node, derived, probe.Node, Derived)]
+        self.assertEqual(seen(), [None] * 4)
+        probe.Node.added = 1
+        self.assertEqual(seen(), [1] * 4)
+        Derived.added = 2
+        self.assertEqual(seen(), [1, 2, 1, 2])
+        del Derived.added
+        self.assertEqual(seen(), [1] * 4)
+        del probe.Node.added
+        self.assertEqual(seen(), [None] * 4)
+
     def test_bases_that_are_refused(self):
         class Old: pass
         self.assertFails(TypeError, METACLASS + 'Invalid base class used in type Shiboken.ObjectType. PySide only support '
