@@ -95,7 +95,7 @@ bool registerClass(PyObject* module, const ClassTable& table)
     createConverter(table);
     if (table.isQtObject)
         registerQtObject(table);
-    buildProperties(*table.place, bareName(table), table.properties, table.propertyCount);
+    buildProperties(*table.place, bareName(table), table.properties);
     return true;
 }
 

@@ -1,6 +1,6 @@
 // From a class's tables to its Python type: the type object, its converter and names, its type-level operations.
 //
-// A class file gives classTable<Class, ClassWrapper, methods>() or one of the variants below, fills in what the class
+// A class file gives classTable<Class, ClassWrapper, members>() or one of the variants below, fills in what the class
 // has beyond that, and hands it to registerClass().
 #ifndef BINDING_CLASS_REGISTRATION_H
 #define BINDING_CLASS_REGISTRATION_H
@@ -38,8 +38,7 @@ struct ClassTable
     const char* wrapperTypeName = nullptr;
     bool isValue = false;
     PyMethodDef* methods = nullptr;
-    const Property* properties = nullptr;
-    int propertyCount = 0;
+    std::vector<Property> properties;
 
     ObjectDestructor destroy = nullptr;
     initproc initialise = nullptr;
@@ -114,7 +113,7 @@ struct Entry
         Signatures;
 
     static constexpr Operation operation = {Wrapped<T>::name,
-                                            row.name,
+                                            methodName(row.name),
                                             row.form,
                                             Signatures::signatures,
                                             static_cast<int>(std::size(Signatures::signatures)),
@@ -142,13 +141,13 @@ struct Entry
             PyErr_Print();
         switch (row.form) {
         case Form::NoArguments:
-            return {row.name, &entry, METH_NOARGS, nullptr};
+            return {operation.name, &entry, METH_NOARGS, nullptr};
         case Form::One:
-            return {row.name, &entry, METH_O, nullptr};
+            return {operation.name, &entry, METH_O, nullptr};
         case Form::Positional:
-            return {row.name, &entry, METH_VARARGS, nullptr};
+            return {operation.name, &entry, METH_VARARGS, nullptr};
         default:
-            return {row.name, reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&entryWithKeywords)),
+            return {operation.name, reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&entryWithKeywords)),
                     METH_VARARGS | METH_KEYWORDS, nullptr};
         }
     }
@@ -337,7 +336,7 @@ PyObject* copyToPython(const void* value)
     return Shiboken::Object::newObject(wrapperType<T>(), new TWrapper(*static_cast<const T*>(value)), true, true);
 }
 
-template <class T, class TWrapper, const auto& methods>
+template <class T, class TWrapper, const auto& members>
 ClassTable baseTable()
 {
     static SbkObjectType type = {};
@@ -347,8 +346,9 @@ ClassTable baseTable()
     table.name = Wrapped<T>::name;
     table.libraryTypeName = typeid(T).name();
     table.wrapperTypeName = typeid(TWrapper).name();
-    table.methods = methodDefinitions<T, methods>(
-        std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(methods)>>>>());
+    table.methods = methodDefinitions<T, members>(
+        std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(members)>>>>());
+    table.properties = propertiesOf(members);
     table.destroy = &Shiboken::callCppDestructor<T>;
     table.acceptsPointer = &WrapperConversions<T>::acceptsPointer;
     table.pointerFromPython = &WrapperConversions<T>::pointerFromPython;
@@ -365,10 +365,10 @@ initproc initialiser()
 }
 
 // A class that crosses by copy.
-template <class T, class TWrapper, const auto& constructors, const auto& methods>
+template <class T, class TWrapper, const auto& constructors, const auto& members>
 ClassTable valueClass()
 {
-    ClassTable table = baseTable<T, TWrapper, methods>();
+    ClassTable table = baseTable<T, TWrapper, members>();
     table.isValue = true;
     table.initialise = initialiser<constructors, T>();
     table.copyToPython = &copyToPython<T, TWrapper>;
@@ -382,26 +382,26 @@ ClassTable valueClass()
 }
 
 // A value class that refers to an engine object: true unless it refers to none.
-template <class T, class TWrapper, const auto& constructors, const auto& methods>
+template <class T, class TWrapper, const auto& constructors, const auto& members>
 ClassTable handleClass()
 {
-    ClassTable table = valueClass<T, TWrapper, constructors, methods>();
+    ClassTable table = valueClass<T, TWrapper, constructors, members>();
     table.truth = &truth<T>;
     return table;
 }
 
 // A class that crosses by pointer and that scripts cannot make.
-template <class T, class TWrapper, const auto& methods>
+template <class T, class TWrapper, const auto& members>
 ClassTable abstractClass()
 {
-    return baseTable<T, TWrapper, methods>();
+    return baseTable<T, TWrapper, members>();
 }
 
 // A class that crosses by pointer.
-template <class T, class TWrapper, const auto& constructors, const auto& methods>
+template <class T, class TWrapper, const auto& constructors, const auto& members>
 ClassTable objectClass()
 {
-    ClassTable table = baseTable<T, TWrapper, methods>();
+    ClassTable table = baseTable<T, TWrapper, members>();
     table.initialise = initialiser<constructors, T>();
     return table;
 }
@@ -429,23 +429,16 @@ void* discover(void* object, SbkObjectType* knownAs)
 }
 
 // An object class that is a QObject in Python too.
-template <class T, class TWrapper, const auto& constructors, const auto& methods>
+template <class T, class TWrapper, const auto& constructors, const auto& members>
 ClassTable qtObjectClass()
 {
-    ClassTable table = objectClass<T, TWrapper, constructors, methods>();
+    ClassTable table = objectClass<T, TWrapper, constructors, members>();
     table.isQtObject = true;
     table.base = reinterpret_cast<SbkObjectType*>(SbkPySide_QtCoreTypes[SBK_QOBJECT_IDX]);
     table.offsets = &baseOffsets<T>;
     table.discover = &discover<T>;
     table.metaObject = &T::staticMetaObject;
     return table;
-}
-
-template <std::size_t count>
-void setProperties(ClassTable& table, const Property (&properties)[count])
-{
-    table.properties = properties;
-    table.propertyCount = count;
 }
 
 } // namespace binding

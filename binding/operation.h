@@ -3,9 +3,10 @@
 // A row names the Python method and the library function; parameter types come from the function, and only parameters
 // with defaults are spelled out:
 //
-//     constexpr auto methods = methodTable(
+//     constexpr auto members = classTable(
 //         keywords("add_stream", operation<&Clip::add_stream>, optional<False>("validate")),
-//         one("delete_stream", operation<&Clip::delete_stream>));
+//         one("delete_stream", operation<&Clip::delete_stream>),
+//         property("frame_rate", operation<&Clip::get_frame_rate>, operation<&Clip::set_frame_rate>));
 //
 // The templates here make constant descriptors (Row); call_protocol.cpp, which is no template, runs them.
 #ifndef BINDING_OPERATION_H
@@ -450,56 +451,107 @@ constexpr SignatureRow<count> testedFirst(SignatureRow<count> row)
     return row;
 }
 
-template <class... Signatures>
+// `Name` is const char* for a method, AccessorName for an accessor of a property.
+template <class Name, class... Signatures>
 struct Row
 {
-    const char* name;
+    Name name;
     Form form;
     std::tuple<Signatures...> signatures;
 };
 
+template <class Name, class... Signatures>
+constexpr auto row(Name name, Form form, Signatures... signatures)
+{
+    return Row<Name, Signatures...>{name, form, {signatures...}};
+}
+
 template <class Tag>
 constexpr auto noArguments(const char* name, Tag tag)
 {
-    return Row<decltype(signature(tag))>{name, Form::NoArguments, {signature(tag)}};
+    return row(name, Form::NoArguments, signature(tag));
 }
 
 template <class Tag>
 constexpr auto one(const char* name, Tag tag)
 {
-    return Row<decltype(signature(tag))>{name, Form::One, {signature(tag)}};
+    return row(name, Form::One, signature(tag));
 }
 
 template <class Tag>
 constexpr auto positional(const char* name, Tag tag)
 {
-    return Row<decltype(signature(tag))>{name, Form::Positional, {signature(tag)}};
+    return row(name, Form::Positional, signature(tag));
 }
 
 template <class Tag, class... Defaults>
 constexpr auto keywords(const char* name, Tag tag, OptionalParameter<Defaults>... optionals)
 {
-    return Row<decltype(signature(tag, optionals...))>{name, Form::Keywords, {signature(tag, optionals...)}};
+    return row(name, Form::Keywords, signature(tag, optionals...));
 }
 
 // Several signatures of one method, in the order in which error messages list them.
 template <class... Signatures>
 constexpr auto overloads(const char* name, Signatures... signatures)
 {
-    return Row<Signatures...>{name, Form::Keywords, {signatures...}};
+    return row(name, Form::Keywords, signatures...);
 }
 
-template <class... Rows>
-constexpr std::tuple<Rows...> methodTable(Rows... rows)
+// The method behind one side of a property. It exists while the class is registered, and gives messages their name.
+template <std::size_t size>
+struct AccessorName
 {
-    return {rows...};
+    const char* property;
+    bool isSetter;
+    std::array<char, size> text; // "get_" or "set_" and the stem
+};
+
+template <std::size_t size>
+constexpr auto accessorName(const char* property, bool isSetter, const char (&stem)[size])
+{
+    AccessorName<size + 4> name{property, isSetter, {isSetter ? 's' : 'g', 'e', 't', '_'}};
+    for (std::size_t i = 0; i < size; ++i)
+        name.text[i + 4] = stem[i];
+    return name;
+}
+
+// Properties are made in the order of their rows. One without a setter is read-only. Accessors that are not named after
+// the property are told by their `stem`: "parent_group" for get_parent_group and set_parent_group.
+template <std::size_t size, class Getter, class... Setter>
+constexpr auto property(const char* name, const char (&stem)[size], Getter getter, Setter... setter)
+{
+    return std::make_tuple(row(accessorName(name, false, stem), Form::NoArguments, signature(getter)),
+                           row(accessorName(name, true, stem), Form::One, signature(setter))...);
+}
+template <std::size_t size, auto function, class ResultPolicy, Lock lock, class... Setter>
+constexpr auto property(const char (&name)[size], OperationTag<function, ResultPolicy, lock> getter, Setter... setter)
+{
+    return property(name, name, getter, setter...);
+}
+
+template <class Name, class... Signatures>
+constexpr auto rowsOf(const Row<Name, Signatures...>& row)
+{
+    return std::make_tuple(row);
+}
+template <class... Rows>
+constexpr const std::tuple<Rows...>& rowsOf(const std::tuple<Rows...>& rows)
+{
+    return rows;
+}
+
+// The methods and properties of a class, or a part of them: tables may be rows of tables.
+template <class... Rows>
+constexpr auto classTable(const Rows&... rows)
+{
+    return std::tuple_cat(rowsOf(rows)...);
 }
 
 // A class's constructors, with the rule by which their arguments are counted: a table of one row.
 template <class... Signatures>
 constexpr auto constructors(Form form, Signatures... signatures)
 {
-    return methodTable(Row<Signatures...>{nullptr, form, {signatures...}});
+    return classTable(row<const char*>(nullptr, form, signatures...));
 }
 
 } // namespace binding

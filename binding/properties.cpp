@@ -32,11 +32,11 @@ bool buildProperty(PyObject* type, const Property& property)
 
 } // namespace
 
-void buildProperties(PyTypeObject* type, const char* className, const Property* properties, int count)
+void buildProperties(PyTypeObject* type, const char* className, const std::vector<Property>& properties)
 {
-    for (int i = 0; i < count; ++i)
-        if (!buildProperty(reinterpret_cast<PyObject*>(type), properties[i]))
-            failProperty(properties[i].name, className);
+    for (const Property& property : properties)
+        if (!buildProperty(reinterpret_cast<PyObject*>(type), property))
+            failProperty(property.name, className);
 }
 
 } // namespace binding

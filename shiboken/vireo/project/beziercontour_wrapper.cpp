@@ -15,14 +15,13 @@ using namespace vireo::defaults;
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<BezierContourWrapper, const BezierContour&>));
 
-constexpr auto methods =
-    std::tuple_cat(vireo::ContourTable<BezierContour>::common,
-                   methodTable(keywords("insert_point", operation<&BezierContour::insert_point>,
-                                        optional<LastIndex>("index"), optional<LibraryView>("view"))));
+constexpr auto members = classTable(vireo::ContourTable<BezierContour>::common,
+                                    classTable(keywords("insert_point", operation<&BezierContour::insert_point>,
+                                                        optional<LastIndex>("index"), optional<LibraryView>("view"))));
 
 } // namespace
 
 void vireo::registerBezierContour(PyObject* module)
 {
-    registerContour<BezierContour, BezierContourWrapper, making, methods>(module);
+    registerContour<BezierContour, BezierContourWrapper, making, members>(module);
 }

@@ -23,14 +23,14 @@ void setMasterPoint(PyObject*, BezierControlPoint& point, PyObject* master, floa
 constexpr auto making =
     constructors(Form::CopyOnly, signature(constructs<BezierControlPointWrapper, const BezierControlPoint&>));
 
-constexpr auto methods =
-    std::tuple_cat(Tables::common, methodTable(keywords("set_master_point", lockedOperation<&setMasterPoint>,
-                                                        optional<ZeroFloat>("time"), optional<FirstViewTight>("view"),
-                                                        optional<False>("lock_tangents"))));
+constexpr auto members =
+    classTable(Tables::common,
+               classTable(keywords("set_master_point", lockedOperation<&setMasterPoint>, optional<ZeroFloat>("time"),
+                                   optional<FirstViewTight>("view"), optional<False>("lock_tangents"))));
 
 } // namespace
 
 void vireo::registerBezierControlPoint(PyObject* module)
 {
-    registerControlPoint<BezierControlPoint, BezierControlPointWrapper, making, methods, Tables>(module);
+    registerControlPoint<BezierControlPoint, BezierControlPointWrapper, making, members>(module);
 }

@@ -25,31 +25,17 @@ constexpr auto making = constructors(
               optional<UnsetPoint>("handle_offset_backward"), optional<UnsetPoint>("handle_offset_forward")),
     testedFirst(signature(constructs<BezierControlPointDataWrapper, const Data&>)));
 
-constexpr auto handles =
-    methodTable(noArguments("get_handle_offset_backward", operation<&Data::get_handle_offset_backward>),
-                one("set_handle_offset_backward", operation<&Data::set_handle_offset_backward>),
-                noArguments("get_handle_offset_forward", operation<&Data::get_handle_offset_forward>),
-                one("set_handle_offset_forward", operation<&Data::set_handle_offset_forward>));
-
-constexpr auto methods = std::tuple_cat(vireo::leadingFields<Data>, vireo::edgeFields<Data>, handles);
-
-constexpr Property properties[] = {
-    vireo::activeProperty,
-    vireo::cornerProperty,
-    vireo::xProperty,
-    vireo::yProperty,
-    vireo::edgeWidthProperty,
-    vireo::edgeAngleRatioProperty,
-    writable("handle_offset_backward", "get_handle_offset_backward", "set_handle_offset_backward"),
-    writable("handle_offset_forward", "get_handle_offset_forward", "set_handle_offset_forward"),
-};
+constexpr auto members = classTable(vireo::leadingFields<Data>, vireo::edgeFields<Data>,
+                                    property("handle_offset_backward", operation<&Data::get_handle_offset_backward>,
+                                             operation<&Data::set_handle_offset_backward>),
+                                    property("handle_offset_forward", operation<&Data::get_handle_offset_forward>,
+                                             operation<&Data::set_handle_offset_forward>));
 
 } // namespace
 
 void vireo::registerBezierControlPointData(PyObject* module)
 {
-    ClassTable data = valueClass<Data, BezierControlPointDataWrapper, making, methods>();
+    ClassTable data = valueClass<Data, BezierControlPointDataWrapper, making, members>();
     data.compare = &ComparisonOf<Data, Equal>::compare;
-    setProperties(data, properties);
     registerClass(module, data);
 }

@@ -24,7 +24,7 @@ constexpr auto relinkParts =
     overload<void(const QString&, const QString&, const QString&, unsigned int, unsigned int, const View&)>(
         &Clip::relink);
 
-constexpr auto methods = methodTable(
+constexpr auto members = classTable(
     keywords("add_stream", operation<&Clip::add_stream>, optional<False>("validate")),
     keywords("apply", operation<&Clip::apply>, optional<LibraryView>("view")),
     positional("assign_project_view", operation<&Clip::assign_project_view>),
@@ -40,30 +40,15 @@ constexpr auto methods = methodTable(
     keywords("parameter_set", operation<&Clip::parameter_set>, optional<NoNames>("name_components")),
     keywords("base_parameter_set", operation<&Clip::base_parameter_set>, optional<NoNames>("name_components")),
 
-    noArguments("get_name", operation<&Clip::get_name>), noArguments("get_id", operation<&Clip::get_id>),
-    noArguments("get_views", operation<&Clip::get_views>),
-    noArguments("get_view_mapping", operation<&Clip::get_view_mapping>),
-    noArguments("get_frame_size", operation<&Clip::get_frame_size>),
-    one("set_frame_size", operation<&Clip::set_frame_size>),
-    noArguments("get_frame_rate", operation<&Clip::get_frame_rate>),
-    one("set_frame_rate", operation<&Clip::set_frame_rate>),
-    noArguments("get_first_frame_offset", operation<&Clip::get_first_frame_offset>),
-    one("set_first_frame_offset", operation<&Clip::set_first_frame_offset>),
-    noArguments("get_color_parameters", operation<&Clip::get_color_parameters>),
-    one("set_color_parameters", operation<&Clip::set_color_parameters, ReleasedArgument>),
-    noArguments("get_progress_watcher", operation<&Clip::get_progress_watcher, ReleasedResult>));
-
-constexpr Property properties[] = {
-    readOnly("name", "get_name"),
-    readOnly("views", "get_views"),
-    writable("frame_size", "get_frame_size", "set_frame_size"),
-    writable("frame_rate", "get_frame_rate", "set_frame_rate"),
-    writable("first_frame_offset", "get_first_frame_offset", "set_first_frame_offset"),
-    writable("color_parameters", "get_color_parameters", "set_color_parameters"),
-    readOnly("view_mapping", "get_view_mapping"),
-    readOnly("progress_watcher", "get_progress_watcher"),
-    readOnly("id", "get_id"),
-};
+    property("name", operation<&Clip::get_name>), property("views", operation<&Clip::get_views>),
+    property("frame_size", operation<&Clip::get_frame_size>, operation<&Clip::set_frame_size>),
+    property("frame_rate", operation<&Clip::get_frame_rate>, operation<&Clip::set_frame_rate>),
+    property("first_frame_offset", operation<&Clip::get_first_frame_offset>, operation<&Clip::set_first_frame_offset>),
+    property("color_parameters", operation<&Clip::get_color_parameters>,
+             operation<&Clip::set_color_parameters, ReleasedArgument>),
+    property("view_mapping", operation<&Clip::get_view_mapping>),
+    property("progress_watcher", operation<&Clip::get_progress_watcher, ReleasedResult>),
+    property("id", operation<&Clip::get_id>));
 
 PyObject* describe(PyObject* self)
 {
@@ -87,9 +72,8 @@ PyObject* describe(PyObject* self)
 
 void vireo::registerClip(PyObject* module)
 {
-    ClassTable clip = qtObjectClass<Clip, ClipWrapper, making, methods>();
+    ClassTable clip = qtObjectClass<Clip, ClipWrapper, making, members>();
     clip.compare = &ComparisonOf<Clip, Equal | NotEqual>::compare;
     clip.str = &describe;
-    setProperties(clip, properties);
     registerClass(module, clip);
 }

@@ -20,31 +20,16 @@ constexpr auto making = constructors(
               optional<ZeroFloat>("softclip"), optional<ReferenceWhite>("log_reference_white"),
               optional<ZeroFloat>("log_reference_black"), optional<OneFloat>("gamma")));
 
-constexpr auto methods =
-    methodTable(noArguments("get_colorspace", operation<&ColorParameters::get_colorspace>),
-                one("set_colorspace", operation<&ColorParameters::set_colorspace>),
-                noArguments("get_conversion", operation<&ColorParameters::get_conversion>),
-                one("set_conversion", operation<&ColorParameters::set_conversion>),
-                noArguments("get_offset", operation<&ColorParameters::get_offset>),
-                one("set_offset", operation<&ColorParameters::set_offset>),
-                noArguments("get_softclip", operation<&ColorParameters::get_softclip>),
-                one("set_softclip", operation<&ColorParameters::set_softclip>),
-                noArguments("get_log_reference_white", operation<&ColorParameters::get_log_reference_white>),
-                one("set_log_reference_white", operation<&ColorParameters::set_log_reference_white>),
-                noArguments("get_log_reference_black", operation<&ColorParameters::get_log_reference_black>),
-                one("set_log_reference_black", operation<&ColorParameters::set_log_reference_black>),
-                noArguments("get_gamma", operation<&ColorParameters::get_gamma>),
-                one("set_gamma", operation<&ColorParameters::set_gamma>));
-
-constexpr Property properties[] = {
-    writable("colorspace", "get_colorspace", "set_colorspace"),
-    writable("conversion", "get_conversion", "set_conversion"),
-    writable("offset", "get_offset", "set_offset"),
-    writable("softclip", "get_softclip", "set_softclip"),
-    writable("log_reference_white", "get_log_reference_white", "set_log_reference_white"),
-    writable("log_reference_black", "get_log_reference_black", "set_log_reference_black"),
-    writable("gamma", "get_gamma", "set_gamma"),
-};
+constexpr auto members = classTable(
+    property("colorspace", operation<&ColorParameters::get_colorspace>, operation<&ColorParameters::set_colorspace>),
+    property("conversion", operation<&ColorParameters::get_conversion>, operation<&ColorParameters::set_conversion>),
+    property("offset", operation<&ColorParameters::get_offset>, operation<&ColorParameters::set_offset>),
+    property("softclip", operation<&ColorParameters::get_softclip>, operation<&ColorParameters::set_softclip>),
+    property("log_reference_white", operation<&ColorParameters::get_log_reference_white>,
+             operation<&ColorParameters::set_log_reference_white>),
+    property("log_reference_black", operation<&ColorParameters::get_log_reference_black>,
+             operation<&ColorParameters::set_log_reference_black>),
+    property("gamma", operation<&ColorParameters::get_gamma>, operation<&ColorParameters::set_gamma>));
 
 // The type's own name, which for a Python subclass is the subclass's, and the seven settings.
 PyObject* represent(PyObject* self)
@@ -69,9 +54,8 @@ PyObject* represent(PyObject* self)
 
 void vireo::registerColorParameters(PyObject* module)
 {
-    ClassTable parameters = qtObjectClass<ColorParameters, ColorParametersWrapper, making, methods>();
+    ClassTable parameters = qtObjectClass<ColorParameters, ColorParametersWrapper, making, members>();
     parameters.compare = &ComparisonOf<ColorParameters, Equal | NotEqual>::compare;
     parameters.repr = &represent;
-    setProperties(parameters, properties);
     registerClass(module, parameters);
 }

@@ -9,7 +9,7 @@ namespace vireo {
 template <class Contour>
 struct ContourTable
 {
-    static constexpr auto common = binding::methodTable(
+    static constexpr auto common = binding::classTable(
         binding::one("control_point", binding::operation<&Contour::control_point, binding::NoneForNull>),
         binding::keywords("get_bounding_rect", binding::operation<&Contour::get_bounding_rect>,
                           binding::optional<defaults::ZeroFloat>("time"),
@@ -19,18 +19,15 @@ struct ContourTable
         binding::keywords("parameter_set", binding::operation<&Contour::parameter_set>,
                           binding::optional<defaults::NoNames>("name_components")),
         binding::noArguments("remove", binding::operation<&Contour::remove>),
-        binding::noArguments("get_control_points", binding::operation<&Contour::get_control_points>));
-
-    static constexpr binding::Property properties[] = {binding::readOnly("control_points", "get_control_points")};
+        binding::property("control_points", binding::operation<&Contour::get_control_points>));
 };
 
-template <class Contour, class TWrapper, const auto& making, const auto& methods>
+template <class Contour, class TWrapper, const auto& making, const auto& members>
 void registerContour(PyObject* module)
 {
-    binding::ClassTable contour = binding::handleClass<Contour, TWrapper, making, methods>();
+    binding::ClassTable contour = binding::handleClass<Contour, TWrapper, making, members>();
     contour.compare = &binding::ComparisonOf<Contour, binding::Equal>::compare;
     contour.hash = &binding::hash<Contour>;
-    binding::setProperties(contour, ContourTable<Contour>::properties);
     binding::registerClass(module, contour);
 }
 

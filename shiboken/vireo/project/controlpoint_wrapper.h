@@ -83,27 +83,24 @@ template <class Point, class Data>
 struct ControlPointTable
 {
     static constexpr auto common =
-        binding::methodTable(binding::keywords("get_point_data", binding::operation<&Point::get_point_data>,
-                                               binding::optional<defaults::LibraryView>("view")),
-                             binding::keywords("set_point_data", binding::operation<&Point::set_point_data>,
-                                               binding::optional<defaults::LibraryView>("view")),
-                             binding::keywords("update_point_data", binding::operation<&Point::update_point_data>,
-                                               binding::optional<defaults::LibraryView>("view")),
-                             binding::one("parameter", binding::operation<&Point::parameter>),
-                             binding::keywords("parameter_set", binding::operation<&Point::parameter_set>,
-                                               binding::optional<defaults::NoNames>("name_components")),
-                             binding::noArguments("remove", binding::operation<&Point::remove>),
-                             binding::noArguments("get_master_point", binding::lockedOperation<&masterPoint<Point>>));
-
-    static constexpr binding::Property properties[] = {binding::readOnly("master_point", "get_master_point")};
+        binding::classTable(binding::keywords("get_point_data", binding::operation<&Point::get_point_data>,
+                                              binding::optional<defaults::LibraryView>("view")),
+                            binding::keywords("set_point_data", binding::operation<&Point::set_point_data>,
+                                              binding::optional<defaults::LibraryView>("view")),
+                            binding::keywords("update_point_data", binding::operation<&Point::update_point_data>,
+                                              binding::optional<defaults::LibraryView>("view")),
+                            binding::one("parameter", binding::operation<&Point::parameter>),
+                            binding::keywords("parameter_set", binding::operation<&Point::parameter_set>,
+                                              binding::optional<defaults::NoNames>("name_components")),
+                            binding::noArguments("remove", binding::operation<&Point::remove>),
+                            binding::property("master_point", binding::lockedOperation<&masterPoint<Point>>));
 };
 
-template <class Point, class TWrapper, const auto& making, const auto& methods, class Tables>
+template <class Point, class TWrapper, const auto& making, const auto& members>
 void registerControlPoint(PyObject* module)
 {
-    binding::ClassTable point = binding::handleClass<Point, TWrapper, making, methods>();
+    binding::ClassTable point = binding::handleClass<Point, TWrapper, making, members>();
     point.compare = &binding::ComparisonOf<Point, binding::Equal>::compare;
-    binding::setProperties(point, Tables::properties);
     binding::registerClass(module, point);
 }
 

@@ -62,7 +62,7 @@ void setParentGroup(Layer& layer, LayerGroup* group) { layer.set_parent(group, 0
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<LayerWrapper, const Layer&>));
 
-constexpr auto methods = methodTable(
+constexpr auto members = classTable(
     keywords("add_bezier_contour", operation<&Layer::add_bezier_contour>, optional<LibraryView>("view")),
     keywords("add_xspline_contour", operation<&Layer::add_xspline_contour>, optional<LibraryView>("view")),
     keywords("get_surface_position", operation<&Layer::get_surface_position>, optional<FirstView>("view")),
@@ -75,41 +75,23 @@ constexpr auto methods = methodTable(
     keywords("set_parent", operation<&Layer::set_parent>, optional<Zero>("index")),
     keywords("tracking_input_clip", operation<&Layer::tracking_input_clip>, optional<False>("use_linked_layer")),
 
-    noArguments("get_name", operation<&Layer::get_name>), one("set_name", operation<&Layer::set_name>),
-    noArguments("get_contours", lockedOperation<&contours>),
-    noArguments("get_parent_group", lockedOperation<&parentGroup>), one("set_parent_group", operation<&setParentGroup>),
-    noArguments("get_visibility", operation<&Layer::get_visibility>),
-    one("set_visibility", operation<&Layer::set_visibility>),
-    noArguments("get_matte_color", operation<&Layer::get_matte_color>),
-    one("set_matte_color", operation<&Layer::set_matte_color>),
-    noArguments("get_stroke_color", operation<&Layer::get_stroke_color>),
-    one("set_stroke_color", operation<&Layer::set_stroke_color>),
-    noArguments("get_locked", operation<&Layer::get_locked>), one("set_locked", operation<&Layer::set_locked>),
-    noArguments("get_link_to_track", operation<&Layer::get_link_to_track>),
-    one("set_link_to_track", operation<&Layer::set_link_to_track>),
-    noArguments("get_z_order", operation<&Layer::get_z_order>), one("set_z_order", operation<&Layer::set_z_order>),
-    noArguments("get_selected", operation<&Layer::get_selected>), one("set_selected", operation<&Layer::set_selected>));
-
-constexpr Property properties[] = {
-    writable("name", "get_name", "set_name"),
-    readOnly("contours", "get_contours"),
-    writable("parent", "get_parent_group", "set_parent_group"),
-    writable("visibility", "get_visibility", "set_visibility"),
-    writable("matte_color", "get_matte_color", "set_matte_color"),
-    writable("stroke_color", "get_stroke_color", "set_stroke_color"),
-    writable("locked", "get_locked", "set_locked"),
-    writable("link_to_track", "get_link_to_track", "set_link_to_track"),
-    writable("z_order", "get_z_order", "set_z_order"),
-    writable("selected", "get_selected", "set_selected"),
-};
+    property("name", operation<&Layer::get_name>, operation<&Layer::set_name>),
+    property("contours", lockedOperation<&contours>),
+    property("parent", "parent_group", lockedOperation<&parentGroup>, operation<&setParentGroup>),
+    property("visibility", operation<&Layer::get_visibility>, operation<&Layer::set_visibility>),
+    property("matte_color", operation<&Layer::get_matte_color>, operation<&Layer::set_matte_color>),
+    property("stroke_color", operation<&Layer::get_stroke_color>, operation<&Layer::set_stroke_color>),
+    property("locked", operation<&Layer::get_locked>, operation<&Layer::set_locked>),
+    property("link_to_track", operation<&Layer::get_link_to_track>, operation<&Layer::set_link_to_track>),
+    property("z_order", operation<&Layer::get_z_order>, operation<&Layer::set_z_order>),
+    property("selected", operation<&Layer::get_selected>, operation<&Layer::set_selected>));
 
 } // namespace
 
 void vireo::registerLayer(PyObject* module)
 {
-    ClassTable layer = handleClass<Layer, LayerWrapper, making, methods>();
+    ClassTable layer = handleClass<Layer, LayerWrapper, making, members>();
     layer.compare = &ComparisonOf<Layer, Equal | NotEqual>::compare;
     layer.hash = &hash<Layer>;
-    setProperties(layer, properties);
     registerClass(module, layer);
 }

@@ -15,41 +15,25 @@ using namespace vireo::defaults;
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<LayerGroupWrapper, const LayerGroup&>));
 
-constexpr auto methods = methodTable(
+constexpr auto members = classTable(
     keywords("insert_child", operation<&LayerGroup::insert_child>, optional<Zero>("index")),
     one("find_layers", operation<&LayerGroup::find_layers>),
     noArguments("isNull", lockedOperation<&isNull<LayerGroup>>), one("parameter", operation<&LayerGroup::parameter>),
     keywords("parameter_set", operation<&LayerGroup::parameter_set>, optional<NoNames>("name_components")),
 
-    noArguments("get_name", operation<&LayerGroup::get_name>), one("set_name", operation<&LayerGroup::set_name>),
-    noArguments("get_layers", operation<&LayerGroup::get_layers>),
-    noArguments("get_visibility", operation<&LayerGroup::get_visibility>),
-    one("set_visibility", operation<&LayerGroup::set_visibility>),
-    noArguments("get_matte_color", operation<&LayerGroup::get_matte_color>),
-    one("set_matte_color", operation<&LayerGroup::set_matte_color>),
-    noArguments("get_stroke_color", operation<&LayerGroup::get_stroke_color>),
-    one("set_stroke_color", operation<&LayerGroup::set_stroke_color>),
-    noArguments("get_locked", operation<&LayerGroup::get_locked>),
-    one("set_locked", operation<&LayerGroup::set_locked>),
-    noArguments("get_z_order", operation<&LayerGroup::get_z_order>),
-    one("set_z_order", operation<&LayerGroup::set_z_order>));
-
-constexpr Property properties[] = {
-    writable("name", "get_name", "set_name"),
-    readOnly("layers", "get_layers"),
-    writable("visibility", "get_visibility", "set_visibility"),
-    writable("matte_color", "get_matte_color", "set_matte_color"),
-    writable("stroke_color", "get_stroke_color", "set_stroke_color"),
-    writable("locked", "get_locked", "set_locked"),
-    writable("z_order", "get_z_order", "set_z_order"),
-};
+    property("name", operation<&LayerGroup::get_name>, operation<&LayerGroup::set_name>),
+    property("layers", operation<&LayerGroup::get_layers>),
+    property("visibility", operation<&LayerGroup::get_visibility>, operation<&LayerGroup::set_visibility>),
+    property("matte_color", operation<&LayerGroup::get_matte_color>, operation<&LayerGroup::set_matte_color>),
+    property("stroke_color", operation<&LayerGroup::get_stroke_color>, operation<&LayerGroup::set_stroke_color>),
+    property("locked", operation<&LayerGroup::get_locked>, operation<&LayerGroup::set_locked>),
+    property("z_order", operation<&LayerGroup::get_z_order>, operation<&LayerGroup::set_z_order>));
 
 } // namespace
 
 void vireo::registerLayerGroup(PyObject* module)
 {
-    ClassTable group = handleClass<LayerGroup, LayerGroupWrapper, making, methods>();
+    ClassTable group = handleClass<LayerGroup, LayerGroupWrapper, making, members>();
     group.compare = &ComparisonOf<LayerGroup, Equal>::compare;
-    setProperties(group, properties);
     registerClass(module, group);
 }

@@ -15,24 +15,21 @@ using namespace vireo::defaults;
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<ParameterWrapper, const Parameter&>));
 
-constexpr auto methods =
-    methodTable(keywords("get", operation<&Parameter::get>, optional<NoTime>("time"), optional<FirstView>("view")),
-                keywords("set", operation<&Parameter::set>, optional<NoTime>("time"), optional<FirstView>("view")),
-                positional("delete_keyframe", operation<&Parameter::delete_keyframe>),
-                noArguments("isNull", lockedOperation<&isNull<Parameter>>),
-                noArguments("get_name_components", operation<&Parameter::get_name_components>),
-                noArguments("get_keyframes", operation<&Parameter::get_keyframes>));
+constexpr auto members =
+    classTable(keywords("get", operation<&Parameter::get>, optional<NoTime>("time"), optional<FirstView>("view")),
+               keywords("set", operation<&Parameter::set>, optional<NoTime>("time"), optional<FirstView>("view")),
+               positional("delete_keyframe", operation<&Parameter::delete_keyframe>),
+               noArguments("isNull", lockedOperation<&isNull<Parameter>>),
 
-constexpr Property properties[] = {readOnly("name_components", "get_name_components"),
-                                   readOnly("keyframes", "get_keyframes")};
+               property("name_components", operation<&Parameter::get_name_components>),
+               property("keyframes", operation<&Parameter::get_keyframes>));
 
 } // namespace
 
 void vireo::registerParameter(PyObject* module)
 {
-    ClassTable parameter = handleClass<Parameter, ParameterWrapper, making, methods>();
+    ClassTable parameter = handleClass<Parameter, ParameterWrapper, making, members>();
     parameter.compare = &ComparisonOf<Parameter, Equal | NotEqual>::compare;
     parameter.hash = &hash<Parameter>;
-    setProperties(parameter, properties);
     registerClass(module, parameter);
 }

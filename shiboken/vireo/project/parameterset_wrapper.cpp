@@ -93,31 +93,22 @@ PyObject* subscript(PyObject* self, PyObject* key)
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<ParameterSetWrapper, const ParameterSet&>));
 
-constexpr auto methods = methodTable(noArguments("isNull", lockedOperation<&isNull<ParameterSet>>),
-                                     noArguments("get_name_components", operation<&ParameterSet::get_name_components>),
-                                     noArguments("get_parameters", operation<&ParameterSet::get_parameters>),
-                                     noArguments("get_subsets", operation<&ParameterSet::get_subsets>),
-                                     noArguments("get_keyframes", operation<&ParameterSet::get_keyframes>),
-                                     noArguments("get_display_name", operation<&ParameterSet::get_display_name>),
-                                     noArguments("get_script_name", operation<&ParameterSet::get_script_name>));
+constexpr auto members = classTable(noArguments("isNull", lockedOperation<&isNull<ParameterSet>>),
 
-constexpr Property properties[] = {
-    readOnly("name_components", "get_name_components"),
-    readOnly("parameters", "get_parameters"),
-    readOnly("subsets", "get_subsets"),
-    readOnly("keyframes", "get_keyframes"),
-    readOnly("display_name", "get_display_name"),
-    readOnly("script_name", "get_script_name"),
-};
+                                    property("name_components", operation<&ParameterSet::get_name_components>),
+                                    property("parameters", operation<&ParameterSet::get_parameters>),
+                                    property("subsets", operation<&ParameterSet::get_subsets>),
+                                    property("keyframes", operation<&ParameterSet::get_keyframes>),
+                                    property("display_name", operation<&ParameterSet::get_display_name>),
+                                    property("script_name", operation<&ParameterSet::get_script_name>));
 
 } // namespace
 
 void vireo::registerParameterSet(PyObject* module)
 {
-    ClassTable set = handleClass<ParameterSet, ParameterSetWrapper, making, methods>();
+    ClassTable set = handleClass<ParameterSet, ParameterSetWrapper, making, members>();
     set.compare = &ComparisonOf<ParameterSet, Equal | NotEqual>::compare;
     set.hash = &hash<ParameterSet>;
     set.subscript = &subscript;
-    setProperties(set, properties);
     registerClass(module, set);
 }

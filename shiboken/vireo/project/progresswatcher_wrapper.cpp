@@ -16,11 +16,11 @@ using namespace vireo::defaults;
 constexpr auto making = constructors(
     Form::Uncounted, signature(constructs<ProgressWatcherWrapper, QObject*>, optional<NoParent>("parent")));
 
-constexpr std::tuple<> methods;
+constexpr std::tuple<> members;
 
 } // namespace
 
 void vireo::registerProgressWatcher(PyObject* module)
 {
-    registerClass(module, qtObjectClass<ProgressWatcher, ProgressWatcherWrapper, making, methods>());
+    registerClass(module, qtObjectClass<ProgressWatcher, ProgressWatcherWrapper, making, members>());
 }

@@ -19,7 +19,7 @@ constexpr auto making =
                            optional<Progressive>("interlace_mode"), optional<NoParent>("parent")),
                  signature(constructs<ProjectWrapper, QString, QObject*>, optional<NoParent>("parent")));
 
-constexpr auto contents = methodTable(
+constexpr auto members = classTable(
     positional("add_clip", operation<&Project::add_clip>),
     keywords("add_layer", operation<&Project::add_layer>, optional<NewLayer>("name"), optional<Zero>("frame_number"),
              optional<Zero>("view")),
@@ -33,61 +33,34 @@ constexpr auto contents = methodTable(
     keywords("render", operation<&Project::render>, optional<FirstViewTight>("view")),
     keywords("export_rendered_shapes", operation<&Project::export_rendered_shapes, OwnedResult>,
              optional<One>("index_width"), optional<NoViews>("views"), optional<False>("separate_streams")),
-    noArguments("get_clips", operation<&Project::get_clips>),
-    noArguments("get_layers", operation<&Project::get_layers>),
-    noArguments("get_groups", operation<&Project::get_groups>),
-    noArguments("get_views", operation<&Project::get_views>), one("set_views", operation<&Project::set_views>),
-    noArguments("get_default_hero_view", operation<&Project::get_default_hero_view>),
-    one("set_default_hero_view", operation<&Project::set_default_hero_view>),
-    noArguments("get_progress_watcher", operation<&Project::get_progress_watcher, ReleasedResult>),
-    noArguments("get_default_trackable_clip", operation<&Project::get_default_trackable_clip, ReleasedResult>));
-
-constexpr auto settings = methodTable(
     noArguments("get_output_dir", operation<&Project::get_output_dir>),
     keywords("set_output_dir", operation<&Project::set_output_dir>, optional<False>("validate")),
     noArguments("save", operation<&Project::save>), one("save_as", operation<&Project::save_as>),
-    noArguments("get_notes", operation<&Project::get_notes>), one("set_notes", operation<&Project::set_notes>),
-    noArguments("get_project_file", operation<&Project::get_project_file>),
-    noArguments("get_in_out_range", operation<&Project::get_in_out_range>),
-    one("set_in_out_range", operation<&Project::set_in_out_range>),
-    noArguments("get_frame_rate", operation<&Project::get_frame_rate>),
-    one("set_frame_rate", operation<&Project::set_frame_rate>),
-    noArguments("get_interlace_mode", operation<&Project::get_interlace_mode>),
-    noArguments("get_first_frame_offset", operation<&Project::get_first_frame_offset>),
-    one("set_first_frame_offset", operation<&Project::set_first_frame_offset>),
-    noArguments("get_length", operation<&Project::get_length>), one("set_length", operation<&Project::set_length>),
-    noArguments("get_playback_in_point", operation<&Project::get_playback_in_point>),
-    one("set_playback_in_point", operation<&Project::set_playback_in_point>),
-    noArguments("get_playback_out_point", operation<&Project::get_playback_out_point>),
-    one("set_playback_out_point", operation<&Project::set_playback_out_point>));
 
-constexpr auto methods = std::tuple_cat(contents, settings);
-
-constexpr Property properties[] = {
-    writable("notes", "get_notes", "set_notes"),
-    readOnly("project_file", "get_project_file"),
-    readOnly("clips", "get_clips"),
-    writable("in_out_range", "get_in_out_range", "set_in_out_range"),
-    writable("frame_rate", "get_frame_rate", "set_frame_rate"),
-    readOnly("interlace_mode", "get_interlace_mode"),
-    readOnly("layers", "get_layers"),
-    readOnly("groups", "get_groups"),
-    writable("first_frame_offset", "get_first_frame_offset", "set_first_frame_offset"),
-    writable("length", "get_length", "set_length"),
-    writable("views", "get_views", "set_views"),
-    writable("default_hero_view", "get_default_hero_view", "set_default_hero_view"),
-    writable("playback_in_point", "get_playback_in_point", "set_playback_in_point"),
-    writable("playback_out_point", "get_playback_out_point", "set_playback_out_point"),
-    readOnly("progress_watcher", "get_progress_watcher"),
-    readOnly("default_trackable_clip", "get_default_trackable_clip"),
-};
+    property("notes", operation<&Project::get_notes>, operation<&Project::set_notes>),
+    property("project_file", operation<&Project::get_project_file>), property("clips", operation<&Project::get_clips>),
+    property("in_out_range", operation<&Project::get_in_out_range>, operation<&Project::set_in_out_range>),
+    property("frame_rate", operation<&Project::get_frame_rate>, operation<&Project::set_frame_rate>),
+    property("interlace_mode", operation<&Project::get_interlace_mode>),
+    property("layers", operation<&Project::get_layers>), property("groups", operation<&Project::get_groups>),
+    property("first_frame_offset", operation<&Project::get_first_frame_offset>,
+             operation<&Project::set_first_frame_offset>),
+    property("length", operation<&Project::get_length>, operation<&Project::set_length>),
+    property("views", operation<&Project::get_views>, operation<&Project::set_views>),
+    property("default_hero_view", operation<&Project::get_default_hero_view>,
+             operation<&Project::set_default_hero_view>),
+    property("playback_in_point", operation<&Project::get_playback_in_point>,
+             operation<&Project::set_playback_in_point>),
+    property("playback_out_point", operation<&Project::get_playback_out_point>,
+             operation<&Project::set_playback_out_point>),
+    property("progress_watcher", operation<&Project::get_progress_watcher, ReleasedResult>),
+    property("default_trackable_clip", operation<&Project::get_default_trackable_clip, ReleasedResult>));
 
 } // namespace
 
 void vireo::registerProject(PyObject* module)
 {
-    ClassTable project = qtObjectClass<Project, ProjectWrapper, making, methods>();
+    ClassTable project = qtObjectClass<Project, ProjectWrapper, making, members>();
     project.compare = &ComparisonOf<Project, Equal | NotEqual>::compare;
-    setProperties(project, properties);
     registerClass(module, project);
 }

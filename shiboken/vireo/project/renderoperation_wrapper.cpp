@@ -8,16 +8,13 @@ class RenderOperationWrapper : public Wrapper<RenderOperation>
 
 namespace {
 
-constexpr auto methods =
-    methodTable(noArguments("get_progress_watcher", operation<&RenderOperation::get_progress_watcher, ReleasedResult>));
-
-constexpr Property properties[] = {readOnly("progress_watcher", "get_progress_watcher")};
+constexpr auto members =
+    classTable(property("progress_watcher", operation<&RenderOperation::get_progress_watcher, ReleasedResult>));
 
 } // namespace
 
 void vireo::registerRenderOperation(PyObject* module)
 {
-    ClassTable base = abstractClass<RenderOperation, RenderOperationWrapper, methods>();
-    setProperties(base, properties);
+    ClassTable base = abstractClass<RenderOperation, RenderOperationWrapper, members>();
     registerClass(module, base);
 }

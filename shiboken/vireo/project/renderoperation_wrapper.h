@@ -10,12 +10,12 @@ template <class TWrapper>
 constexpr auto renderOperationMaking = binding::constructors(binding::Form::Ignored,
                                                              binding::signature(binding::constructs<TWrapper>));
 
-constexpr std::tuple<> noMethods;
+constexpr std::tuple<> noMembers;
 
 template <class T, class TWrapper>
 void registerRenderOperationKind(PyObject* module)
 {
-    binding::ClassTable kind = binding::objectClass<T, TWrapper, renderOperationMaking<TWrapper>, noMethods>();
+    binding::ClassTable kind = binding::objectClass<T, TWrapper, renderOperationMaking<TWrapper>, noMembers>();
     kind.base = binding::wrapperType<RenderOperation>();
     binding::registerClass(module, kind);
 }

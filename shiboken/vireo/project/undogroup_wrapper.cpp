@@ -24,7 +24,7 @@ void leave(PyObject*, UndoGroup& group, PyObject*, PyObject* exception, PyObject
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<UndoGroupWrapper, const UndoGroup&>));
 
-constexpr auto methods = methodTable(
+constexpr auto members = classTable(
     noArguments("__enter__", operation<&UndoGroup::begin>), positional("__exit__", lockedOperation<&leave>),
     noArguments("commit", operation<&UndoGroup::commit>), noArguments("rollback", operation<&UndoGroup::rollback>),
     noArguments("undo", operation<&UndoGroup::undo>), noArguments("redo", operation<&UndoGroup::redo>));
@@ -33,5 +33,5 @@ constexpr auto methods = methodTable(
 
 void vireo::registerUndoGroup(PyObject* module)
 {
-    registerClass(module, valueClass<UndoGroup, UndoGroupWrapper, making, methods>());
+    registerClass(module, valueClass<UndoGroup, UndoGroupWrapper, making, members>());
 }

@@ -15,19 +15,16 @@ constexpr auto making =
     constructors(Form::CopyOnly, signature(constructs<ViewWrapper>), signature(constructs<ViewWrapper, const View&>),
                  testedFirst(signature(constructs<ViewWrapper, int>)));
 
-constexpr auto methods = methodTable(noArguments("get_id", operation<&View::get_id>));
-
-constexpr Property properties[] = {readOnly("id", "get_id")};
+constexpr auto members = classTable(property("id", operation<&View::get_id>));
 
 } // namespace
 
 void vireo::registerView(PyObject* module)
 {
-    ClassTable view = valueClass<View, ViewWrapper, making, methods>();
+    ClassTable view = valueClass<View, ViewWrapper, making, members>();
     view.compare = &ComparisonOf<View, Equal | Less>::compare;
     view.hash = &hash<View>;
     view.repr = &textOf<View, &View::__repr__>;
     view.str = &textOf<View, &View::__str__>;
-    setProperties(view, properties);
     registerClass(module, view);
 }

@@ -19,21 +19,17 @@ constexpr auto making =
                            optional<Black>("color")),
                  signature(constructs<ViewInfoWrapper, const ViewInfo&>));
 
-constexpr auto methods = methodTable(
-    noArguments("get_name", operation<&ViewInfo::get_name>), one("set_name", operation<&ViewInfo::set_name>),
-    noArguments("get_abbr", operation<&ViewInfo::get_abbr>), one("set_abbr", operation<&ViewInfo::set_abbr>),
-    noArguments("get_color", operation<&ViewInfo::get_color>), one("set_color", operation<&ViewInfo::set_color>));
-
-constexpr Property properties[] = {writable("name", "get_name", "set_name"), writable("abbr", "get_abbr", "set_abbr"),
-                                   writable("color", "get_color", "set_color")};
+constexpr auto members =
+    classTable(property("name", operation<&ViewInfo::get_name>, operation<&ViewInfo::set_name>),
+               property("abbr", operation<&ViewInfo::get_abbr>, operation<&ViewInfo::set_abbr>),
+               property("color", operation<&ViewInfo::get_color>, operation<&ViewInfo::set_color>));
 
 } // namespace
 
 void vireo::registerViewInfo(PyObject* module)
 {
-    ClassTable info = valueClass<ViewInfo, ViewInfoWrapper, making, methods>();
+    ClassTable info = valueClass<ViewInfo, ViewInfoWrapper, making, members>();
     info.compare = &ComparisonOf<ViewInfo, Equal>::compare;
     info.repr = &textOf<ViewInfo, &ViewInfo::__repr__>;
-    setProperties(info, properties);
     registerClass(module, info);
 }

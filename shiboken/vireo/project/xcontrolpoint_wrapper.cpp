@@ -21,13 +21,13 @@ void setMasterPoint(PyObject*, XControlPoint& point, PyObject* master, float tim
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<XControlPointWrapper, const XControlPoint&>));
 
-constexpr auto methods = std::tuple_cat(
-    Tables::common, methodTable(keywords("set_master_point", lockedOperation<&setMasterPoint>,
-                                         optional<ZeroFloat>("time"), optional<FirstViewTight>("view"))));
+constexpr auto members =
+    classTable(Tables::common, classTable(keywords("set_master_point", lockedOperation<&setMasterPoint>,
+                                                   optional<ZeroFloat>("time"), optional<FirstViewTight>("view"))));
 
 } // namespace
 
 void vireo::registerXControlPoint(PyObject* module)
 {
-    registerControlPoint<XControlPoint, XControlPointWrapper, making, methods, Tables>(module);
+    registerControlPoint<XControlPoint, XControlPointWrapper, making, members>(module);
 }

@@ -24,27 +24,15 @@ constexpr auto making =
                            optional<UnsetFloat>("edge_width"), optional<UnsetFloat>("edge_angle_ratio")),
                  testedFirst(signature(constructs<XControlPointDataWrapper, const Data&>)));
 
-constexpr auto weight = methodTable(noArguments("get_weight", operation<&Data::get_weight>),
-                                    one("set_weight", operation<&Data::set_weight>));
-
-constexpr auto methods = std::tuple_cat(vireo::leadingFields<Data>, weight, vireo::edgeFields<Data>);
-
-constexpr Property properties[] = {
-    vireo::activeProperty,
-    vireo::cornerProperty,
-    vireo::xProperty,
-    vireo::yProperty,
-    writable("weight", "get_weight", "set_weight"),
-    vireo::edgeWidthProperty,
-    vireo::edgeAngleRatioProperty,
-};
+constexpr auto members =
+    classTable(vireo::leadingFields<Data>,
+               property("weight", operation<&Data::get_weight>, operation<&Data::set_weight>), vireo::edgeFields<Data>);
 
 } // namespace
 
 void vireo::registerXControlPointData(PyObject* module)
 {
-    ClassTable data = valueClass<Data, XControlPointDataWrapper, making, methods>();
+    ClassTable data = valueClass<Data, XControlPointDataWrapper, making, members>();
     data.compare = &ComparisonOf<Data, Equal>::compare;
-    setProperties(data, properties);
     registerClass(module, data);
 }

@@ -16,13 +16,13 @@ using namespace vireo::defaults;
 constexpr auto making =
     constructors(Form::CopyOnly, signature(constructs<XSplineContourWrapper, const XSplineContour&>));
 
-constexpr auto methods = std::tuple_cat(
+constexpr auto members = classTable(
     vireo::ContourTable<XSplineContour>::common,
-    methodTable(keywords("insert_point", operation<&XSplineContour::insert_point>, optional<LibraryView>("view"))));
+    classTable(keywords("insert_point", operation<&XSplineContour::insert_point>, optional<LibraryView>("view"))));
 
 } // namespace
 
 void vireo::registerXSplineContour(PyObject* module)
 {
-    registerContour<XSplineContour, XSplineContourWrapper, making, methods>(module);
+    registerContour<XSplineContour, XSplineContourWrapper, making, members>(module);
 }
