@@ -9,7 +9,7 @@
 #include <QFileInfo>
 #include <QStringList>
 #include <csignal>
-#include <orrery/embedding.h>
+#include <engine/embedding.h>
 
 namespace {
 

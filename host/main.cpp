@@ -10,9 +10,9 @@
 #include <clocale>
 #include <cstdio>
 #include <cstring>
+#include <engine/embedding.h>
 #include <fcntl.h>
 #include <memory>
-#include <orrery/embedding.h>
 #include <orrery/project.h>
 #include <unistd.h>
 

@@ -4,8 +4,8 @@
 
 #include <chrono>
 #include <cstdio>
+#include <engine/embedding.h>
 #include <mutex>
-#include <orrery/embedding.h>
 #include <string>
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 // Keyframes in order. Many keys are kept in chunks of bounded size, so that a change in the middle of a hundred
 // thousand moves a few hundred of them at most.
 #include <algorithm>
-#include <knob/animation.h>
+#include <engine/knob/animation.h>
 #include <limits>
 
 namespace Knob {

@@ -1,6 +1,6 @@
 // Nodes over branches.
 #include <QCoreApplication>
-#include <knob/parameter_tree.h>
+#include <engine/knob/parameter_tree.h>
 
 namespace Knob {
 

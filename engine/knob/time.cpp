@@ -1,6 +1,6 @@
 // Time values on a fine grid, so that equal times have equal values.
 #include <cmath>
-#include <knob/animation.h>
+#include <engine/knob/animation.h>
 #include <knob/time.h>
 
 namespace Knob {

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <engine/stratum/curve.h>
 #include <functional>
-#include <stratum/curve.h>
 #include <stratum/enumerations.h>
 
 namespace Stratum {

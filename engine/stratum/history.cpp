@@ -1,8 +1,8 @@
 // Steps and transactions.
 #include <algorithm>
 #include <cstring>
+#include <engine/stratum/history.h>
 #include <iterator>
-#include <stratum/history.h>
 
 namespace Stratum {
 

@@ -1,9 +1,9 @@
 // Changes of keyframes and resting values, as one invertible change of any number of parts.
 #pragma once
 
-#include <knob/animation.h>
+#include <engine/knob/animation.h>
+#include <engine/stratum/history.h>
 #include <optional>
-#include <stratum/history.h>
 #include <utility>
 #include <vector>
 

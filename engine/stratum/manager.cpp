@@ -2,10 +2,10 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <boost/make_shared.hpp>
-#include <stratum/by_id.h>
+#include <engine/stratum/by_id.h>
+#include <engine/stratum/manager.h>
+#include <engine/stratum/tree.h>
 #include <stratum/exception.h>
-#include <stratum/manager.h>
-#include <stratum/tree.h>
 
 STRM_ProjectManager::STRM_ProjectManager()
     : m_root(boost::make_shared<Stratum::RootModel>()),

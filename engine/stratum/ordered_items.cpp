@@ -1,6 +1,6 @@
 // Chunks and the sums over them.
 #include <algorithm>
-#include <stratum/ordered_items.h>
+#include <engine/stratum/ordered_items.h>
 
 namespace Stratum {
 

@@ -1,9 +1,9 @@
 // What can be animated of the project, its groups, layers, contours and points: the tables, and the branches by which
 // the tree reaches them.
 #include <QCoreApplication>
+#include <engine/stratum/shapes.h>
+#include <engine/stratum/tree.h>
 #include <stratum/enumerations.h>
-#include <stratum/shapes.h>
-#include <stratum/tree.h>
 
 namespace Stratum {
 

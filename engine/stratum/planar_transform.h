@@ -1,8 +1,8 @@
 // The planar transform that takes one quadrangle to another.
 #pragma once
 
+#include <engine/stratum/tree.h>
 #include <fundo/lum_matrix33.h>
-#include <stratum/tree.h>
 
 namespace Stratum {
 

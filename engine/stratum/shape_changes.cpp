@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <engine/stratum/shapes.h>
 #include <set>
 #include <stratum/exception.h>
-#include <stratum/shapes.h>
 #include <utility>
 
 namespace Stratum {

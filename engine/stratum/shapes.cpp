@@ -1,8 +1,8 @@
 // Contours and points as they are read: fields over time, masters, curves.
 #include <boost/make_shared.hpp>
 #include <cmath>
-#include <stratum/by_id.h>
-#include <stratum/shapes.h>
+#include <engine/stratum/by_id.h>
+#include <engine/stratum/shapes.h>
 
 namespace Stratum {
 

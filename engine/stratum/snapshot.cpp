@@ -1,6 +1,6 @@
 // Snapshots of layers.
-#include <stratum/shapes.h>
-#include <stratum/snapshot.h>
+#include <engine/stratum/shapes.h>
+#include <engine/stratum/snapshot.h>
 
 namespace Stratum {
 

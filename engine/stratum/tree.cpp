@@ -3,9 +3,9 @@
 #include "planar_transform.h"
 
 #include <algorithm>
+#include <engine/stratum/tree.h>
 #include <stratum/enumerations.h>
 #include <stratum/exception.h>
-#include <stratum/tree.h>
 
 namespace Stratum {
 

@@ -4,8 +4,8 @@
 
 #include <QPointer>
 #include <cmath>
+#include <engine/handles/destruction_hook.h>
 #include <orrery/color_parameters.h>
-#include <orrery/destruction_hook.h>
 #include <orrery/undo_group.h>
 #include <set>
 

@@ -3,7 +3,7 @@
 #include "test_footage.h"
 
 #include <atomic>
-#include <orrery/operation_progress.h>
+#include <engine/operations/progress.h>
 #include <orrery/render_operation.h>
 #include <set>
 #include <thread>

@@ -3,7 +3,7 @@
 #include "test_footage.h"
 
 #include <QDir>
-#include <orrery/sequence_name.h>
+#include <engine/sequences/name.h>
 
 using namespace orrery;
 

@@ -1,9 +1,9 @@
 // Curves against the polynomials that define them, sampled densely.
 #include <algorithm>
 #include <cmath>
+#include <engine/stratum/curve.h>
 #include <gtest/gtest.h>
 #include <random>
-#include <stratum/curve.h>
 #include <stratum/enumerations.h>
 
 namespace {

@@ -3,11 +3,11 @@
 
 #include <QObject>
 #include <cmath>
+#include <engine/embedding.h>
+#include <engine/handles/destruction_hook.h>
 #include <functional>
 #include <limits>
 #include <orrery/clip.h>
-#include <orrery/destruction_hook.h>
-#include <orrery/embedding.h>
 #include <orrery/start_up.h>
 #include <set>
 #include <stdexcept>

@@ -2,9 +2,9 @@
 
 #include <QDir>
 #include <climits>
+#include <engine/document/document.h>
 #include <orrery/clip.h>
 #include <orrery/point_constraint.h>
-#include <orrery/project_data.h>
 #include <ostream>
 
 namespace {

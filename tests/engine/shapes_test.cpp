@@ -4,10 +4,10 @@
 #include <QPointF>
 #include <climits>
 #include <cmath>
+#include <engine/project/data.h>
+#include <engine/stratum/shapes.h>
 #include <orrery/point_constraint.h>
-#include <orrery/project_data.h>
 #include <random>
-#include <stratum/shapes.h>
 #include <vector>
 
 namespace {

@@ -3,15 +3,15 @@
 #include "sample.h"
 
 #include <cmath>
+#include <engine/knob/animation.h>
+#include <engine/stratum/ordered_items.h>
 #include <fundo/fs_percent_escaped_string.h>
 #include <fundo/pretty_type_name.h>
-#include <knob/animation.h>
 #include <knob/time.h>
 #include <malloc.h>
 #include <map>
 #include <random>
 #include <stratum/error_detector.h>
-#include <stratum/ordered_items.h>
 #include <vector>
 
 namespace {

@@ -1,6 +1,6 @@
 // A pixel library of another version of the interface.
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 extern "C" pixels::Library* vireo_pixels_library(unsigned version)
 {

@@ -2,8 +2,8 @@
 #include "call.h"
 
 #include <atomic>
+#include <engine/handles/destruction_hook.h>
 #include <knob/time.h>
-#include <orrery/destruction_hook.h>
 #include <orrery/point_constraint.h>
 #include <orrery/py_type_error.h>
 #include <orrery/start_up.h>

@@ -1,6 +1,6 @@
 // Lets the binding runtime know when an object goes that a Python object may stand for. The one part of the engine that
 // knows of Python.
-#include <orrery/destruction_hook.h>
+#include <engine/handles/destruction_hook.h>
 #include <orrery/start_up.h>
 #include <shiboken.h>
 

@@ -2,7 +2,7 @@
 // its corners known exactly in every frame. For tests, benchmarks and demonstrations.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

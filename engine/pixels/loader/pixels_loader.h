@@ -1,7 +1,7 @@
 // Loads the pixel library at its first use, so that a program that touches no pixels does not pay for image libraries.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

@@ -1,7 +1,7 @@
 // Refuses arguments that cannot mean anything, in one place and with one wording.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

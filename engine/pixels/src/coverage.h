@@ -1,7 +1,7 @@
 // Turns closed outlines into mattes: the part of each pixel that they cover, with feathered edges.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

@@ -1,7 +1,7 @@
 // Puts images, lines and words together to one picture.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

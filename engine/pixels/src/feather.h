@@ -1,7 +1,7 @@
 // The soft edges of a matte: beside an outline of some edge width, coverage follows a ramp over the distance to it.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

@@ -2,11 +2,11 @@
 // the same frame share its decoding.
 #pragma once
 
+#include <engine/pixels/pixels.h>
 #include <functional>
 #include <future>
 #include <list>
 #include <mutex>
-#include <pixels/pixels.h>
 #include <unordered_map>
 
 namespace pixels {

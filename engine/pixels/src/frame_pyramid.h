@@ -1,8 +1,8 @@
 // A frame as tracking sees it: its luminance, lightly smoothed, in steps of half the size.
 #pragma once
 
+#include <engine/pixels/pixels.h>
 #include <opencv2/core.hpp>
-#include <pixels/pixels.h>
 
 namespace pixels {
 

@@ -1,7 +1,7 @@
 // Reads and writes single image files. Every failure is a FileError that names the file and what is wrong with it.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

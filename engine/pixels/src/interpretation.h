@@ -2,7 +2,7 @@
 // everything into the asked precision.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

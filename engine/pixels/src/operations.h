@@ -1,7 +1,7 @@
 // What the render operations do to images: lay a matte over, fill a hole from other frames, move by a transform.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

@@ -1,7 +1,7 @@
 // The part of an image that is worked on.
 #pragma once
 
-#include <pixels/pixels.h>
+#include <engine/pixels/pixels.h>
 
 namespace pixels {
 

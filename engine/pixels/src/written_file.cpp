@@ -4,8 +4,8 @@
 
 #include <atomic>
 #include <cerrno>
+#include <engine/pixels/pixels.h>
 #include <fcntl.h>
-#include <pixels/pixels.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>

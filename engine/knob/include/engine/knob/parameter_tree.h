@@ -1,0 +1,163 @@
+// The tree that scripts walk: nodes are made when they are asked for, over branches that the model's objects offer. An
+// object that nobody walks has no nodes.
+//
+// A node knows its path from the object that was asked. The same value can be reached on several paths (a point's own
+// "x", and "12", "x" of its contour): these are different nodes with the same target, and compare equal.
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+#include <engine/knob/animation.h>
+#include <knob/parameter_set.h>
+#include <vector>
+
+namespace Knob {
+
+enum class Kind { Number, Flag, Enumeration, Point };
+
+// What a parameter is called and what it takes: an entry of a constant table.
+struct Description
+{
+    const char* name;        // for scripts, and in paths
+    const char* displayName; // for people; translated in the context "Parameter"
+    Kind kind;
+    Value initial;
+    double lowest; // of numbers and enumerators
+    double highest;
+    const char* enumeration; // the meta type's name where the kind is Enumeration
+    bool writable;
+
+    bool interpolated() const { return kind == Kind::Number || kind == Kind::Point; }
+};
+
+constexpr double unlimited = 1e300;
+
+class Branch;
+
+// The text in the language of the user, for display names. Without a lock.
+QString translated(const char* text);
+
+// A member of a branch: a further branch, or a value with its description.
+struct Member
+{
+    QString name;
+    Branch* branch = nullptr;
+    Animation* animation = nullptr;
+    const Description* description = nullptr;
+
+    explicit operator bool() const { return branch || animation; }
+};
+
+// The values that a table describes, of which there are as many as entries.
+std::vector<Member> tableMembers(const Description* table, std::size_t count, Animation* values);
+void setInitialValues(const Description* table, std::size_t count, Animation* values);
+
+// What stands behind a set of parameters: an object of the model, or a part of one. Lives as long as its model.
+class Branch
+{
+public:
+    virtual ~Branch();
+
+    // False once the object was removed. Any thread, no lock.
+    virtual bool present() const = 0;
+
+    // Without a lock: texts are translated, and a translation may be a script's.
+    virtual QString displayName() const = 0;
+    // A Python name for objects that the tree names by their number; empty where the node's own name is one. No lock.
+    virtual QString scriptName() const { return QString(); }
+
+    // For the rest the model's lock is held.
+    virtual std::vector<Member> members() = 0;
+    // The member of that name, or an empty one. As it stands here it looks through members().
+    virtual Member member(const QString& name);
+
+    // Throws what the model throws when the branch's values must not be changed now.
+    virtual void requireWritable() const {}
+
+    // The node of this branch as a root, made on first use. Kept as long as the branch.
+    boost::shared_ptr<ParameterSet> rootNode();
+
+private:
+    boost::shared_ptr<ParameterSet> m_root;
+};
+
+// A branch that is a table of values. `animations` must be as long as the table and stay where it is.
+class TableBranch : public Branch
+{
+public:
+    template <std::size_t count>
+    TableBranch(const Branch& owner, const char* displayName, const Description (&table)[count], Animation* animations)
+        : m_owner(owner), m_displayName(displayName), m_table(table), m_count(count), m_animations(animations)
+    {}
+
+    bool present() const override { return m_owner.present(); }
+    QString displayName() const override;
+    std::vector<Member> members() override { return tableMembers(m_table, m_count, m_animations); }
+    void requireWritable() const override { m_owner.requireWritable(); }
+
+private:
+    const Branch& m_owner;
+    const char* m_displayName;
+    const Description* m_table;
+    std::size_t m_count;
+    Animation* m_animations;
+};
+
+// A branch that holds further branches only. Whoever has one lists its members.
+class NamedBranch : public Branch
+{
+public:
+    NamedBranch(const Branch& owner, const char* displayName) : m_owner(owner), m_displayName(displayName) {}
+
+    bool present() const override { return m_owner.present(); }
+    QString displayName() const override { return translated(m_displayName); }
+
+private:
+    const Branch& m_owner;
+    const char* m_displayName;
+};
+
+// The node. Its path, target and presence can be read by any thread without a lock; the model's lock is held where
+// children are asked for.
+class ParameterSet : public boost::enable_shared_from_this<ParameterSet>
+{
+public:
+    ParameterSet(ParameterSet* parent, Branch& branch, const Member& target);
+    ParameterSet(const ParameterSet&) = delete;
+    ParameterSet& operator=(const ParameterSet&) = delete;
+    ~ParameterSet();
+
+    // A leaf: one value. Anything else is a set.
+    bool isParameter() const { return m_target.animation; }
+    bool present() const { return m_branch->present(); }
+    QStringList path() const;
+    QString displayName() const;
+    QString scriptName() const;
+
+    // The branch that holds the value, or that the set stands for.
+    Branch& branch() const { return *m_branch; }
+    Animation& animation() const { return *m_target.animation; }
+    const Description& description() const { return *m_target.description; }
+
+    // What both compare and hash by.
+    const void* target() const;
+
+    // Null when there is no member of that name.
+    boost::shared_ptr<ParameterSet> child(const QString& name);
+    boost::shared_ptr<ParameterSet> descendant(const QStringList& path);
+    std::vector<boost::shared_ptr<ParameterSet>> children();
+
+private:
+    boost::shared_ptr<ParameterSet> child(const Member& member);
+
+    ParameterSet* const m_parent;
+    const Member m_target;
+    Branch* const m_branch;
+    QHash<QString, boost::shared_ptr<ParameterSet>> m_children;
+};
+
+} // namespace Knob

@@ -1,0 +1,272 @@
+// Clip: streams, views and settings. What reads or writes pixels is in clip_footage.cpp and clip_export.cpp.
+
+#include "color_link.h"
+
+#include <cmath>
+#include <engine/clips/data.h>
+#include <engine/clips/footage.h>
+#include <engine/errors/message.h>
+#include <engine/handles/access.h>
+#include <engine/handles/destruction_hook.h>
+#include <orrery/progress_watcher.h>
+
+using namespace orrery;
+
+namespace {
+
+constexpr unsigned int mostPixels = 65536; // in a row, and rows
+
+void requireOrder(unsigned int first, unsigned int last)
+{
+    if (first != unknownFrame && last != unknownFrame && first > last)
+        raise<STRM_BadArgument>(text("The first frame of a stream, %1, comes after its last, %2", first, last));
+}
+
+void requireSize(unsigned int width, unsigned int height, unsigned int least)
+{
+    if (width < least || height < least)
+        raise<STRM_BadArgument>(text("A frame size of %1 x %2 pixels is no size", width, height));
+    if (width > mostPixels || height > mostPixels)
+        raise<STRM_OutOfRange>(text("A frame size of %1 x %2 pixels is more than %3 x %3", width, height, mostPixels));
+}
+
+// The description as a clip keeps it: checked, its folder absolute, and unknown numbers as they are on disk.
+StreamInfo checked(const StreamInfo& info)
+{
+    requireText("path", info.get_path());
+    requireText("prefix", info.get_prefix());
+    requireText("suffix", info.get_suffix());
+    if (info.get_path().isEmpty())
+        raise<STRM_BadArgument>(text("The description of a stream has no path"));
+    if ((info.get_prefix() + info.get_suffix()).contains(QLatin1Char('/')))
+        raise<STRM_BadArgument>(text("The prefix and the suffix of a stream are parts of a file name, not %1 and %2",
+                                     quoted(info.get_prefix()), quoted(info.get_suffix())));
+    if (info.get_index_width() > 32)
+        raise<STRM_OutOfRange>(text("A frame number of %1 digits is longer than 32", info.get_index_width()));
+    requireOrder(info.get_start_frame(), info.get_end_frame());
+    const StreamInfo found = foundOnDisk(describe(nameOf(info), info.get_start_frame(), info.get_end_frame()));
+    requireOrder(found.get_start_frame(), found.get_end_frame());
+    return found;
+}
+
+StreamInfo located(const QString& location, unsigned int start, unsigned int end, bool validate)
+{
+    requireText("location", location);
+    requireOrder(start, end);
+    return checked(describe(parseLocation(location, validate), start, end));
+}
+
+// The first `length` frames of what was found; those that were not found count from 1.
+void setLength(StreamInfo& info, unsigned int length)
+{
+    if (info.get_start_frame() == unknownFrame)
+        info.set_start_frame(1);
+    if (length > unknownFrame - info.get_start_frame())
+        raise<STRM_OutOfRange>(text("A length of %1 frames is too long", length));
+    info.set_end_frame(info.get_start_frame() + length - 1);
+}
+
+[[noreturn]] void raiseNoStream(int view) { raise<STRM_OutOfRange>(text("The clip has no stream for view %1", view)); }
+
+const Stream& streamAt(const ClipState& state, int view)
+{
+    const auto found = state.streams.find(view);
+    if (found == state.streams.end())
+        raiseNoStream(view);
+    return found->second;
+}
+
+} // namespace
+
+Clip::Clip(const QString& location, const QString& clip_name, bool validate, unsigned int width, unsigned int height,
+           unsigned int length, QObject* parent)
+    : QObject(parent), m_data(new Data(*this))
+{
+    requireText("clip_name", clip_name);
+    requireSize(width, height, 0);
+    if (length == unknownFrame)
+        raise<STRM_OutOfRange>(text("A length of %1 frames is too long", length));
+    ClipState state;
+    state.name = clip_name;
+    state.size = {width, height};
+    state.length = length;
+    if (!location.isEmpty()) {
+        StreamInfo info = located(location, unknownFrame, unknownFrame, validate);
+        if (length)
+            setLength(info, length);
+        if (validate)
+            requireFrames(info);
+        setStream(state, *m_data->model, true, 0, info);
+    }
+    m_data->model->setState(std::move(state));
+}
+
+Clip::~Clip() { tellDestruction(this); }
+
+// ---- Streams --------------------------------------------------------------------------------------------------------
+
+void Clip::add_stream(const QString& location, View view, unsigned int start_frame, unsigned int end_frame,
+                      bool validate)
+{
+    const StreamInfo info = located(location, start_frame, end_frame, validate);
+    if (validate)
+        requireFrames(info);
+    m_data->change(
+        [&](ClipState& state) {
+            const int id = m_data->model->resolveView(idOf(view));
+            if (state.streams.count(id))
+                raise<STRM_BadArgument>(text("The clip has a stream for view %1 already", id));
+            setStream(state, *m_data->model, m_data->detached, id, info);
+        },
+        m_data->streamsChanged());
+}
+
+void Clip::apply(const StreamInfo& info, const View& view)
+{
+    const StreamInfo applied = checked(info);
+    m_data->change(
+        [&](ClipState& state) {
+            setStream(state, *m_data->model, m_data->detached, m_data->model->resolveView(idOf(view)), applied);
+        },
+        m_data->streamsChanged());
+}
+
+void Clip::relink(const StreamInfo& info, const View& view)
+{
+    get_info(view); // the stream must exist, whatever the files
+    const StreamInfo relinked = checked(info);
+    requireFrames(relinked);
+    requireFootageSize(*m_data->model, relinked);
+    m_data->change(
+        [&](ClipState& state) {
+            const int id = m_data->model->resolveView(idOf(view));
+            streamAt(state, id);
+            state.streams[id] = streamOf(relinked);
+        },
+        m_data->streamsChanged());
+}
+
+void Clip::relink(const QString& path, const QString& prefix, const QString& suffix, unsigned int start_frame,
+                  unsigned int end_frame, const View& view)
+{
+    StreamInfo info = get_info(view);
+    if (!path.isEmpty())
+        info.set_path(path);
+    if (!prefix.isEmpty())
+        info.set_prefix(prefix);
+    if (!suffix.isEmpty())
+        info.set_suffix(suffix);
+    if (start_frame != unknownFrame)
+        info.set_start_frame(start_frame);
+    if (end_frame != unknownFrame)
+        info.set_end_frame(end_frame);
+    relink(info, view);
+}
+
+void Clip::delete_stream(View view)
+{
+    m_data->change(
+        [&](ClipState& state) {
+            const int id = m_data->model->resolveView(idOf(view));
+            streamAt(state, id);
+            state.streams.erase(id);
+            state.mapping.erase(id);
+        },
+        m_data->streamsChanged());
+}
+
+StreamInfo Clip::get_info(const View& view)
+{
+    Stratum::Reading reading(*m_data->manager);
+    return streamAt(m_data->model->state, m_data->model->resolveView(idOf(view))).info();
+}
+
+QVector<View> Clip::get_views()
+{
+    QVector<View> views;
+    for (const auto& stream : m_data->state().streams)
+        views.append(View(stream.first));
+    return views;
+}
+
+void Clip::assign_project_view(View clip_view, View project_view)
+{
+    m_data->change(
+        [&](ClipState& state) {
+            const int from = m_data->model->resolveView(idOf(clip_view));
+            streamAt(state, from);
+            int to = idOf(project_view);
+            if (!m_data->detached || to == Knob::View::defaultViewId())
+                to = m_data->manager->resolveView(to);
+            else if (to < 0)
+                raise<STRM_OutOfRange>(text("No project has a view with the id %1", project_view.get_id()));
+            for (auto entry = state.mapping.begin(); entry != state.mapping.end();)
+                entry = entry->second == to ? state.mapping.erase(entry) : std::next(entry);
+            state.mapping[from] = to;
+        },
+        m_data->settingChanged("view_mapping"));
+}
+
+QMap<View, View> Clip::get_view_mapping()
+{
+    QMap<View, View> mapping;
+    for (const auto& entry : m_data->state().mapping)
+        mapping.insert(View(entry.first), View(entry.second));
+    return mapping;
+}
+
+// ---- Settings -------------------------------------------------------------------------------------------------------
+
+QString Clip::get_name() { return m_data->state().name; }
+
+unsigned int Clip::get_id() const { return m_data->id; }
+
+QPair<unsigned int, unsigned int> Clip::get_frame_size() { return footageSize(*m_data->model); }
+
+void Clip::set_frame_size(const QPair<unsigned int, unsigned int>& size)
+{
+    requireSize(size.first, size.second, 1);
+    m_data->change([&](ClipState& state) { state.size = size; }, m_data->settingChanged("frame_size"));
+}
+
+float Clip::get_frame_rate() const { return m_data->state().frameRate; }
+
+void Clip::set_frame_rate(float rate)
+{
+    if (!std::isfinite(rate) || rate <= 0)
+        raise<STRM_BadArgument>(text("A frame rate of %1 is not greater than 0 and finite", rate));
+    m_data->change([&](ClipState& state) { state.frameRate = rate; }, m_data->settingChanged("frame_rate"));
+}
+
+int Clip::get_first_frame_offset() const { return m_data->state().firstFrameOffset; }
+
+void Clip::set_first_frame_offset(int offset)
+{
+    m_data->change([&](ClipState& state) { state.firstFrameOffset = offset; },
+                   m_data->settingChanged("first_frame_offset"));
+}
+
+ColorParameters* Clip::get_color_parameters() { return m_data->colorParameters(); }
+
+void Clip::set_color_parameters(ColorParameters* parameters) { m_data->adopt(parameters); }
+
+ProgressWatcher* Clip::get_progress_watcher() const { return m_data->progressWatcher; }
+
+Parameter Clip::parameter(const QStringList& name_components)
+{
+    return parameterAt(*m_data->model, *m_data->manager, name_components);
+}
+
+ParameterSet Clip::parameter_set(const QStringList& name_components)
+{
+    return parameterSetAt(*m_data->model, *m_data->manager, name_components);
+}
+
+ParameterSet Clip::base_parameter_set(const QStringList& name_components)
+{
+    return parameterSetAt(m_data->model->base(), *m_data->manager, name_components);
+}
+
+bool Clip::operator==(const Clip& other) const { return this == &other; }
+
+bool Clip::operator!=(const Clip& other) const { return this != &other; }

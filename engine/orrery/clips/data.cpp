@@ -1,0 +1,97 @@
+// How a clip's state changes, whether it belongs to a project or to nobody.
+
+#include "color_link.h"
+
+#include <engine/clips/data.h>
+#include <orrery/progress_watcher.h>
+
+using namespace orrery;
+
+namespace {
+
+unsigned int nextId()
+{
+    static std::atomic<unsigned int> last{0};
+    return ++last;
+}
+
+} // namespace
+
+Clip::Data::Data(Clip& clip)
+    : clip(clip), id(nextId()), manager(STRM_ProjectManager::createDetached()),
+      model(boost::make_shared<ClipModel>(*manager)), progressWatcher(new ProgressWatcher(nullptr)),
+      m_colorLink(new ColorLink(*this))
+{
+    manager->keep(model);
+    manager->setListener(this);
+}
+
+Clip::Data::~Data()
+{
+    model->close();
+    if (detached) {
+        manager->close();
+        manager->setListener(nullptr);
+    }
+    destroy(exchange(nullptr));
+    delete progressWatcher.data();
+}
+
+void Clip::Data::moveTo(const boost::shared_ptr<STRM_ProjectManager>& projectManager, ClipState state)
+{
+    manager->close();
+    manager->setListener(nullptr);
+    const boost::shared_ptr<ClipModel> moved = boost::make_shared<ClipModel>(*projectManager);
+    moved->setState(std::move(state));
+    {
+        Stratum::Reading reading(*projectManager);
+        projectManager->keep(moved);
+    }
+    manager = projectManager;
+    model = moved;
+    detached = false;
+}
+
+void Clip::Data::change(const std::function<void(ClipState&)>& function, const Stratum::Notices& notices)
+{
+    Stratum::Edit edit(*manager);
+    ClipState next = model->state;
+    function(next);
+    if (next == model->state)
+        return;
+    Stratum::Notices all = notices;
+    if (!(next.color == model->state.color))
+        all.add(whileAlive([this] { showColor(); }));
+    edit.perform(model->stateChange(std::move(next), std::move(all)));
+    edit.commit();
+}
+
+ClipState Clip::Data::state() const
+{
+    Stratum::Reading reading(*manager);
+    return model->state;
+}
+
+Stratum::Notices Clip::Data::whileAlive(std::function<void()> call)
+{
+    return Stratum::Notices::other([alive = std::weak_ptr<bool>(m_alive), call = std::move(call)] {
+        if (alive.lock())
+            call();
+    });
+}
+
+Stratum::Notices Clip::Data::settingChanged(const char* property)
+{
+    return whileAlive([this, property] { emit clip.settingChanged(QString::fromLatin1(property)); });
+}
+
+Stratum::Notices Clip::Data::streamsChanged()
+{
+    return whileAlive([this] { emit clip.streamsChanged(); });
+}
+
+void Clip::Data::announce(const Stratum::Notices& notices)
+{
+    for (const std::function<void()>& other : notices.others)
+        other();
+}

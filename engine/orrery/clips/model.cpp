@@ -1,0 +1,258 @@
+// A clip's state and parameters, and how both change with undo.
+
+#include <QCoreApplication>
+#include <engine/clips/model.h>
+#include <engine/errors/message.h>
+#include <engine/handles/access.h>
+#include <knob/view.h>
+#include <tuple>
+
+namespace orrery {
+namespace {
+
+auto fields(const ColorSettings& color)
+{
+    return std::tie(color.colorspace, color.conversion, color.offset, color.softclip, color.logReferenceWhite,
+                    color.logReferenceBlack, color.gamma);
+}
+
+auto fields(const Stream& stream)
+{
+    return std::tie(stream.name.folder, stream.name.prefix, stream.name.suffix, stream.name.indexWidth, stream.first,
+                    stream.last);
+}
+
+auto fields(const ClipState& state)
+{
+    return std::tie(state.name, state.mode, state.streams, state.mapping, state.size, state.length, state.frameRate,
+                    state.firstFrameOffset, state.color);
+}
+
+template <std::size_t count>
+std::array<Knob::Animation, count> initialValues(const Knob::Description (&table)[count])
+{
+    std::array<Knob::Animation, count> values;
+    Knob::setInitialValues(table, count, values.data());
+    return values;
+}
+
+constexpr double mostGain = 1e6;
+constexpr double mostTimeOffset = 1e9;
+
+} // namespace
+
+bool ColorSettings::operator==(const ColorSettings& other) const { return fields(*this) == fields(other); }
+bool Stream::operator==(const Stream& other) const { return fields(*this) == fields(other); }
+bool ClipState::operator==(const ClipState& other) const { return fields(*this) == fields(other); }
+
+Stream streamOf(const StreamInfo& info) { return {nameOf(info), info.get_start_frame(), info.get_end_frame()}; }
+
+unsigned int ClipState::frameCount() const
+{
+    unsigned int count = streams.empty() ? length : 0;
+    for (const auto& stream : streams)
+        count = std::max(count, stream.second.length());
+    return count;
+}
+
+int ClipState::viewFor(int projectView) const
+{
+    for (const auto& [clipView, mapped] : mapping)
+        if (mapped == projectView && streams.count(clipView))
+            return clipView;
+    return -1;
+}
+
+// ---- Parameters -----------------------------------------------------------------------------------------------------
+
+const Knob::Description StreamBranch::descriptions[] = {
+    {"gain", QT_TRANSLATE_NOOP("Parameter", "Gain"), Knob::Kind::Number, {1}, 0, mostGain, nullptr, true},
+    {"time_offset",
+     QT_TRANSLATE_NOOP("Parameter", "Time offset"),
+     Knob::Kind::Number,
+     {0},
+     -mostTimeOffset,
+     mostTimeOffset,
+     nullptr,
+     true},
+};
+
+StreamBranch::StreamBranch(int view) : values(initialValues(descriptions)), m_view(view) {}
+
+QString StreamBranch::displayName() const
+{
+    return Knob::translated(QT_TRANSLATE_NOOP("Parameter", "Stream of view %1")).arg(m_view);
+}
+
+std::vector<Knob::Member> StreamBranch::members()
+{
+    return Knob::tableMembers(descriptions, ValueCount, values.data());
+}
+
+class ClipModel::StreamsBranch : public Knob::NamedBranch
+{
+public:
+    explicit StreamsBranch(ClipModel& model)
+        : NamedBranch(model, QT_TRANSLATE_NOOP("Parameter", "Streams")), m_model(model)
+    {}
+
+    std::vector<Knob::Member> members() override
+    {
+        std::vector<Knob::Member> members;
+        for (const auto& [view, branch] : m_model.m_streams)
+            if (branch->present())
+                members.push_back({QString::number(view), branch.get(), nullptr, nullptr});
+        return members;
+    }
+
+private:
+    ClipModel& m_model;
+};
+
+const Knob::Description ClipModel::descriptions[] = {
+    {"mode",
+     "Mode",
+     Knob::Kind::Enumeration,
+     {VX_CLIP_SEQUENCE},
+     VX_CLIP_SEQUENCE,
+     VX_CLIP_RENDERED,
+     "VX_CLIP_MODE",
+     false},
+    {"luminance",
+     "Luminance",
+     Knob::Kind::Enumeration,
+     {VX_LUMINANCE_REC709},
+     VX_LUMINANCE_REC709,
+     VX_LUMINANCE_MAXIMUM,
+     "VX_LUMINANCE_MODEL",
+     true},
+    {"gain", QT_TRANSLATE_NOOP("Parameter", "Gain"), Knob::Kind::Number, {1}, 0, mostGain, nullptr, true},
+};
+
+ClipModel::ClipModel(STRM_ProjectManager& manager)
+    : values(initialValues(descriptions)), m_manager(manager),
+      m_base(*this, QT_TRANSLATE_NOOP("Parameter", "Clip"), descriptions, values.data()),
+      m_streamsBranch(new StreamsBranch(*this))
+{}
+
+QString ClipModel::displayName() const
+{
+    Stratum::Reading reading(m_manager);
+    return state.name;
+}
+
+std::vector<Knob::Member> ClipModel::members()
+{
+    std::vector<Knob::Member> members = m_base.members();
+    members.push_back({QString::fromLatin1("streams"), m_streamsBranch.get(), nullptr, nullptr});
+    return members;
+}
+
+StreamBranch* ClipModel::stream(int view) const
+{
+    const auto found = m_streams.find(view);
+    return found == m_streams.end() ? nullptr : found->second.get();
+}
+
+StreamBranch& ClipModel::makeStream(int view)
+{
+    std::unique_ptr<StreamBranch>& branch = m_streams[view];
+    if (!branch)
+        branch = std::make_unique<StreamBranch>(view);
+    return *branch;
+}
+
+// ---- Changes --------------------------------------------------------------------------------------------------------
+
+namespace {
+
+using StreamValues = decltype(StreamBranch::values);
+
+// Swaps the state for another, and the animated values of streams that begin or end for new ones.
+class StateChange : public Stratum::Change
+{
+public:
+    StateChange(ClipModel& model, ClipState next, Stratum::Notices notices)
+        : m_model(model), m_other(std::move(next)), m_notices(std::move(notices))
+    {
+        for (const auto& stream : m_other.streams)
+            if (!m_model.state.streams.count(stream.first)) {
+                m_model.makeStream(stream.first);
+                m_renewed.emplace_back(stream.first, initialValues(StreamBranch::descriptions));
+            }
+    }
+
+    void make() override { swap(); }
+    void takeBack() override { swap(); }
+    Stratum::Notices notices() const override { return m_notices; }
+
+private:
+    void swap()
+    {
+        std::swap(m_model.state, m_other);
+        for (auto& [view, values] : m_renewed)
+            std::swap(m_model.stream(view)->values, values);
+        m_model.followStreams();
+    }
+
+    ClipModel& m_model;
+    ClipState m_other;
+    std::vector<std::pair<int, StreamValues>> m_renewed;
+    Stratum::Notices m_notices;
+};
+
+} // namespace
+
+std::unique_ptr<Stratum::Change> ClipModel::stateChange(ClipState next, Stratum::Notices notices)
+{
+    return std::make_unique<StateChange>(*this, std::move(next), std::move(notices));
+}
+
+void ClipModel::setState(ClipState next)
+{
+    for (const auto& stream : next.streams)
+        makeStream(stream.first);
+    state = std::move(next);
+    values[Mode].setRest({static_cast<double>(state.mode)});
+    followStreams();
+}
+
+void ClipModel::followStreams()
+{
+    for (const auto& [view, branch] : m_streams)
+        branch->setPresent(present() && state.streams.count(view));
+}
+
+namespace {
+
+bool isTaken(const ClipState& state, int projectView)
+{
+    for (const auto& entry : state.mapping)
+        if (entry.second == projectView)
+            return true;
+    return false;
+}
+
+} // namespace
+
+void setStream(ClipState& state, const ClipModel& model, bool detached, int view, const StreamInfo& info)
+{
+    state.streams[view] = streamOf(info);
+    const bool exists = detached || static_cast<std::size_t>(view) < model.manager().settings.views.size();
+    if (exists && !state.mapping.count(view) && !isTaken(state, view))
+        state.mapping[view] = view;
+}
+
+int ClipModel::resolveView(int id) const
+{
+    if (id == Knob::View::defaultViewId()) {
+        const int hero = m_manager.settings.heroView;
+        const int mapped = state.viewFor(hero);
+        return mapped < 0 ? hero : mapped;
+    }
+    if (id < 0)
+        raise<STRM_OutOfRange>(text("No clip has a view with the id %1", static_cast<unsigned int>(id)));
+    return id;
+}
+
+} // namespace orrery

@@ -1,0 +1,49 @@
+// Clips as projects use them.
+#include <engine/clips/project_clip.h>
+
+namespace orrery {
+namespace {
+
+template <std::size_t count>
+void copyValues(std::array<Knob::Animation, count>& to, const std::array<Knob::Animation, count>& from)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        Knob::Animation copy(from[i].rest());
+        from[i].forEachKey([&copy](const Knob::Key& key) { copy.setKey(key.time, key.view, key.value); });
+        to[i] = std::move(copy);
+    }
+}
+
+} // namespace
+
+std::unique_ptr<Clip> newClip(const boost::shared_ptr<STRM_ProjectManager>& manager, ClipState state)
+{
+    auto clip = std::make_unique<Clip>(QString(), QString(), false, 0, 0, 0, nullptr);
+    clip->data().moveTo(manager, std::move(state));
+    return clip;
+}
+
+std::unique_ptr<Clip> copyForProject(const Clip& source, const QString& name,
+                                     const boost::shared_ptr<STRM_ProjectManager>& manager)
+{
+    const Clip::Data& from = source.data();
+    ClipState state = from.state();
+    state.name = name;
+    std::unique_ptr<Clip> clip = newClip(manager, std::move(state));
+    // The copy is nobody's yet, so the source's lock guards all that is read here.
+    ClipModel& to = *clip->data().model;
+    Stratum::Reading reading(*from.manager);
+    copyValues(to.values, from.model->values);
+    for (const auto& stream : to.state.streams)
+        if (const StreamBranch* branch = from.model->stream(stream.first))
+            copyValues(to.stream(stream.first)->values, branch->values);
+    return clip;
+}
+
+void renameNewClip(Clip& clip, const QString& name) { clip.data().model->state.name = name; }
+
+QString lockedName(const Clip& clip) { return clip.data().model->state.name; }
+
+Knob::Branch& clipBranch(Clip& clip) { return *clip.data().model; }
+
+} // namespace orrery

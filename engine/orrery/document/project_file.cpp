@@ -1,0 +1,41 @@
+// A project's file: opening and saving.
+#include <QDir>
+#include <QFileInfo>
+#include <engine/document/document.h>
+#include <engine/errors/arguments.h>
+
+using namespace orrery;
+
+Project::Project(QString file, QObject* parent)
+    : QObject(parent), m_data(std::make_unique<Data>(*this, STRM_ProjectManager::create()))
+{
+    if (!file.isEmpty())
+        readProject(*m_data, file);
+}
+
+void Project::save()
+{
+    const QString file = get_project_file();
+    if (file.isEmpty())
+        raise<STRM_BadState>(QString::fromLatin1("save: the project has no file yet"));
+    save_as(file);
+}
+
+void Project::save_as(const QString& file)
+{
+    requireText("file", file);
+    if (file.isEmpty())
+        raise<STRM_BadArgument>(QString::fromLatin1("file: the name of the project's file must not be empty"));
+    const QString path = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+    bool renamed = false;
+    {
+        const std::lock_guard<std::mutex> one(m_data->saving);
+        replaceFile(path, writeProject(*m_data));
+        const Stratum::Reading lock(*m_data->manager);
+        renamed = m_data->file != path;
+        m_data->file = path;
+    }
+    if (renamed)
+        emit settingChanged(QString::fromLatin1("project_file"));
+    emit saved(path);
+}

@@ -1,0 +1,30 @@
+// From handles to the engine's objects.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+#include <engine/errors/arguments.h>
+#include <engine/knob/parameter_tree.h>
+#include <engine/stratum/manager.h>
+#include <engine/stratum/shapes.h>
+#include <engine/stratum/tree.h>
+#include <orrery/parameter.h>
+#include <orrery/py_handle.h>
+#include <orrery/view.h>
+
+namespace orrery {
+
+// The manager, kept alive and still open, or STRM_BadState "Invalid object".
+boost::shared_ptr<STRM_ProjectManager> openManager(const boost::weak_ptr<STRM_ProjectManager>& manager);
+
+inline int idOf(const View& view) { return static_cast<int>(view.get_id()); }
+// The id of the view that is meant. STRM_OutOfRange for one that the project does not have.
+inline int resolveView(const STRM_ProjectManager& manager, const View& view) { return manager.resolveView(idOf(view)); }
+
+// What a handle, or a call on a project, refers to: nothing when it leads nowhere.
+Parameter parameterAt(Knob::Branch& branch, STRM_ProjectManager& manager, const QStringList& path);
+ParameterSet parameterSetAt(Knob::Branch& branch, STRM_ProjectManager& manager, const QStringList& path);
+
+} // namespace orrery

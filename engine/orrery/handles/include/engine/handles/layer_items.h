@@ -1,0 +1,108 @@
+// What the handles of layers and groups do alike.
+#pragma once
+
+#include <engine/handles/presence.h>
+#include <orrery/layer_group.h>
+#include <type_traits>
+#include <utility>
+
+namespace orrery {
+
+// A layer or group with its project's lock held; throws for one that was removed meanwhile.
+template <class Model>
+class LockedItem
+{
+public:
+    template <class Base>
+    explicit LockedItem(boost::shared_ptr<Base> object)
+        : m_object(std::move(object)), m_model(Stratum::model(*m_object)), m_lock(m_model.manager())
+    {
+        m_model.requirePresent();
+    }
+
+    Model* operator->() const { return &m_model; }
+    Model& operator*() const { return m_model; }
+    int resolve(const View& view) const { return resolveView(m_model.manager(), view); }
+
+private:
+    using Object = std::conditional_t<std::is_same_v<Model, Stratum::LayerModel>, STRM_Layer, Stratum::LayerGroup>;
+    const boost::shared_ptr<Object> m_object;
+    Model& m_model;
+    const Stratum::Reading m_lock;
+};
+
+// An edit of one item; throws for one that was removed.
+class ItemEdit : public Stratum::Edit
+{
+public:
+    explicit ItemEdit(Stratum::TreeItem& item) : Edit(item.manager()) { item.requirePresent(); }
+};
+
+inline Layer handleOf(Stratum::LayerModel& layer)
+{
+    return Layer(boost::static_pointer_cast<STRM_Layer>(layer.shared_from_this()), layer.manager().shared_from_this());
+}
+
+inline LayerGroup handleOf(Stratum::GroupModel& group)
+{
+    return LayerGroup(boost::static_pointer_cast<Stratum::LayerGroup>(group.shared_from_this()),
+                      group.manager().shared_from_this());
+}
+
+// The object of a handle that was passed as an argument: STRM_BadArgument for a null one.
+template <class T>
+boost::shared_ptr<T> argumentObject(const char* argument, const PyHandle<T>& handle)
+{
+    try {
+        return handle.handledObject();
+    } catch (const STRM_BadState&) {
+        raise<STRM_BadArgument>(
+            QString::fromLatin1("%1: the handle refers to nothing").arg(QString::fromLatin1(argument)));
+    }
+}
+
+void requireSameProject(const char* argument, const Stratum::TreeItem& item, const STRM_ProjectManager& manager);
+
+// Into the group at that place, or to the top of the project for null.
+void moveInto(const char* argument, LayerGroup* group, Stratum::LayerModel& layer, unsigned int index);
+
+// ---- Settings ----
+
+template <class Object, class Owner, class T>
+void assign(const boost::shared_ptr<Object>& object, T Owner::*place, T value)
+{
+    auto& item = Stratum::model(*object);
+    ItemEdit edit(item);
+    edit.assign(item.*place, std::move(value));
+    edit.commit();
+}
+
+template <class Object>
+void setName(const boost::shared_ptr<Object>& object, const QString& name)
+{
+    requireName("name", name);
+    auto& item = Stratum::model(*object);
+    ItemEdit edit(item);
+    edit.assign(item.name, name, Stratum::Notices::layersChanged());
+    edit.commit();
+}
+
+template <class Object>
+int zOrder(const boost::shared_ptr<Object>& object)
+{
+    auto& item = Stratum::model(*object);
+    const Stratum::Reading lock(item.manager());
+    item.requirePresent();
+    return static_cast<int>(item.sequence()->index(item));
+}
+
+template <class Object>
+void setZOrder(const boost::shared_ptr<Object>& object, int place)
+{
+    auto& item = Stratum::model(*object);
+    ItemEdit edit(item);
+    Stratum::reorder(edit, item, place);
+    edit.commit();
+}
+
+} // namespace orrery

@@ -1,0 +1,59 @@
+// Whether engine objects are still part of their project, and what handles compare by. No lock is taken: comparison,
+// hash and the test for null may be called by whoever holds an interpreter's lock.
+#pragma once
+
+#include <QHash>
+#include <engine/handles/access.h>
+
+namespace orrery {
+
+inline bool isPresent(const STRM_Layer& layer) { return layer.parentGroup() != nullptr; }
+inline bool isPresent(const Stratum::LayerGroup& group) { return group.parentGroup() != nullptr; }
+inline bool isPresent(const Stratum::Contour& contour)
+{
+    return static_cast<const Stratum::ContourModel&>(contour).present();
+}
+inline bool isPresent(const Stratum::ControlPoint& point)
+{
+    return static_cast<const Stratum::PointModel&>(point).present();
+}
+inline bool isPresent(const Knob::ParameterSet& node) { return node.present(); }
+
+template <class T>
+bool isGone(const boost::weak_ptr<T>& object, const boost::weak_ptr<STRM_ProjectManager>& manager)
+{
+    const boost::shared_ptr<STRM_ProjectManager> open = manager.lock();
+    const boost::shared_ptr<T> found = object.lock();
+    return !open || !open->isOpen() || !found || !isPresent(*found);
+}
+
+template <class T>
+const void* identity(const T& object)
+{
+    return &object;
+}
+inline const void* identity(const Knob::ParameterSet& node) { return node.target(); }
+
+// Null for an object that is gone from memory.
+template <class T>
+const void* identityOf(const boost::weak_ptr<T>& object)
+{
+    const boost::shared_ptr<T> found = object.lock();
+    return found ? identity(*found) : nullptr;
+}
+
+// What a handle refers to, for the free functions beside the classes.
+template <class Handle>
+struct HandleAccess : Handle
+{
+    static const void* identity(const Handle& handle) { return identityOf(handle.*(&HandleAccess::m_object)); }
+};
+
+// The same for equal handles, also once the object was removed.
+template <class Handle>
+unsigned int hashOf(const Handle& handle)
+{
+    return static_cast<unsigned int>(::qHash(reinterpret_cast<quintptr>(HandleAccess<Handle>::identity(handle))));
+}
+
+} // namespace orrery

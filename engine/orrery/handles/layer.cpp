@@ -1,0 +1,191 @@
+// Layers.
+#include "shape_records.h"
+
+#include <cmath>
+#include <engine/handles/layer_items.h>
+#include <orrery/layer_group.h>
+
+using namespace orrery;
+
+Layer::Layer() = default;
+Layer::Layer(const Layer& other) = default;
+Layer::Layer(boost::shared_ptr<STRM_Layer> layer, boost::weak_ptr<STRM_ProjectManager> manager)
+    : PyHandle(layer, manager)
+{}
+Layer& Layer::operator=(const Layer& other) = default;
+Layer::~Layer() = default;
+
+bool Layer::isNull() const { return isGone(m_object, m_manager); }
+
+boost::weak_ptr<STRM_ProjectManager> Layer::projectManager() const { return m_manager; }
+
+// ---- Shapes ----
+
+namespace {
+
+template <class Record>
+boost::shared_ptr<Stratum::Contour> addContour(const boost::shared_ptr<STRM_Layer>& layer, int type, float time,
+                                               const QVector<Record>& records, const View& view)
+{
+    const double at = requireTime(time);
+    std::vector<Stratum::PointValues> points;
+    for (const Record& record : records) {
+        points.push_back(valuesOf(record));
+        Stratum::checkPointValues(type, points.back());
+    }
+    Stratum::LayerModel& model = Stratum::model(*layer);
+    Stratum::Edit edit(model.manager());
+    model.requirePresent();
+    model.requireUnlocked();
+    const int id = resolveView(model.manager(), view);
+    const auto contour = Stratum::addContour(edit, model, type, points, at, id).shared_from_this();
+    edit.commit();
+    return contour;
+}
+
+} // namespace
+
+BezierContour Layer::add_bezier_contour(float time, const QVector<BezierControlPointData>& points, View view)
+{
+    return BezierContour(addContour(handledObject(), VX_CONTOUR_BEZIER, time, points, view), m_manager);
+}
+
+XSplineContour Layer::add_xspline_contour(float time, const QVector<XControlPointData>& points, View view)
+{
+    return XSplineContour(addContour(handledObject(), VX_CONTOUR_XSPLINE, time, points, view), m_manager);
+}
+
+QList<boost::shared_ptr<Stratum::Contour>> Layer::getAllContours() const
+{
+    // Each keeps the project's manager alive, as what it is taken from does.
+    const boost::shared_ptr<STRM_Layer> object = handledObject();
+    const LockedItem<Stratum::LayerModel> layer(object);
+    QList<boost::shared_ptr<Stratum::Contour>> contours;
+    for (Stratum::ContourModel& contour : layer->contours)
+        contours.append(boost::shared_ptr<Stratum::Contour>(object, &contour));
+    return contours;
+}
+
+// ---- The track ----
+
+QList<float> Layer::get_surface_position(unsigned int corner, float time, View view)
+{
+    const double at = requireTime(time);
+    if (corner > 3)
+        raise<STRM_OutOfRange>(QString::fromLatin1("corner: %1 is not from 0 to 3").arg(corner));
+    const LockedItem<Stratum::LayerModel> layer(handledObject());
+    const int id = layer.resolve(view);
+    const Knob::Value place = layer->surface(id)[corner];
+    const Lum_Matrix33 transform = layer->transform(at, id);
+    const double* m = transform.values;
+    const double w = m[6] * place.x + m[7] * place.y + m[8];
+    return {static_cast<float>((m[0] * place.x + m[1] * place.y + m[2]) / w),
+            static_cast<float>((m[3] * place.x + m[4] * place.y + m[5]) / w)};
+}
+
+Lum_Matrix33 Layer::get_transform_matrix(float time, View view)
+{
+    const double at = requireTime(time);
+    const LockedItem<Stratum::LayerModel> layer(handledObject());
+    return layer->transform(at, layer.resolve(view));
+}
+
+unsigned int Layer::in_point(View view) const
+{
+    const LockedItem<Stratum::LayerModel> layer(handledObject());
+    layer.resolve(view);
+    return layer->inPoint();
+}
+
+unsigned int Layer::out_point(View view) const
+{
+    const LockedItem<Stratum::LayerModel> layer(handledObject());
+    layer.resolve(view);
+    return layer->outPoint();
+}
+
+boost::optional<Layer> Layer::get_link_to_track()
+{
+    const LockedItem<Stratum::LayerModel> layer(handledObject());
+    if (!layer->trackedWith())
+        return boost::none;
+    return handleOf(*layer->trackedWith());
+}
+
+void Layer::set_link_to_track(const boost::optional<Layer>& layer)
+{
+    const boost::shared_ptr<STRM_Layer> self = handledObject();
+    Stratum::LayerModel& model = Stratum::model(*self);
+    const boost::shared_ptr<STRM_Layer> followed =
+        layer ? argumentObject<STRM_Layer>("link_to_track", *layer) : boost::shared_ptr<STRM_Layer>();
+    Stratum::LayerModel* const other = followed ? &Stratum::model(*followed) : nullptr;
+    if (other)
+        requireSameProject("link_to_track", *other, model.manager());
+    ItemEdit edit(model);
+    if (other)
+        other->requirePresent();
+    Stratum::linkToTrack(edit, model, other);
+    edit.commit();
+}
+
+// ---- The tree ----
+
+void Layer::remove()
+{
+    const boost::shared_ptr<STRM_Layer> self = handledObject();
+    ItemEdit edit(Stratum::model(*self));
+    Stratum::removeLayer(edit, Stratum::model(*self));
+    edit.commit();
+}
+
+void Layer::set_parent(LayerGroup* group, unsigned int index)
+{
+    const boost::shared_ptr<STRM_Layer> self = handledObject();
+    moveInto("group", group, Stratum::model(*self), index);
+}
+
+Parameter Layer::parameter(const QStringList& name_components)
+{
+    const boost::shared_ptr<STRM_Layer> self = handledObject();
+    return parameterAt(Stratum::model(*self), Stratum::model(*self).manager(), name_components);
+}
+
+ParameterSet Layer::parameter_set(const QStringList& name_components)
+{
+    const boost::shared_ptr<STRM_Layer> self = handledObject();
+    return parameterSetAt(Stratum::model(*self), Stratum::model(*self).manager(), name_components);
+}
+
+// ---- Settings ----
+
+QString Layer::get_name() { return LockedItem<Stratum::LayerModel>(handledObject())->name; }
+void Layer::set_name(const QString& name) { setName(handledObject(), name); }
+bool Layer::get_visibility() const { return LockedItem<Stratum::LayerModel>(handledObject())->visible; }
+void Layer::set_visibility(bool visible) { assign(handledObject(), &Stratum::TreeItem::visible, visible); }
+Fundo::Colour3<float> Layer::get_matte_color() { return LockedItem<Stratum::LayerModel>(handledObject())->matteColor; }
+void Layer::set_matte_color(Fundo::Colour3<float> color)
+{
+    requireColor("matte_color", color);
+    assign(handledObject(), &Stratum::TreeItem::matteColor, color);
+}
+Fundo::Colour3<float> Layer::get_stroke_color()
+{
+    return LockedItem<Stratum::LayerModel>(handledObject())->strokeColor;
+}
+void Layer::set_stroke_color(Fundo::Colour3<float> color)
+{
+    requireColor("stroke_color", color);
+    assign(handledObject(), &Stratum::TreeItem::strokeColor, color);
+}
+bool Layer::get_locked() const { return LockedItem<Stratum::LayerModel>(handledObject())->locked; }
+void Layer::set_locked(bool locked) { assign(handledObject(), &Stratum::TreeItem::locked, locked); }
+int Layer::get_z_order() const { return zOrder(handledObject()); }
+void Layer::set_z_order(int z_order) { setZOrder(handledObject(), z_order); }
+bool Layer::get_selected() const { return LockedItem<Stratum::LayerModel>(handledObject())->selected; }
+void Layer::set_selected(bool selected) { assign(handledObject(), &Stratum::LayerModel::selected, selected); }
+
+bool Layer::operator==(const Layer& other) const { return identityOf(m_object) == identityOf(other.m_object); }
+
+bool Layer::operator!=(const Layer& other) const { return !(*this == other); }
+
+unsigned int qHash(const Layer& layer) { return hashOf(layer); }

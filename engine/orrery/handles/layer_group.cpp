@@ -1,0 +1,79 @@
+// Groups of layers.
+#include <engine/handles/layer_items.h>
+#include <orrery/layer_group.h>
+
+using namespace orrery;
+
+LayerGroup::LayerGroup() = default;
+LayerGroup::LayerGroup(const LayerGroup& other) = default;
+LayerGroup::LayerGroup(boost::shared_ptr<Stratum::LayerGroup> group, boost::weak_ptr<STRM_ProjectManager> manager)
+    : PyHandle(group, manager)
+{}
+LayerGroup& LayerGroup::operator=(const LayerGroup& other) = default;
+LayerGroup::~LayerGroup() = default;
+
+bool LayerGroup::isNull() const { return isGone(m_object, m_manager); }
+
+void LayerGroup::insert_child(Layer layer, unsigned int index)
+{
+    const boost::shared_ptr<Stratum::LayerGroup> self = handledObject();
+    const boost::shared_ptr<STRM_Layer> child = argumentObject<STRM_Layer>("layer", layer);
+    requireSameProject("layer", Stratum::model(*child), Stratum::model(*self).manager());
+    moveInto("group", this, Stratum::model(*child), index);
+}
+
+QVector<Layer> LayerGroup::find_layers(const QString& text)
+{
+    const LockedItem<Stratum::GroupModel> group(handledObject());
+    QVector<Layer> found;
+    for (Stratum::LayerModel& layer : group->layers)
+        if (layer.name.contains(text, Qt::CaseInsensitive))
+            found.append(handleOf(layer));
+    return found;
+}
+
+QVector<Layer> LayerGroup::get_layers() { return find_layers(QString()); }
+
+Parameter LayerGroup::parameter(const QStringList& name_components)
+{
+    const boost::shared_ptr<Stratum::LayerGroup> self = handledObject();
+    return parameterAt(Stratum::model(*self), Stratum::model(*self).manager(), name_components);
+}
+
+ParameterSet LayerGroup::parameter_set(const QStringList& name_components)
+{
+    const boost::shared_ptr<Stratum::LayerGroup> self = handledObject();
+    return parameterSetAt(Stratum::model(*self), Stratum::model(*self).manager(), name_components);
+}
+
+QString LayerGroup::get_name() { return LockedItem<Stratum::GroupModel>(handledObject())->name; }
+void LayerGroup::set_name(const QString& name) { setName(handledObject(), name); }
+bool LayerGroup::get_visibility() const { return LockedItem<Stratum::GroupModel>(handledObject())->visible; }
+void LayerGroup::set_visibility(bool visible) { assign(handledObject(), &Stratum::TreeItem::visible, visible); }
+Fundo::Colour3<float> LayerGroup::get_matte_color()
+{
+    return LockedItem<Stratum::GroupModel>(handledObject())->matteColor;
+}
+void LayerGroup::set_matte_color(Fundo::Colour3<float> color)
+{
+    requireColor("matte_color", color);
+    assign(handledObject(), &Stratum::TreeItem::matteColor, color);
+}
+Fundo::Colour3<float> LayerGroup::get_stroke_color()
+{
+    return LockedItem<Stratum::GroupModel>(handledObject())->strokeColor;
+}
+void LayerGroup::set_stroke_color(Fundo::Colour3<float> color)
+{
+    requireColor("stroke_color", color);
+    assign(handledObject(), &Stratum::TreeItem::strokeColor, color);
+}
+bool LayerGroup::get_locked() const { return LockedItem<Stratum::GroupModel>(handledObject())->locked; }
+void LayerGroup::set_locked(bool locked) { assign(handledObject(), &Stratum::TreeItem::locked, locked); }
+int LayerGroup::get_z_order() const { return zOrder(handledObject()); }
+void LayerGroup::set_z_order(int z_order) { setZOrder(handledObject(), z_order); }
+
+bool LayerGroup::operator==(const LayerGroup& other) const
+{
+    return identityOf(m_object) == identityOf(other.m_object);
+}

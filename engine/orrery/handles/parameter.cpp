@@ -1,0 +1,203 @@
+// Parameters and their sets.
+#include "parameter_values.h"
+
+#include <cstdint>
+#include <engine/handles/presence.h>
+#include <orrery/parameter.h>
+#include <set>
+#include <utility>
+
+using namespace orrery;
+
+Parameter::Parameter() = default;
+Parameter::Parameter(const Parameter& other) = default;
+Parameter::Parameter(boost::shared_ptr<Knob::ParameterSet> parameter, boost::weak_ptr<STRM_ProjectManager> manager)
+    : PyHandle(parameter, manager)
+{}
+Parameter& Parameter::operator=(const Parameter& other) = default;
+Parameter::~Parameter() = default;
+
+bool Parameter::isNull() const { return isGone(m_object, m_manager); }
+
+namespace {
+
+using Place = std::pair<int, double>;
+
+// Views that the project has no more keep their keyframes, for when they come back.
+QVector<QPair<View, double>> visible(const std::set<Place>& places, const STRM_ProjectManager& manager)
+{
+    QVector<QPair<View, double>> keyframes;
+    for (const Place& place : places)
+        if (static_cast<std::size_t>(place.first) < manager.settings.views.size())
+            keyframes.append(qMakePair(View(place.first), place.second));
+    return keyframes;
+}
+
+void collect(const Knob::Animation& animation, std::set<Place>& places)
+{
+    animation.forEachKey([&places](const Knob::Key& key) { places.insert(places.end(), {key.view, key.time}); });
+}
+
+void collect(Knob::Branch& branch, std::set<Place>& places)
+{
+    for (const Knob::Member& member : branch.members()) {
+        if (member.animation)
+            collect(*member.animation, places);
+        else
+            collect(*member.branch, places);
+    }
+}
+
+void requirePresent(const Knob::ParameterSet& node)
+{
+    if (!node.present())
+        Stratum::throwInvalidObject();
+}
+
+// A node with its project's lock held; throws for one that was removed meanwhile.
+class LockedNode
+{
+public:
+    LockedNode(boost::shared_ptr<Knob::ParameterSet> node, const boost::weak_ptr<STRM_ProjectManager>& manager)
+        : m_manager(openManager(manager)), m_node(std::move(node)), m_lock(*m_manager)
+    {
+        requirePresent(*m_node);
+    }
+    Knob::ParameterSet* operator->() const { return m_node.get(); }
+    const boost::shared_ptr<STRM_ProjectManager>& manager() const { return m_manager; }
+
+private:
+    const boost::shared_ptr<STRM_ProjectManager> m_manager;
+    const boost::shared_ptr<Knob::ParameterSet> m_node;
+    const Stratum::Reading m_lock;
+};
+
+template <class Handle>
+QVector<Handle> childrenOf(const LockedNode& node, bool parameters)
+{
+    QVector<Handle> handles;
+    for (const auto& child : node->children())
+        if (child->isParameter() == parameters)
+            handles.append(Handle(child, node.manager()));
+    return handles;
+}
+
+} // namespace
+
+QVariant Parameter::get(double time, View view)
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = openManager(m_manager);
+    const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
+    const double at = requireTime(time);
+    Knob::Value value;
+    {
+        const Stratum::Reading lock(*manager);
+        requirePresent(*node);
+        value = node->animation().at(at, resolveView(*manager, view), manager->settings.heroView,
+                                     node->description().interpolated());
+    }
+    return toVariant(node->description(), value);
+}
+
+void Parameter::set(const QVariant& value, double time, View view)
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = openManager(m_manager);
+    const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
+    const double at = requireTime(time);
+    const Knob::Description& description = node->description();
+    const Knob::Value next = fromVariant(description, value);
+    Stratum::checkValue(description, next);
+    if (!description.writable)
+        raise<STRM_BadState>(QString::fromLatin1("%1 cannot be changed").arg(QString::fromLatin1(description.name)));
+
+    Stratum::Edit edit(*manager);
+    requirePresent(*node);
+    node->branch().requireWritable();
+    const int id = resolveView(*manager, view);
+    const Knob::Animation& animation = node->animation();
+    const Knob::Key* key = animation.key(at, id);
+    const bool asBefore =
+        Knob::isUnanimated(at) ? animation.rest() == next && !animation.animated(id) : key && key->value == next;
+    if (!asBefore)
+        Stratum::setValue(edit, node->animation(), next, at, id);
+    edit.commit();
+}
+
+void Parameter::delete_keyframe(double time, View view)
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = openManager(m_manager);
+    const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
+    const double at = requireTime(time);
+    Stratum::Edit edit(*manager);
+    requirePresent(*node);
+    node->branch().requireWritable();
+    const int id = resolveView(*manager, view);
+    if (!node->animation().key(at, id))
+        raise<STRM_OutOfRange>(QString::fromLatin1("%1 has no keyframe at time %2 in view %3")
+                                   .arg(QString::fromLatin1(node->description().name))
+                                   .arg(time)
+                                   .arg(id));
+    Stratum::removeKey(edit, node->animation(), at, id);
+    edit.commit();
+}
+
+QStringList Parameter::get_name_components() { return handledObject()->path(); }
+
+QVector<QPair<View, double>> Parameter::get_keyframes()
+{
+    const LockedNode node(handledObject(), m_manager);
+    std::set<Place> places;
+    collect(node->animation(), places);
+    return visible(places, *node.manager());
+}
+
+bool Parameter::operator==(const Parameter& other) const { return identityOf(m_object) == identityOf(other.m_object); }
+
+bool Parameter::operator!=(const Parameter& other) const { return !(*this == other); }
+
+unsigned int qHash(const Parameter& parameter) { return hashOf(parameter); }
+
+// ---- Sets ----
+
+ParameterSet::ParameterSet() = default;
+ParameterSet::ParameterSet(const ParameterSet& other) = default;
+ParameterSet::ParameterSet(boost::shared_ptr<Knob::ParameterSet> set, boost::weak_ptr<STRM_ProjectManager> manager)
+    : PyHandle(set, manager)
+{}
+ParameterSet& ParameterSet::operator=(const ParameterSet& other) = default;
+ParameterSet::~ParameterSet() = default;
+
+bool ParameterSet::isNull() const { return isGone(m_object, m_manager); }
+
+QStringList ParameterSet::get_name_components() { return handledObject()->path(); }
+
+QVector<Parameter> ParameterSet::get_parameters()
+{
+    return childrenOf<Parameter>(LockedNode(handledObject(), m_manager), true);
+}
+
+QVector<ParameterSet> ParameterSet::get_subsets()
+{
+    return childrenOf<ParameterSet>(LockedNode(handledObject(), m_manager), false);
+}
+
+QVector<QPair<View, double>> ParameterSet::get_keyframes()
+{
+    const LockedNode node(handledObject(), m_manager);
+    std::set<Place> places;
+    collect(node->branch(), places);
+    return visible(places, *node.manager());
+}
+
+QString ParameterSet::get_display_name() { return handledObject()->displayName(); }
+
+QString ParameterSet::get_script_name() { return handledObject()->scriptName(); }
+
+bool ParameterSet::operator==(const ParameterSet& other) const
+{
+    return identityOf(m_object) == identityOf(other.m_object);
+}
+
+bool ParameterSet::operator!=(const ParameterSet& other) const { return !(*this == other); }
+
+unsigned int qHash(const ParameterSet& set) { return hashOf(set); }

@@ -1,0 +1,30 @@
+// The common part of the handles.
+#include <engine/handles/presence.h>
+#include <orrery/py_handle.h>
+
+template <class T>
+PyHandle<T>::PyHandle() = default;
+
+template <class T>
+PyHandle<T>::PyHandle(boost::shared_ptr<T> object, boost::weak_ptr<STRM_ProjectManager> manager)
+    : m_object(object), m_manager(manager)
+{}
+
+template <class T>
+PyHandle<T>::~PyHandle() = default;
+
+template <class T>
+boost::shared_ptr<T> PyHandle<T>::handledObject() const
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = orrery::openManager(m_manager);
+    const boost::shared_ptr<T> object = m_object.lock();
+    if (!object || !orrery::isPresent(*object))
+        Stratum::throwInvalidObject();
+    return boost::shared_ptr<T>(manager, object.get());
+}
+
+template class PyHandle<STRM_Layer>;
+template class PyHandle<Stratum::LayerGroup>;
+template class PyHandle<Stratum::Contour>;
+template class PyHandle<Stratum::ControlPoint>;
+template class PyHandle<Knob::ParameterSet>;

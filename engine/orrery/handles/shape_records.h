@@ -1,0 +1,16 @@
+// Between the records that scripts pass and the engine's values of points.
+#pragma once
+
+#include <engine/stratum/shapes.h>
+#include <orrery/bezier_control_point_data.h>
+#include <orrery/x_control_point_data.h>
+
+namespace orrery {
+
+Stratum::PointValues valuesOf(const BezierControlPointData& record);
+Stratum::PointValues valuesOf(const XControlPointData& record);
+
+void write(const Stratum::CurvePoint& state, BezierControlPointData& record);
+void write(const Stratum::CurvePoint& state, XControlPointData& record);
+
+} // namespace orrery

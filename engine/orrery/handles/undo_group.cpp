@@ -1,0 +1,106 @@
+// Transactions of a project's undo history.
+#include <engine/handles/access.h>
+#include <engine/handles/undo_group_data.h>
+#include <orrery/undo_group.h>
+
+using namespace orrery;
+
+namespace {
+
+boost::shared_ptr<STRM_ProjectManager> managerOf(const boost::shared_ptr<UndoGroupData>& data)
+{
+    if (!data)
+        Stratum::throwInvalidObject();
+    return openManager(data->manager);
+}
+
+[[noreturn]] void refuse(const char* what) { raise<STRM_BadState>(QString::fromLatin1(what)); }
+
+void requireOpen(const STRM_ProjectManager& manager, const UndoGroupData& data, const char* problem)
+{
+    if (!manager.history.isOpen(data.transaction))
+        refuse(problem);
+}
+
+// Whether there is anything to step; throws where the group is not one that could be.
+bool hasStep(const STRM_ProjectManager& manager, const UndoGroupData& data)
+{
+    if (manager.history.isOpen(data.transaction))
+        refuse("the undo group is open: commit it first");
+    if (data.state == UndoGroupData::State::NotCommitted)
+        refuse("the undo group was never committed");
+    return data.state == UndoGroupData::State::Committed;
+}
+
+} // namespace
+
+UndoGroup::UndoGroup() = default;
+UndoGroup::UndoGroup(const UndoGroup& other) = default;
+UndoGroup::UndoGroup(boost::shared_ptr<UndoGroupData> data) : m_data(data) {}
+UndoGroup& UndoGroup::operator=(const UndoGroup& other) = default;
+UndoGroup::~UndoGroup() = default;
+
+void UndoGroup::begin()
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
+    const Stratum::Reading lock(*manager);
+    if (manager->history.isOpen(m_data->transaction))
+        refuse("the undo group is open already");
+    m_data->transaction = manager->history.begin();
+    m_data->state = UndoGroupData::State::NotCommitted;
+}
+
+void UndoGroup::commit()
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
+    Stratum::Notices notices;
+    {
+        const Stratum::Reading lock(*manager);
+        requireOpen(*manager, *m_data, "commit: the undo group is not open");
+        const bool changed = manager->history.commit(m_data->transaction, notices);
+        m_data->state = changed ? UndoGroupData::State::Committed : UndoGroupData::State::CommittedNothing;
+    }
+    manager->announce(notices);
+}
+
+void UndoGroup::rollback()
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
+    Stratum::Notices notices;
+    {
+        const Stratum::Reading lock(*manager);
+        requireOpen(*manager, *m_data, "rollback: the undo group is not open");
+        manager->history.rollBack(m_data->transaction, notices);
+    }
+    manager->announce(notices);
+}
+
+void UndoGroup::undo()
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
+    Stratum::Notices notices;
+    {
+        const Stratum::Reading lock(*manager);
+        if (!hasStep(*manager, *m_data))
+            return;
+        if (!manager->history.isNextToUndo(m_data->transaction))
+            refuse("undo: the undo group is not the step that is undone next");
+        manager->history.undo(notices);
+    }
+    manager->announce(notices);
+}
+
+void UndoGroup::redo()
+{
+    const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
+    Stratum::Notices notices;
+    {
+        const Stratum::Reading lock(*manager);
+        if (!hasStep(*manager, *m_data))
+            return;
+        if (!manager->history.isNextToRedo(m_data->transaction))
+            refuse("redo: the undo group is not the step that is made again next");
+        manager->history.redo(notices);
+    }
+    manager->announce(notices);
+}

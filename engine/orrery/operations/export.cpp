@@ -1,0 +1,105 @@
+// Project::export_rendered_shapes: the shapes of layers as sequences of mattes.
+
+#include "export_plan.h"
+#include "scope.h"
+#include "shape_rendering.h"
+
+#include <engine/clips/data.h>
+#include <engine/clips/footage.h>
+#include <engine/errors/message.h>
+#include <engine/handles/access.h>
+#include <engine/operations/progress.h>
+#include <engine/sequences/staged_files.h>
+
+using namespace orrery;
+
+namespace {
+
+constexpr const char* viewFormat = "%v_";
+
+struct Settings
+{
+    unsigned int length;
+    float frameRate;
+    std::vector<ExportedView> views;
+    ClipModel* clip; // tells the size of a frame
+};
+
+Settings settingsFor(STRM_ProjectManager& manager, const QVector<Layer>& layers, const QVector<View>& asked, bool all)
+{
+    Stratum::Reading reading(manager);
+    Settings settings;
+    settings.length = manager.settings.length;
+    settings.frameRate = manager.settings.frameRate;
+    std::vector<int> ids = resolveViews(manager, asked);
+    if (ids.empty() && !all)
+        ids.push_back(manager.settings.heroView);
+    for (std::size_t id = 0; asked.isEmpty() && all && id < manager.settings.views.size(); ++id)
+        ids.push_back(static_cast<int>(id));
+    for (const int id : ids)
+        settings.views.push_back({id, manager.settings.views[static_cast<std::size_t>(id)].abbreviation, {}});
+    settings.clip = footageClip(manager, selectLayers(manager, layers));
+    return settings;
+}
+
+pixels::Size frameSize(ClipModel* clip)
+{
+    const QPair<unsigned int, unsigned int> size = clip ? footageSize(*clip) : QPair<unsigned int, unsigned int>(0, 0);
+    if (!size.first || !size.second)
+        raise<STRM_BadState>(
+            text("No clip tells the size of a frame: the layers have none, and the project has no clip "
+                 "whose size is known"));
+    return {static_cast<int>(size.first), static_cast<int>(size.second)};
+}
+
+std::unique_ptr<Clip> clipOver(const ExportPlan& plan, const QString& name, pixels::Size size, float frameRate)
+{
+    ClipState state;
+    state.name = name;
+    state.mode = VX_CLIP_RENDERED;
+    state.frameRate = frameRate;
+    state.size = {static_cast<unsigned int>(size.width), static_cast<unsigned int>(size.height)};
+    for (const ExportedView& view : plan.views) {
+        state.streams[view.id] = streamOf(plan.info(view));
+        state.mapping[view.id] = view.id;
+    }
+    auto clip = std::make_unique<Clip>(QString(), QString(), false, 0, 0, 0, nullptr);
+    clip->data().model->setState(std::move(state));
+    return clip;
+}
+
+} // namespace
+
+Clip* Project::export_rendered_shapes(const QVector<Layer>& layers, ColorizeOutput colorize, const QString& clip_name,
+                                      const QString& path, const QString& prefix, const QString& suffix,
+                                      unsigned int first, unsigned int last, unsigned int index_width,
+                                      const QVector<View>& views, bool separate_streams)
+{
+    requireText("clip_name", clip_name);
+    if (colorize < Grayscale || colorize > ByLayer)
+        raise<STRM_BadArgument>(text("colorize: %1 is no way to colour", static_cast<int>(colorize)));
+    STRM_ProjectManager& manager = *m_data->manager;
+    const Settings settings = settingsFor(manager, layers, views, separate_streams);
+    const ExportPlan plan(
+        {path, prefix, suffix, QString::fromLatin1(viewFormat), first, last, index_width, separate_streams},
+        settings.length, settings.views);
+    const pixels::Size size = frameSize(settings.clip);
+
+    const BusyProject busy(*m_data);
+    OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Exporting shapes"));
+    std::vector<std::vector<Stratum::LayerSnapshot>> shapes;
+    for (const ExportedView& view : plan.views)
+        shapes.push_back(snapshotLayers(manager, layers, plan.first, plan.last, view.id));
+    std::unique_ptr<Clip> clip = clipOver(plan, clip_name, size, settings.frameRate);
+    StagedFiles files(path);
+    const pixels::WriteOptions options{depthFor(suffix, pixels::Depth::EightBit)};
+    forEachFrame(
+        progress, plan.count(),
+        [&](int n) {
+            const auto& layersOfView = shapes[static_cast<std::size_t>(n) % shapes.size()];
+            files.write(plan.fileName(n), shapePicture(layersOfView, plan.frame(n), size, colorize), options);
+        },
+        [&plan](int done) { return text("%1 of %2 frames", done, plan.count()); });
+    files.commit();
+    return clip.release();
+}

@@ -1,0 +1,109 @@
+// Checks of export arguments.
+
+#include "export_plan.h"
+
+#include <QSet>
+#include <algorithm>
+#include <engine/errors/message.h>
+#include <engine/handles/access.h>
+#include <fundo/fs_percent_escaped_string.h>
+
+namespace orrery {
+namespace {
+
+constexpr unsigned int mostDigits = 32;
+constexpr unsigned int mostFrames = 1000000; // more than eleven hours
+constexpr unsigned int lastNumber = 0x7fffffff;
+
+void requireNamePart(const char* argument, const QString& part)
+{
+    requireText(argument, part);
+    if (part.contains(QLatin1Char('/')) || part.contains(QChar(0)))
+        raise<STRM_BadArgument>(text("%1: %2 is no part of a file name", argument, quoted(part)));
+}
+
+void requireFormat(const QString& suffix)
+{
+    requireNamePart("suffix", suffix);
+    for (const char* known : {".png", ".exr", ".jpg", ".jpeg", ".tif", ".tiff", ".dpx"})
+        if (suffix.endsWith(QLatin1String(known), Qt::CaseInsensitive))
+            return;
+    raise<STRM_BadArgument>(
+        text("suffix: %1 names no format that can be written: .png, .exr, .jpg, .tif or .dpx", quoted(suffix)));
+}
+
+// Views may be called anything.
+QString fileNamePart(const QString& abbreviation)
+{
+    return Fundo::FSPercentEscapedString(abbreviation, Fundo::FSPercentEscapedString::ThisSystem);
+}
+
+} // namespace
+
+ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount, std::vector<ExportedView> asked)
+    : folder(arguments.path), views(std::move(asked))
+{
+    requireText("path", arguments.path);
+    if (arguments.path.isEmpty())
+        raise<STRM_BadArgument>(text("path: the folder to export to is empty"));
+    requireNamePart("prefix", arguments.prefix);
+    requireFormat(arguments.suffix);
+    if (arguments.indexWidth > mostDigits)
+        raise<STRM_OutOfRange>(text("index_width: %1 digits are more than %2", arguments.indexWidth, mostDigits));
+    if (frameCount == 0)
+        raise<STRM_BadState>(text("There are no frames to export"));
+    const unsigned int end = arguments.last == unknownFrame ? frameCount - 1 : arguments.last;
+    if (arguments.first > end)
+        raise<STRM_BadArgument>(text("first: the frame %1 comes after the last, %2", arguments.first, end));
+    if (end >= frameCount)
+        raise<STRM_OutOfRange>(text("last: there is no frame %1, there are %2 frames", end, frameCount));
+    if (views.empty())
+        raise<STRM_BadState>(text("There is no view to export"));
+    if (!arguments.separateStreams)
+        views.resize(1);
+    else
+        requireNamePart("view_format", arguments.viewFormat);
+    requireBearable(arguments.first, end, views.size());
+    first = static_cast<int>(arguments.first);
+    last = static_cast<int>(end);
+    nameViews(arguments);
+}
+
+void ExportPlan::nameViews(const ExportArguments& arguments)
+{
+    QSet<QString> prefixes;
+    for (ExportedView& view : views) {
+        QString prefix = arguments.prefix;
+        if (arguments.separateStreams)
+            prefix.prepend(QString(arguments.viewFormat).replace(QLatin1String("%v"), fileNamePart(view.abbreviation)));
+        requireNamePart("view_format", prefix);
+        if (prefixes.contains(prefix))
+            raise<STRM_BadArgument>(
+                text("view_format: %1 gives two views the same file names", quoted(arguments.viewFormat)));
+        prefixes.insert(prefix);
+        view.name = {folder, prefix, arguments.suffix, std::max(1U, arguments.indexWidth)};
+    }
+}
+
+void requireBearable(unsigned int first, unsigned int last, std::size_t views)
+{
+    if (last > lastNumber || (last - first + 1) > mostFrames / views)
+        raise<STRM_OutOfRange>(
+            text("Frames %1 to %2 are more than the %3 that can be worked on at once", first, last, mostFrames));
+}
+
+StreamInfo ExportPlan::info(const ExportedView& view) const
+{
+    return describe(view.name, static_cast<unsigned int>(first), static_cast<unsigned int>(last));
+}
+
+pixels::Depth depthFor(const QString& suffix, pixels::Depth wanted)
+{
+    const bool floating = suffix.endsWith(QLatin1String(".exr"), Qt::CaseInsensitive);
+    if (floating)
+        return wanted == pixels::Depth::Float ? wanted : pixels::Depth::Half;
+    const bool whole = wanted == pixels::Depth::EightBit || wanted == pixels::Depth::SixteenBit;
+    return whole ? wanted : pixels::Depth::SixteenBit;
+}
+
+} // namespace orrery

@@ -1,0 +1,79 @@
+// Project::render: has an operation write its sequence, and makes a clip of the project of it.
+
+#include "render_scene.h"
+#include "scope.h"
+
+#include <engine/clips/project_clip.h>
+#include <engine/errors/message.h>
+#include <engine/handles/layer_items.h>
+#include <engine/project/clips.h>
+
+using namespace orrery;
+
+namespace {
+
+void requireFrames(STRM_ProjectManager& manager, int first, int last)
+{
+    Stratum::Reading reading(manager);
+    const unsigned int length = manager.settings.length;
+    if (first < 0 || static_cast<unsigned int>(first) >= length)
+        raise<STRM_OutOfRange>(text("first: there is no frame %1, the project has %2", first, length));
+    if (last < 0 || static_cast<unsigned int>(last) >= length)
+        raise<STRM_OutOfRange>(text("last: there is no frame %1, the project has %2", last, length));
+    if (first > last)
+        raise<STRM_BadArgument>(text("first: the frame %1 comes after the last, %2", first, last));
+}
+
+// Those that are given, in their order, or all that are visible.
+QVector<Layer> layersToRender(STRM_ProjectManager& manager, const QVector<Layer>& layers)
+{
+    Stratum::Reading reading(manager);
+    const std::vector<Stratum::LayerModel*> selected = selectLayers(manager, layers);
+    QVector<Layer> handles = layers;
+    for (Stratum::LayerModel* layer : selected)
+        if (layers.isEmpty())
+            handles.append(handleOf(*layer));
+    return handles;
+}
+
+ClipState stateOver(const RenderedClip& rendered, const Stratum::Settings& settings)
+{
+    ClipState state;
+    state.name = rendered.title;
+    state.mode = VX_CLIP_RENDERED;
+    state.streams[rendered.view] = rendered.stream;
+    state.mapping[rendered.view] = rendered.view;
+    state.size = {static_cast<unsigned int>(rendered.size.width), static_cast<unsigned int>(rendered.size.height)};
+    state.frameRate = settings.frameRate;
+    state.firstFrameOffset = settings.firstFrameOffset + static_cast<int>(rendered.stream.first);
+    return state;
+}
+
+} // namespace
+
+Clip* Project::render(RenderOperation* operation, int first, int last, const QVector<Layer>& layers, View view)
+{
+    if (!operation)
+        raise<STRM_BadArgument>(text("operation: there is none"));
+    STRM_ProjectManager& manager = *m_data->manager;
+    requireFrames(manager, first, last);
+    const BusyProject busy(*m_data);
+    const QVector<Layer> selected = layersToRender(manager, layers);
+    if (selected.isEmpty())
+        raise<STRM_BadState>(text("There is no visible layer to render"));
+    const std::unique_ptr<VX::IClip> result(operation->onRender(manager, first, last, selected, view));
+    auto* rendered = dynamic_cast<RenderedClip*>(result.get());
+    if (!rendered)
+        raise<STRM_OperationFailed>(text("The operation rendered nothing that a project can keep"));
+    Stratum::Settings settings;
+    {
+        Stratum::Reading reading(manager);
+        settings = manager.settings;
+    }
+    std::unique_ptr<Clip> clip = newClip(m_data->manager, stateOver(*rendered, settings));
+    Stratum::Edit edit(manager);
+    Clip* const adopted = adoptClip(edit, *m_data, std::move(clip));
+    edit.commit();
+    rendered->keep();
+    return adopted;
+}

@@ -1,0 +1,141 @@
+// Scenes, and the sequences that are rendered from them.
+
+#include "render_scene.h"
+
+#include "export_plan.h"
+#include "scope.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <algorithm>
+#include <cerrno>
+#include <engine/errors/message.h>
+#include <engine/handles/access.h>
+#include <engine/sequences/pixel_access.h>
+#include <engine/sequences/staged_files.h>
+#include <sys/stat.h>
+#include <system_error>
+
+namespace orrery {
+namespace {
+
+using Parameters = Stratum::ProjectParameters;
+
+constexpr unsigned int frameDigits = 4;
+constexpr std::int64_t farthest = 10000; // frames that a frame may be filled from lie no further away
+
+RenderValues valuesOf(const Parameters& parameters, int frame, int view)
+{
+    const auto value = [&](Parameters::RenderValue which) { return parameters.render(which, frame, view).x; };
+    return {static_cast<float>(value(Parameters::InsertOpacity)), static_cast<int>(value(Parameters::FillAlgorithm)),
+            static_cast<int>(value(Parameters::RemoveSource)), static_cast<int>(value(Parameters::Illumination)),
+            static_cast<int>(value(Parameters::Luminance))};
+}
+
+// A new folder, so that a render never touches the frames of another: "insert_2".
+QString newFolder(const QString& parent, const QString& name)
+{
+    if (!QFileInfo(parent).isDir())
+        raise<STRM_BadFile>(text("%1: the project's output folder is not there", parent));
+    for (int number = 1;; ++number) {
+        const QString folder = QDir(parent).filePath(text("%1_%2", name, number));
+        if (::mkdir(toPath(folder).c_str(), 0777) == 0)
+            return folder;
+        if (errno != EEXIST)
+            raise<STRM_BadFile>(text("%1: cannot be written: %2", folder, std::generic_category().message(errno)));
+    }
+}
+
+// A folder that goes with what is in it, unless it is kept.
+class NewFolder
+{
+public:
+    NewFolder(const QString& parent, const QString& name) : m_path(newFolder(parent, name)) {}
+    NewFolder(const NewFolder&) = delete;
+    NewFolder& operator=(const NewFolder&) = delete;
+    ~NewFolder()
+    {
+        if (!m_kept)
+            QDir().rmdir(m_path);
+    }
+    const QString& path() const { return m_path; }
+    void keep() { m_kept = true; }
+
+private:
+    const QString m_path;
+    bool m_kept = false;
+};
+
+} // namespace
+
+RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, const QVector<Layer>& wanted, View asked,
+                         bool around)
+    : first(first), last(last), reachFirst(first), reachLast(last)
+{
+    ClipModel* clip;
+    {
+        Stratum::Reading reading(manager);
+        view = resolveView(manager, asked);
+        outputFolder = manager.settings.outputFolder;
+        const std::vector<Stratum::LayerModel*> selected = selectLayers(manager, wanted);
+        if (selected.empty())
+            raise<STRM_BadState>(text("There is no layer to render"));
+        clip = footageClip(manager, selected);
+        if (!clip)
+            raise<STRM_BadState>(text("There is no clip to render the layers with"));
+        if (around) {
+            const std::int64_t count = std::min(manager.settings.length, clip->state.frameCount());
+            reachFirst = static_cast<int>(std::max<std::int64_t>(0, first - farthest));
+            reachLast = static_cast<int>(std::max<std::int64_t>(last, std::min(count - 1, last + farthest)));
+        }
+        requireBearable(static_cast<unsigned int>(reachFirst), static_cast<unsigned int>(reachLast));
+        for (Stratum::LayerModel* layer : selected)
+            layers.push_back(Stratum::snapshot(*layer, reachFirst, reachLast, view));
+        for (int frame = first; frame <= last; ++frame)
+            values.push_back(valuesOf(manager.parameters(), frame, view));
+    }
+    if (outputFolder.isEmpty())
+        raise<STRM_BadState>(text("The project has no output folder to render to"));
+    footage = std::make_unique<Footage>(Footage::forProjectView(*clip, view, reachFirst, reachLast));
+}
+
+RenderedClip::~RenderedClip()
+{
+    if (m_kept)
+        return;
+    for (unsigned int frame = stream.first; frame <= stream.last; ++frame)
+        QFile::remove(stream.name.path(frame));
+    QDir().rmdir(folder);
+}
+
+VX::IClip* renderFrames(const RenderScene& scene, ProgressWatcher& watcher, const QString& title, const char* name,
+                        const std::function<pixels::Image(int frame)>& make)
+{
+    const int count = scene.last - scene.first + 1;
+    OperationProgress progress(watcher, title);
+    const pixels::FrameInfo header = scene.footage->header(scene.first);
+    const QString source = scene.footage->file(scene.first);
+    const QString suffix = QLatin1Char('.') + QFileInfo(source).suffix();
+    const pixels::WriteOptions options{depthFor(suffix, header.depth)};
+    NewFolder folder(scene.outputFolder, asText(name));
+    const SequenceName sequence{folder.path(), asText(name) + QLatin1Char('.'), suffix, frameDigits};
+    auto result = std::make_unique<RenderedClip>(
+        asText(name), folder.path(),
+        Stream{sequence, static_cast<unsigned int>(scene.first), static_cast<unsigned int>(scene.last)}, scene.view,
+        header.size);
+    {
+        StagedFiles files(folder.path());
+        forEachFrame(
+            progress, count,
+            [&](int n) {
+                const int frame = scene.first + n;
+                files.write(sequence.fileName(static_cast<unsigned int>(frame)), make(frame), options);
+            },
+            [count](int done) { return text("%1 of %2 frames", done, count); });
+        files.commit();
+    }
+    folder.keep();
+    return result.release();
+}
+
+} // namespace orrery

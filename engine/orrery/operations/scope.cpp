@@ -1,0 +1,70 @@
+// Selecting what an operation works on.
+
+#include "scope.h"
+
+#include <algorithm>
+#include <engine/clips/data.h>
+#include <engine/errors/message.h>
+#include <engine/handles/layer_items.h>
+#include <engine/project/clips.h>
+#include <set>
+
+namespace orrery {
+
+BusyProject::BusyProject(Project::Data& project) : m_project(project)
+{
+    if (project.busy.exchange(true))
+        raise<STRM_OperationInProgress>(text("The project is being tracked, rendered or exported already"));
+}
+
+std::vector<Stratum::LayerModel*> selectLayers(STRM_ProjectManager& manager, const QVector<Layer>& layers)
+{
+    std::set<Stratum::LayerModel*> wanted;
+    for (const Layer& layer : layers) {
+        const boost::shared_ptr<STRM_Layer> object = argumentObject<STRM_Layer>("layers", layer);
+        requireSameProject("layers", Stratum::model(*object), manager);
+        wanted.insert(&Stratum::model(*object));
+    }
+    std::vector<Stratum::LayerModel*> selected;
+    for (Stratum::LayerModel* layer : Stratum::allLayers(manager))
+        if (layers.isEmpty() ? layer->shown() : wanted.count(layer) != 0)
+            selected.push_back(layer);
+    return selected;
+}
+
+std::vector<Stratum::LayerSnapshot> snapshotLayers(STRM_ProjectManager& manager, const QVector<Layer>& layers,
+                                                   int first, int last, int view)
+{
+    Stratum::Reading reading(manager);
+    std::vector<Stratum::LayerSnapshot> snapshots;
+    for (Stratum::LayerModel* layer : selectLayers(manager, layers))
+        snapshots.push_back(Stratum::snapshot(*layer, first, last, view));
+    return snapshots;
+}
+
+std::vector<int> resolveViews(STRM_ProjectManager& manager, const QVector<View>& views)
+{
+    std::vector<int> ids;
+    for (const View& view : views) {
+        const int id = resolveView(manager, view);
+        if (std::find(ids.begin(), ids.end(), id) == ids.end())
+            ids.push_back(id);
+    }
+    return ids;
+}
+
+ClipModel* clipModel(const STRM_ProjectManager& manager, unsigned int id)
+{
+    Clip* clip = clipWithId(manager, id);
+    return clip ? clip->data().model.get() : nullptr;
+}
+
+ClipModel* footageClip(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers)
+{
+    for (Stratum::LayerModel* layer : layers)
+        if (ClipModel* clip = clipModel(manager, layer->clip))
+            return clip;
+    return manager.clips.empty() ? nullptr : manager.clips.front()->data().model.get();
+}
+
+} // namespace orrery

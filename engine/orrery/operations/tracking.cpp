@@ -1,0 +1,201 @@
+// Project::track_layers: takes a snapshot, has it tracked, and writes the tracks as one step.
+
+#include "export_plan.h"
+#include "scope.h"
+#include "shape_rendering.h"
+#include "tracking_run.h"
+
+#include <algorithm>
+#include <engine/clips/data.h>
+#include <engine/errors/message.h>
+#include <engine/handles/layer_items.h>
+#include <engine/operations/progress.h>
+
+using namespace orrery;
+
+namespace {
+
+struct Range
+{
+    int first;
+    int last;
+};
+
+// What is to be tracked in one view, with the surfaces that the tracks are written for.
+struct Plan
+{
+    int view;
+    std::vector<Stratum::LayerModel*> wanted;
+    std::vector<TrackedLayer> layers; // all that are shown, and those that are wanted
+    std::vector<Stratum::Corners> surfaces;
+    std::vector<ClipModel*> clips;
+    Range reach; // the range and the in points
+};
+
+// The end of the work range is no end that somebody asked for: footage that is shorter ends the track.
+unsigned int defaultStop(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers)
+{
+    unsigned int longest = 0;
+    for (const Stratum::LayerModel* layer : layers)
+        longest = std::max(longest, clipModel(manager, layer->clip)->state.frameCount());
+    const unsigned int stop = manager.settings.inOutRange.second;
+    return longest ? std::min(stop, longest - 1) : stop;
+}
+
+Range rangeOf(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers, unsigned int start,
+              unsigned int stop)
+{
+    const Stratum::Settings& settings = manager.settings;
+    if (start == unknownFrame)
+        start = settings.inOutRange.first;
+    if (stop == unknownFrame)
+        stop = defaultStop(manager, layers);
+    if (start > stop)
+        raise<STRM_BadArgument>(text("start_index: the frame %1 comes after stop_index, %2", start, stop));
+    if (stop >= settings.length)
+        raise<STRM_OutOfRange>(text("stop_index: there is no frame %1, the project has %2", stop, settings.length));
+    requireBearable(start, stop);
+    return {static_cast<int>(start), static_cast<int>(stop)};
+}
+
+// Those that were named must be able to be tracked; of all layers, those are tracked that can be.
+std::vector<Stratum::LayerModel*> layersToTrack(STRM_ProjectManager& manager, const QVector<Layer>& named)
+{
+    std::vector<Stratum::LayerModel*> layers;
+    for (Stratum::LayerModel* layer : selectLayers(manager, named)) {
+        const bool clip = clipModel(manager, layer->clip);
+        const bool able = !layer->trackedWith() && clip && !layer->contours.empty();
+        if (able)
+            layers.push_back(layer);
+        if (able || named.isEmpty())
+            continue;
+        if (layer->trackedWith())
+            raise<STRM_BadState>(text("The layer %1 follows the track of the layer %2, which is the one to track",
+                                      quoted(layer->name), quoted(layer->trackSource().name)));
+        if (!clip)
+            raise<STRM_BadState>(text("The layer %1 has no clip to be tracked on", quoted(layer->name)));
+        raise<STRM_BadState>(text("The layer %1 has no shape that tells what to track", quoted(layer->name)));
+    }
+    return layers;
+}
+
+Plan planFor(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& wanted, int view, Range range)
+{
+    Plan plan{view, wanted, {}, {}, {}, range};
+    for (const Stratum::LayerModel* layer : wanted) {
+        plan.reach.first = std::min(plan.reach.first, static_cast<int>(layer->inPoint()));
+        plan.reach.last = std::max(plan.reach.last, static_cast<int>(layer->inPoint()));
+    }
+    requireBearable(static_cast<unsigned int>(plan.reach.first), static_cast<unsigned int>(plan.reach.last));
+    for (Stratum::LayerModel* layer : Stratum::allLayers(manager)) {
+        const bool tracked = std::find(wanted.begin(), wanted.end(), layer) != wanted.end();
+        if (!tracked && (!layer->shown() || layer->contours.empty()))
+            continue;
+        TrackedLayer item;
+        item.snapshot = Stratum::snapshot(*layer, plan.reach.first, plan.reach.last, view);
+        item.source = layer->trackSource().id();
+        if (tracked) {
+            ClipModel* const clip = clipModel(manager, layer->clip);
+            const auto known = std::find(plan.clips.begin(), plan.clips.end(), clip);
+            item.footage = static_cast<int>(known - plan.clips.begin());
+            if (known == plan.clips.end())
+                plan.clips.push_back(clip);
+        }
+        plan.surfaces.push_back(layer->surface(view));
+        plan.layers.push_back(std::move(item));
+    }
+    return plan;
+}
+
+std::vector<Stratum::TrackKey> keysOf(const TrackedLayer& layer, const Stratum::Corners& surface, Range range)
+{
+    std::vector<Stratum::TrackKey> keys;
+    if (layer.transforms.size() < 2)
+        return keys;
+    for (const auto& [frame, transform] : layer.transforms) {
+        if (frame != layer.inPoint() && (frame < range.first || frame > range.last))
+            continue;
+        Stratum::TrackKey key{static_cast<double>(frame), {}};
+        const pixels::Matrix matrix = matrixOf(transform);
+        for (std::size_t i = 0; i < surface.size(); ++i) {
+            const pixels::Point corner = matrix.map({surface[i].x, surface[i].y});
+            key.corners[i] = {corner.x, corner.y};
+        }
+        keys.push_back(key);
+    }
+    return keys;
+}
+
+// What was found for one view, to be written once everything is there.
+struct Found
+{
+    Stratum::LayerModel* layer;
+    int view;
+    std::vector<Stratum::TrackKey> keys;
+};
+
+// Runs the plan and moves the planned layers, now tracked, back into it.
+void trackView(Plan& plan, Range range, OperationProgress& progress, double share, double offset)
+{
+    std::vector<Footage> footage;
+    for (ClipModel* clip : plan.clips)
+        footage.push_back(Footage::forProjectView(*clip, plan.view, plan.reach.first, plan.reach.last));
+    TrackingRun run(std::move(plan.layers), std::move(footage), range.first, range.last);
+    const int steps = std::max(1, run.stepCount());
+    run.run([&](int frame, int done) {
+        progress.report(offset + share * done / steps, text("frame %1, %2 of %3", frame, done + 1, steps));
+    });
+    plan.layers = std::move(run.layers());
+}
+
+void writeTracks(STRM_ProjectManager& manager, const std::vector<Found>& tracks)
+{
+    Stratum::Edit edit(manager);
+    for (const Found& track : tracks)
+        if (track.layer->present())
+            Stratum::writeTrack(edit, *track.layer, track.view, track.keys, false);
+    edit.commit();
+}
+
+} // namespace
+
+void Project::track_layers(unsigned int start_index, unsigned int stop_index, const QVector<Layer>& layers,
+                           const QVector<View>& views)
+{
+    STRM_ProjectManager& manager = *m_data->manager;
+    const BusyProject busy(*m_data);
+    Range range;
+    std::vector<Plan> plans;
+    {
+        Stratum::Reading reading(manager);
+        const std::vector<Stratum::LayerModel*> wanted = layersToTrack(manager, layers);
+        range = rangeOf(manager, wanted, start_index, stop_index);
+        std::vector<int> ids = resolveViews(manager, views);
+        if (ids.empty())
+            ids.push_back(manager.settings.heroView);
+        for (const int id : ids)
+            plans.push_back(planFor(manager, wanted, id, range));
+    }
+
+    OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Tracking"));
+    std::vector<Found> tracks;
+    QString failure;
+    const double share = 1.0 / static_cast<double>(plans.size());
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        Plan& plan = plans[i];
+        trackView(plan, range, progress, share, share * static_cast<double>(i));
+        for (std::size_t n = 0; n < plan.layers.size(); ++n) {
+            const TrackedLayer& layer = plan.layers[n];
+            if (!layer.tracked())
+                continue;
+            tracks.push_back({layer.snapshot.layer, plan.view, keysOf(layer, plan.surfaces[n], range)});
+            if (layer.failedFrame >= 0 && failure.isEmpty())
+                failure = text("The layer %1 could not be tracked to frame %2: %3", quoted(layer.snapshot.name),
+                               layer.failedFrame, layer.problem);
+        }
+    }
+    progress.report(1, text("done"));
+    writeTracks(manager, tracks);
+    if (!failure.isEmpty())
+        raise<STRM_OperationFailed>(failure);
+}

@@ -1,0 +1,87 @@
+// The clips of a project, and the one that a layer is tracked on.
+#include <algorithm>
+#include <engine/clips/project_clip.h>
+#include <engine/handles/access.h>
+#include <engine/handles/layer_items.h>
+#include <engine/project/clips.h>
+#include <set>
+
+using namespace orrery;
+
+namespace orrery {
+
+Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id)
+{
+    for (Clip* clip : manager.clips)
+        if (clip->get_id() == id)
+            return clip;
+    return nullptr;
+}
+
+QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted)
+{
+    std::set<QString> taken;
+    for (const Clip* clip : manager.clips)
+        taken.insert(lockedName(*clip));
+    QString name = wanted;
+    for (int number = 2; taken.count(name); ++number)
+        name = QString::fromLatin1("%1 %2").arg(wanted).arg(number);
+    return name;
+}
+
+Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip)
+{
+    std::vector<Clip*>& clips = project.manager->clips;
+    renameNewClip(*clip, freeClipName(*project.manager, lockedName(*clip)));
+    project.ownClip(std::move(clip));
+    const std::shared_ptr<Clip*> adopted = project.allClips.back();
+    Stratum::Notices notices;
+    notices.clips = true;
+    edit.perform(Stratum::change(
+        [&clips, adopted] {
+            if (*adopted)
+                clips.push_back(*adopted);
+        },
+        [&clips, adopted] {
+            if (*adopted)
+                clips.erase(std::find(clips.begin(), clips.end(), *adopted));
+        },
+        notices));
+    return *adopted;
+}
+
+} // namespace orrery
+
+Clip* Project::add_clip(Clip* clip, const QString& name)
+{
+    if (!clip)
+        raise<STRM_BadArgument>(QString::fromLatin1("clip: there is none"));
+    requireName("name", name);
+    std::unique_ptr<Clip> own = copyForProject(*clip, name, m_data->manager);
+    Stratum::Edit edit(*m_data->manager);
+    Clip* const adopted = adoptClip(edit, *m_data, std::move(own));
+    edit.commit();
+    return adopted;
+}
+
+QHash<QString, Clip*> Project::get_clips()
+{
+    const Stratum::Reading lock(*m_data->manager);
+    QHash<QString, Clip*> clips;
+    for (Clip* clip : m_data->manager->clips)
+        clips.insert(lockedName(*clip), clip);
+    return clips;
+}
+
+Clip* Project::get_default_trackable_clip() const
+{
+    const Stratum::Reading lock(*m_data->manager);
+    return m_data->manager->clips.empty() ? nullptr : m_data->manager->clips.front();
+}
+
+Clip* Layer::tracking_input_clip(bool use_linked_layer)
+{
+    const LockedItem<Stratum::LayerModel> layer(handledObject());
+    const Stratum::LayerModel& source = use_linked_layer ? layer->trackSource() : *layer;
+    return clipWithId(source.manager(), source.clip);
+}

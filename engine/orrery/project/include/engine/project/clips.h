@@ -1,0 +1,21 @@
+// The clips that a project has: how one becomes the project's, and how it is found.
+#pragma once
+
+#include <QString>
+#include <engine/project/data.h>
+#include <memory>
+#include <orrery/clip.h>
+
+namespace orrery {
+
+// The lock is held for all of them.
+
+// Makes the clip one of the project's, as part of an edit: in the list, with undo. The project owns it from then on,
+// also when the edit is taken back. The name is made unlike the others' by a number.
+Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
+QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted);
+
+// The project's clip with that id (Clip::get_id), or null.
+Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id);
+
+} // namespace orrery

@@ -1,0 +1,50 @@
+// What is behind a Project: the manager of its model, and the objects that scripts can see and the project owns.
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <atomic>
+#include <boost/shared_ptr.hpp>
+#include <engine/stratum/manager.h>
+#include <memory>
+#include <mutex>
+#include <orrery/project.h>
+#include <vector>
+
+namespace orrery {
+class ClipLink;
+}
+
+struct Project::Data : Stratum::Listener
+{
+    Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager);
+    ~Data();
+
+    void announce(const Stratum::Notices& notices) override;
+
+    Project& project;
+    const boost::shared_ptr<STRM_ProjectManager> manager;
+
+    // Guarded by the model lock.
+    QString file;
+    // Every clip that the project ever had: the undo history may bring it back. Those that it has now are
+    // manager->clips. Destroyed with the project, without a lock. A clip that somebody else destroyed is null.
+    std::vector<std::shared_ptr<Clip*>> allClips;
+    void ownClip(std::unique_ptr<Clip> clip); // with the lock held
+
+    std::mutex saving;             // one save at a time; whoever holds it waits for nobody's interpreter
+    std::atomic<bool> busy{false}; // tracking, rendering or an export runs
+    const QPointer<ProgressWatcher> progressWatcher; // a child object; null once a script destroyed it
+
+private:
+    void forgetClip(QObject* clip);
+
+    const std::unique_ptr<orrery::ClipLink> m_clipLink;
+};
+
+namespace orrery {
+
+// The project is going: it is current no more.
+void forgetProject(Project* project);
+
+} // namespace orrery

@@ -1,0 +1,401 @@
+// A project's own settings, its life and its signals.
+#include "clip_link.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <algorithm>
+#include <cmath>
+#include <engine/clips/data.h>
+#include <engine/clips/project_clip.h>
+#include <engine/handles/access.h>
+#include <engine/handles/destruction_hook.h>
+#include <engine/handles/undo_group_data.h>
+#include <engine/project/clips.h>
+#include <orrery/clip.h>
+#include <orrery/progress_watcher.h>
+#include <set>
+
+using namespace orrery;
+using Stratum::Notices;
+
+namespace {
+
+constexpr unsigned int longest = 1u << 24; // frames: whole numbers that single precision still tells apart
+
+// The project's clips as a branch of its parameters.
+class ClipsBranch : public Knob::NamedBranch
+{
+public:
+    explicit ClipsBranch(STRM_ProjectManager& manager)
+        : NamedBranch(manager.parameters(), QT_TRANSLATE_NOOP("Parameter", "Clips")), m_manager(manager)
+    {}
+
+    std::vector<Knob::Member> members() override
+    {
+        std::vector<Knob::Member> members;
+        for (Clip* clip : m_manager.clips)
+            members.push_back({lockedName(*clip), &clipBranch(*clip), nullptr, nullptr});
+        return members;
+    }
+
+private:
+    STRM_ProjectManager& m_manager;
+};
+
+template <class T>
+void assign(Project::Data& data, T Stratum::Settings::*place, T value, const char* name)
+{
+    Stratum::Edit edit(*data.manager);
+    edit.assign(data.manager->settings.*place, std::move(value), Notices::setting(name));
+    edit.commit();
+}
+
+template <class T>
+T read(const Project::Data& data, T Stratum::Settings::*place)
+{
+    const Stratum::Reading lock(*data.manager);
+    return data.manager->settings.*place;
+}
+
+void requireFrame(const char* argument, unsigned int frame, const Stratum::Settings& settings)
+{
+    if (frame >= settings.length)
+        raise<STRM_OutOfRange>(QString::fromLatin1("%1: frame %2 is past the last, %3")
+                                   .arg(QString::fromLatin1(argument))
+                                   .arg(frame)
+                                   .arg(settings.length - 1));
+}
+
+void requireOrder(const char* argument, unsigned int first, unsigned int last)
+{
+    if (first > last)
+        raise<STRM_OutOfRange>(QString::fromLatin1("%1: the in point %2 is after the out point %3")
+                                   .arg(QString::fromLatin1(argument))
+                                   .arg(first)
+                                   .arg(last));
+}
+
+void requireWritableFolder(const QString& folder)
+{
+    const QFileInfo info(folder);
+    const char* const problem = !info.exists()       ? "does not exist"
+                                : !info.isDir()      ? "is no folder"
+                                : !info.isWritable() ? "cannot be written to"
+                                                     : nullptr;
+    if (problem)
+        raise<STRM_BadFile>(
+            QString::fromLatin1("the output folder %1 %2").arg(quoted(folder), QString::fromLatin1(problem)));
+}
+
+// As many views as the clip has.
+std::vector<Stratum::ViewSettings> viewsFor(std::size_t count)
+{
+    std::vector<Stratum::ViewSettings> views;
+    for (std::size_t i = 1; i <= count; ++i)
+        views.push_back(count == 1
+                            ? Stratum::ViewSettings{QString::fromLatin1("Main"), QString::fromLatin1("M"), {1, 1, 1}}
+                            : Stratum::ViewSettings{
+                                  QString::fromLatin1("View %1").arg(i), QString::fromLatin1("V%1").arg(i), {1, 1, 1}});
+    return views;
+}
+
+void cutToLength(Stratum::Settings& settings, unsigned int length)
+{
+    settings.length = length;
+    settings.playbackInPoint = std::min(settings.playbackInPoint, length - 1);
+    settings.playbackOutPoint = std::min(settings.playbackOutPoint, length - 1);
+    settings.inOutRange.first = std::min(settings.inOutRange.first, length - 1);
+    settings.inOutRange.second = std::min(settings.inOutRange.second, length - 1);
+}
+
+} // namespace
+
+// ---- The data ----
+
+Project::Data::Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager)
+    : project(project), manager(std::move(manager)), progressWatcher(new ProgressWatcher(&project)),
+      m_clipLink(std::make_unique<ClipLink>([this](QObject* clip) { forgetClip(clip); }))
+{
+    const auto clips = boost::make_shared<ClipsBranch>(*this->manager);
+    this->manager->parameters().addBranch(QString::fromLatin1("clips"), clips.get());
+    this->manager->keep(clips);
+    this->manager->setListener(this);
+}
+
+Project::Data::~Data()
+{
+    manager->close();
+    manager->setListener(nullptr);
+    std::vector<std::shared_ptr<Clip*>> going;
+    {
+        const Stratum::Reading lock(*manager);
+        manager->clips.clear();
+        going.swap(allClips);
+    }
+    for (const auto& clip : going) {
+        if (!*clip)
+            continue;
+        m_clipLink->detach(*clip);
+        delete *clip;
+    }
+}
+
+void Project::Data::ownClip(std::unique_ptr<Clip> clip)
+{
+    allClips.push_back(std::make_shared<Clip*>(nullptr));
+    m_clipLink->attach(clip.get());
+    *allClips.back() = clip.release();
+}
+
+// Of the clip only the QObject is left: it is compared, not used.
+void Project::Data::forgetClip(QObject* clip)
+{
+    Notices notices;
+    {
+        const Stratum::Reading lock(*manager);
+        const auto isIt = [clip](Clip* other) { return static_cast<QObject*>(other) == clip; };
+        for (const auto& owned : allClips)
+            if (isIt(*owned))
+                *owned = nullptr;
+        std::vector<Clip*>& clips = manager->clips;
+        const auto end = std::remove_if(clips.begin(), clips.end(), isIt);
+        notices.clips = end != clips.end();
+        clips.erase(end, clips.end());
+    }
+    announce(notices);
+}
+
+void Project::Data::announce(const Notices& notices)
+{
+    for (const auto& call : notices.others)
+        call();
+    for (const char* name : notices.settings)
+        emit project.settingChanged(QString::fromLatin1(name));
+    if (notices.views)
+        emit project.viewsChanged();
+    if (notices.clips)
+        emit project.clipsChanged();
+    if (notices.layers)
+        emit project.layersChanged();
+    if (notices.history)
+        emit project.historyChanged();
+}
+
+// ---- The project ----
+
+Project::Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent)
+    : QObject(parent), m_data(std::make_unique<Data>(*this, STRM_ProjectManager::create()))
+{
+    if (interlace_mode < NotInterlaced || interlace_mode >= InvalidInterlaceMode)
+        raise<STRM_BadArgument>(
+            QString::fromLatin1("interlace_mode: %1 is none").arg(static_cast<int>(interlace_mode)));
+    Stratum::Settings& settings = m_data->manager->settings;
+    settings.interlaceMode = interlace_mode;
+    if (!clip)
+        return;
+    const ClipState state = clip->data().state();
+    settings.frameRate = state.frameRate;
+    settings.firstFrameOffset = state.firstFrameOffset;
+    settings.views = viewsFor(std::max<std::size_t>(1, state.streams.size()));
+    if (const unsigned int frames = std::min(state.frameCount(), longest)) {
+        settings.length = frames;
+        settings.playbackInPoint = 0;
+        settings.playbackOutPoint = frames - 1;
+        settings.inOutRange = {0, frames - 1};
+    }
+    std::unique_ptr<Clip> own = copyForProject(*clip, state.name, m_data->manager);
+    Stratum::Edit edit(*m_data->manager);
+    adoptClip(edit, *m_data, std::move(own));
+    edit.commit();
+    m_data->manager->history = Stratum::History();
+}
+
+Project::~Project()
+{
+    tellDestruction(this);
+    forgetProject(this);
+}
+
+bool Project::operator==(const Project& other) const { return this == &other; }
+
+bool Project::operator!=(const Project& other) const { return this != &other; }
+
+UndoGroup Project::undo_group()
+{
+    const auto data = boost::make_shared<UndoGroupData>();
+    data->manager = m_data->manager;
+    return UndoGroup(data);
+}
+
+ProgressWatcher* Project::get_progress_watcher() const { return m_data->progressWatcher; }
+
+// ---- Timing ----
+
+float Project::get_frame_rate() const { return read(*m_data, &Stratum::Settings::frameRate); }
+
+void Project::set_frame_rate(float rate)
+{
+    requireFinite("frame_rate", rate);
+    if (rate <= 0 || rate > 1000)
+        raise<STRM_BadArgument>(QString::fromLatin1("frame_rate: %1 is not greater than 0 and at most 1000").arg(rate));
+    assign(*m_data, &Stratum::Settings::frameRate, rate, "frame_rate");
+}
+
+int Project::get_first_frame_offset() const { return read(*m_data, &Stratum::Settings::firstFrameOffset); }
+
+void Project::set_first_frame_offset(int offset)
+{
+    assign(*m_data, &Stratum::Settings::firstFrameOffset, offset, "first_frame_offset");
+}
+
+unsigned int Project::get_length() const { return read(*m_data, &Stratum::Settings::length); }
+
+void Project::set_length(unsigned int length)
+{
+    if (length < 1 || length > longest)
+        raise<STRM_OutOfRange>(QString::fromLatin1("length: %1 is not from 1 to %2").arg(length).arg(longest));
+    Stratum::Edit edit(*m_data->manager);
+    Stratum::Settings& now = m_data->manager->settings;
+    Stratum::Settings cut = now;
+    cutToLength(cut, length);
+    edit.assign(now.length, cut.length, Notices::setting("length"));
+    edit.assign(now.playbackInPoint, cut.playbackInPoint, Notices::setting("playback_in_point"));
+    edit.assign(now.playbackOutPoint, cut.playbackOutPoint, Notices::setting("playback_out_point"));
+    edit.assign(now.inOutRange, cut.inOutRange, Notices::setting("in_out_range"));
+    edit.commit();
+}
+
+unsigned int Project::get_playback_in_point() const { return read(*m_data, &Stratum::Settings::playbackInPoint); }
+
+void Project::set_playback_in_point(unsigned int frame)
+{
+    Stratum::Edit edit(*m_data->manager);
+    Stratum::Settings& settings = m_data->manager->settings;
+    requireFrame("playback_in_point", frame, settings);
+    requireOrder("playback_in_point", frame, settings.playbackOutPoint);
+    edit.assign(settings.playbackInPoint, frame, Notices::setting("playback_in_point"));
+    edit.commit();
+}
+
+unsigned int Project::get_playback_out_point() const { return read(*m_data, &Stratum::Settings::playbackOutPoint); }
+
+void Project::set_playback_out_point(unsigned int frame)
+{
+    Stratum::Edit edit(*m_data->manager);
+    Stratum::Settings& settings = m_data->manager->settings;
+    requireFrame("playback_out_point", frame, settings);
+    requireOrder("playback_out_point", settings.playbackInPoint, frame);
+    edit.assign(settings.playbackOutPoint, frame, Notices::setting("playback_out_point"));
+    edit.commit();
+}
+
+QPair<unsigned int, unsigned int> Project::get_in_out_range()
+{
+    const auto range = read(*m_data, &Stratum::Settings::inOutRange);
+    return qMakePair(range.first, range.second);
+}
+
+void Project::set_in_out_range(const QPair<unsigned int, unsigned int>& range)
+{
+    Stratum::Edit edit(*m_data->manager);
+    Stratum::Settings& settings = m_data->manager->settings;
+    requireOrder("in_out_range", range.first, range.second);
+    requireFrame("in_out_range", range.second, settings);
+    edit.assign(settings.inOutRange, {range.first, range.second}, Notices::setting("in_out_range"));
+    edit.commit();
+}
+
+InterlaceMode Project::get_interlace_mode()
+{
+    return static_cast<InterlaceMode>(read(*m_data, &Stratum::Settings::interlaceMode));
+}
+
+// ---- Notes, folders and files ----
+
+QString Project::get_notes() { return read(*m_data, &Stratum::Settings::notes); }
+
+void Project::set_notes(const QString& notes)
+{
+    requireText("notes", notes);
+    assign(*m_data, &Stratum::Settings::notes, notes, "notes");
+}
+
+QString Project::get_output_dir() { return read(*m_data, &Stratum::Settings::outputFolder); }
+
+void Project::set_output_dir(const QString& folder, bool validate)
+{
+    requireText("output_dir", folder);
+    if (validate)
+        requireWritableFolder(folder);
+    assign(*m_data, &Stratum::Settings::outputFolder, folder, "output_dir");
+}
+
+QString Project::get_project_file()
+{
+    const Stratum::Reading lock(*m_data->manager);
+    return m_data->file;
+}
+
+// ---- Views ----
+
+QVector<ViewInfo> Project::get_views()
+{
+    QVector<ViewInfo> views;
+    for (const Stratum::ViewSettings& view : read(*m_data, &Stratum::Settings::views))
+        views.append(ViewInfo(view.name, view.abbreviation, view.color));
+    return views;
+}
+
+namespace {
+
+void requireUnlike(const char* what, const QString& text, std::set<QString>& known)
+{
+    if (!known.insert(text).second)
+        raise<STRM_BadArgument>(
+            QString::fromLatin1("views: two have the %1 %2").arg(QString::fromLatin1(what), quoted(text)));
+}
+
+std::vector<Stratum::ViewSettings> checkedViews(const QVector<ViewInfo>& views)
+{
+    constexpr int most = 1000;
+    if (views.isEmpty())
+        raise<STRM_BadArgument>(QString::fromLatin1("views: a project has at least one"));
+    if (views.size() > most)
+        raise<STRM_OutOfRange>(QString::fromLatin1("views: %1 are more than %2").arg(views.size()).arg(most));
+    std::set<QString> names, abbreviations;
+    std::vector<Stratum::ViewSettings> checked;
+    for (const ViewInfo& view : views) {
+        requireName("views: name", view.get_name());
+        requireName("views: abbr", view.get_abbr());
+        requireColor("views: color", view.get_color());
+        requireUnlike("name", view.get_name(), names);
+        requireUnlike("abbreviation", view.get_abbr(), abbreviations);
+        checked.push_back({view.get_name(), view.get_abbr(), view.get_color()});
+    }
+    return checked;
+}
+
+} // namespace
+
+void Project::set_views(const QVector<ViewInfo>& views)
+{
+    const std::vector<Stratum::ViewSettings> next = checkedViews(views);
+    Stratum::Edit edit(*m_data->manager);
+    Stratum::Settings& settings = m_data->manager->settings;
+    Notices notices;
+    notices.views = true;
+    edit.assign(settings.views, next, notices);
+    if (static_cast<std::size_t>(settings.heroView) >= next.size())
+        edit.assign(settings.heroView, 0, Notices::setting("default_hero_view"));
+    edit.commit();
+}
+
+View Project::get_default_hero_view() { return View(read(*m_data, &Stratum::Settings::heroView)); }
+
+void Project::set_default_hero_view(View view)
+{
+    Stratum::Edit edit(*m_data->manager);
+    const int id = resolveView(*m_data->manager, view);
+    edit.assign(m_data->manager->settings.heroView, id, Notices::setting("default_hero_view"));
+    edit.commit();
+}

@@ -1,0 +1,175 @@
+// Sequence names as texts: no look at the disk, but for telling a folder from a file.
+
+#include <QDir>
+#include <QFileInfo>
+#include <algorithm>
+#include <engine/errors/arguments.h>
+#include <engine/errors/message.h>
+#include <engine/sequences/name.h>
+
+namespace orrery {
+namespace {
+
+// Where a frame number stands in a file name.
+struct Place
+{
+    int start = -1;
+    int length = 0;
+    unsigned int width = 0;
+
+    bool found() const { return start >= 0; }
+};
+
+bool isDigit(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
+
+// The last run of #: more of them are more digits.
+Place hashPlace(const QString& name)
+{
+    const int last = name.lastIndexOf(QLatin1Char('#'));
+    if (last < 0)
+        return {};
+    int start = last;
+    while (start > 0 && name.at(start - 1) == QLatin1Char('#'))
+        --start;
+    return {start, last - start + 1, static_cast<unsigned int>(last - start + 1)};
+}
+
+// %d, %4d or %04d.
+Place printfPlace(const QString& name)
+{
+    for (int start = name.lastIndexOf(QLatin1Char('%')); start >= 0;
+         start = start ? name.lastIndexOf(QLatin1Char('%'), start - 1) : -1) {
+        int end = start + 1;
+        while (end < name.size() && isDigit(name.at(end)))
+            ++end;
+        if (end < name.size() && end - start <= 3 && name.at(end) == QLatin1Char('d'))
+            return {start, end - start + 1, std::max(1U, name.mid(start + 1, end - start - 1).toUInt())};
+    }
+    return {};
+}
+
+Place patternPlace(const QString& name)
+{
+    const Place place = hashPlace(name);
+    return place.found() ? place : printfPlace(name);
+}
+
+Place digitPlace(const QString& name)
+{
+    int end = name.lastIndexOf(QLatin1Char('.'));
+    const bool numberLast =
+        end >= 0 && end + 1 < name.size() && std::all_of(name.begin() + end + 1, name.end(), isDigit);
+    if (end <= 0 || numberLast)
+        end = name.size();
+    Place last;
+    for (int i = end - 1; i >= 0; --i) {
+        if (!isDigit(name.at(i)))
+            continue;
+        int start = i;
+        while (start > 0 && isDigit(name.at(start - 1)))
+            --start;
+        const Place place{start, i - start + 1, 0};
+        const bool free = (start == 0 || !name.at(start - 1).isLetterOrNumber()) &&
+                          (i + 1 == name.size() || !name.at(i + 1).isLetterOrNumber());
+        if (free)
+            return place;
+        if (!last.found())
+            last = place;
+        i = start;
+    }
+    return last;
+}
+
+SequenceName split(const QString& folder, const QString& name, const Place& place)
+{
+    return {folder, name.left(place.start), name.mid(place.start + place.length), place.width};
+}
+
+QString absoluteFolder(const QString& folder) { return QDir::cleanPath(QFileInfo(folder).absoluteFilePath()); }
+
+SequenceName onlySequenceIn(const QString& folder, bool required)
+{
+    const QVector<SequenceName> sequences = sequencesIn(folder);
+    if (sequences.size() == 1)
+        return sequences.front();
+    if (!required)
+        return {folder, QString(), QString(), 0};
+    if (sequences.isEmpty())
+        raise<STRM_BadFile>(text("%1: the folder holds no image sequence", folder));
+    QStringList names;
+    for (int i = 0; i < std::min(sequences.size(), 3); ++i)
+        names << sequences.at(i).fileName(unknownFrame);
+    raise<STRM_BadFile>(text("%1: the folder holds %2 image sequences (%3%4): name one", folder, sequences.size(),
+                             names.join(QLatin1String(", ")), sequences.size() > 3 ? ", ..." : ""));
+}
+
+// The width that all files of the sequence agree with: with leading zeros their length, else that of the shortest.
+SequenceName sequenceOfFile(const QString& folder, const QString& name, const Place& place)
+{
+    SequenceName sequence = split(folder, name, place);
+    if (framesOnDisk(sequence).isEmpty())
+        sequence.indexWidth = static_cast<unsigned int>(place.length);
+    return sequence;
+}
+
+} // namespace
+
+QString SequenceName::fileName(unsigned int frame) const
+{
+    const QString number = frame == unknownFrame
+                               ? QString(static_cast<int>(std::max(1U, indexWidth)), QLatin1Char('#'))
+                               : QString::number(frame).rightJustified(static_cast<int>(indexWidth), QLatin1Char('0'));
+    return prefix + number + suffix;
+}
+
+QString SequenceName::path(unsigned int frame) const
+{
+    return (folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')) + fileName(frame);
+}
+
+QString SequenceName::pattern() const { return path(unknownFrame); }
+
+bool splitFileName(const QString& fileName, NumberedFile& parts)
+{
+    const Place place = digitPlace(fileName);
+    if (!place.found())
+        return false;
+    parts = {fileName.left(place.start), fileName.mid(place.start, place.length),
+             fileName.mid(place.start + place.length)};
+    return true;
+}
+
+SequenceName nameOf(const StreamInfo& info)
+{
+    return {info.get_path(), info.get_prefix(), info.get_suffix(), info.get_index_width()};
+}
+
+StreamInfo describe(const SequenceName& name, unsigned int start, unsigned int end)
+{
+    return StreamInfo(absoluteFolder(name.folder), name.prefix, name.suffix, start, end, name.indexWidth);
+}
+
+SequenceName parseLocation(const QString& location, bool required)
+{
+    if (location.isEmpty())
+        raise<STRM_BadArgument>(text("The location of a stream is empty"));
+    const QFileInfo file(location);
+    const QString path = QDir::cleanPath(file.absoluteFilePath());
+    if (file.isDir())
+        return onlySequenceIn(path, required);
+    const QString name = QFileInfo(path).fileName();
+    const QString folder = QFileInfo(path).absolutePath();
+    if (const Place place = patternPlace(name); place.found())
+        return split(folder, name, place);
+    const Place place = digitPlace(name);
+    const bool present = file.exists();
+    if (place.found() && (present || name.contains(QLatin1Char('.'))))
+        return sequenceOfFile(folder, name, place);
+    if (present)
+        raise<STRM_BadFile>(text("%1: the file's name has no frame number", path));
+    if (required)
+        raise<STRM_BadFile>(text("%1: there is no such file or folder", path));
+    return {path, QString(), QString(), 0};
+}
+
+} // namespace orrery
