@@ -24,10 +24,11 @@ struct Converter;
 // library type:
 //   kind              which of the below
 //   name              the full Python name, "vireo.project.View"
+//   place()           where its Python type is in the module's type table
 //   type()            the Python type; valid once registered
 enum class Kind { NotWrapped, Value, Object, Enumeration };
 
-template <class T>
+template <class T, class = void>
 struct Wrapped
 {
     static constexpr Kind kind = Kind::NotWrapped;

@@ -3,7 +3,7 @@
 // A row names the Python method and the library function; parameter types come from the function, and only parameters
 // with defaults are spelled out:
 //
-//     constexpr auto members = classTable(
+//     constexpr auto members = memberTable(
 //         keywords("add_stream", operation<&Clip::add_stream>, optional<False>("validate")),
 //         one("delete_stream", operation<&Clip::delete_stream>),
 //         property("frame_rate", operation<&Clip::get_frame_rate>, operation<&Clip::set_frame_rate>));
@@ -542,7 +542,7 @@ constexpr const std::tuple<Rows...>& rowsOf(const std::tuple<Rows...>& rows)
 
 // The methods and properties of a class, or a part of them: tables may be rows of tables.
 template <class... Rows>
-constexpr auto classTable(const Rows&... rows)
+constexpr auto memberTable(const Rows&... rows)
 {
     return std::tuple_cat(rowsOf(rows)...);
 }
@@ -551,7 +551,7 @@ constexpr auto classTable(const Rows&... rows)
 template <class... Signatures>
 constexpr auto constructors(Form form, Signatures... signatures)
 {
-    return classTable(row<const char*>(nullptr, form, signatures...));
+    return memberTable(row<const char*>(nullptr, form, signatures...));
 }
 
 } // namespace binding

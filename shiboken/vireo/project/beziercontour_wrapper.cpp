@@ -15,13 +15,14 @@ using namespace vireo::defaults;
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<BezierContourWrapper, const BezierContour&>));
 
-constexpr auto members = classTable(vireo::ContourTable<BezierContour>::common,
-                                    classTable(keywords("insert_point", operation<&BezierContour::insert_point>,
-                                                        optional<LastIndex>("index"), optional<LibraryView>("view"))));
+constexpr auto members = memberTable(vireo::contourMembers<BezierContour>,
+                                     keywords("insert_point", operation<&BezierContour::insert_point>,
+                                              optional<LastIndex>("index"), optional<LibraryView>("view")));
 
 } // namespace
 
-void vireo::registerBezierContour(PyObject* module)
+template <>
+ClassTable vireo::tableOf<BezierContour>()
 {
-    registerContour<BezierContour, BezierContourWrapper, making, members>(module);
+    return contourTable<BezierContour, BezierContourWrapper, making, members>();
 }

@@ -12,7 +12,6 @@ public:
 namespace {
 
 using namespace vireo::defaults;
-typedef vireo::ControlPointTable<BezierControlPoint, BezierControlPointData> Tables;
 
 void setMasterPoint(PyObject*, BezierControlPoint& point, PyObject* master, float time, View view, bool lockTangents)
 {
@@ -24,13 +23,14 @@ constexpr auto making =
     constructors(Form::CopyOnly, signature(constructs<BezierControlPointWrapper, const BezierControlPoint&>));
 
 constexpr auto members =
-    classTable(Tables::common,
-               classTable(keywords("set_master_point", lockedOperation<&setMasterPoint>, optional<ZeroFloat>("time"),
-                                   optional<FirstViewTight>("view"), optional<False>("lock_tangents"))));
+    memberTable(vireo::controlPointMembers<BezierControlPoint>,
+                keywords("set_master_point", lockedOperation<&setMasterPoint>, optional<ZeroFloat>("time"),
+                         optional<FirstViewTight>("view"), optional<False>("lock_tangents")));
 
 } // namespace
 
-void vireo::registerBezierControlPoint(PyObject* module)
+template <>
+ClassTable vireo::tableOf<BezierControlPoint>()
 {
-    registerControlPoint<BezierControlPoint, BezierControlPointWrapper, making, members>(module);
+    return controlPointTable<BezierControlPoint, BezierControlPointWrapper, making, members>();
 }

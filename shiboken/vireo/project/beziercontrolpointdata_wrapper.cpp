@@ -25,17 +25,18 @@ constexpr auto making = constructors(
               optional<UnsetPoint>("handle_offset_backward"), optional<UnsetPoint>("handle_offset_forward")),
     testedFirst(signature(constructs<BezierControlPointDataWrapper, const Data&>)));
 
-constexpr auto members = classTable(vireo::leadingFields<Data>, vireo::edgeFields<Data>,
-                                    property("handle_offset_backward", operation<&Data::get_handle_offset_backward>,
-                                             operation<&Data::set_handle_offset_backward>),
-                                    property("handle_offset_forward", operation<&Data::get_handle_offset_forward>,
-                                             operation<&Data::set_handle_offset_forward>));
+constexpr auto members = memberTable(vireo::leadingFields<Data>, vireo::edgeFields<Data>,
+                                     property("handle_offset_backward", operation<&Data::get_handle_offset_backward>,
+                                              operation<&Data::set_handle_offset_backward>),
+                                     property("handle_offset_forward", operation<&Data::get_handle_offset_forward>,
+                                              operation<&Data::set_handle_offset_forward>));
 
 } // namespace
 
-void vireo::registerBezierControlPointData(PyObject* module)
+template <>
+ClassTable vireo::tableOf<BezierControlPointData>()
 {
     ClassTable data = valueClass<Data, BezierControlPointDataWrapper, making, members>();
     data.compare = &ComparisonOf<Data, Equal>::compare;
-    registerClass(module, data);
+    return data;
 }

@@ -24,7 +24,7 @@ constexpr auto relinkParts =
     overload<void(const QString&, const QString&, const QString&, unsigned int, unsigned int, const View&)>(
         &Clip::relink);
 
-constexpr auto members = classTable(
+constexpr auto members = memberTable(
     keywords("add_stream", operation<&Clip::add_stream>, optional<False>("validate")),
     keywords("apply", operation<&Clip::apply>, optional<LibraryView>("view")),
     positional("assign_project_view", operation<&Clip::assign_project_view>),
@@ -70,10 +70,11 @@ PyObject* describe(PyObject* self)
 
 } // namespace
 
-void vireo::registerClip(PyObject* module)
+template <>
+ClassTable vireo::tableOf<Clip>()
 {
     ClassTable clip = qtObjectClass<Clip, ClipWrapper, making, members>();
     clip.compare = &ComparisonOf<Clip, Equal | NotEqual>::compare;
     clip.str = &describe;
-    registerClass(module, clip);
+    return clip;
 }

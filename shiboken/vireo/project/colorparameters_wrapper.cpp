@@ -20,7 +20,7 @@ constexpr auto making = constructors(
               optional<ZeroFloat>("softclip"), optional<ReferenceWhite>("log_reference_white"),
               optional<ZeroFloat>("log_reference_black"), optional<OneFloat>("gamma")));
 
-constexpr auto members = classTable(
+constexpr auto members = memberTable(
     property("colorspace", operation<&ColorParameters::get_colorspace>, operation<&ColorParameters::set_colorspace>),
     property("conversion", operation<&ColorParameters::get_conversion>, operation<&ColorParameters::set_conversion>),
     property("offset", operation<&ColorParameters::get_offset>, operation<&ColorParameters::set_offset>),
@@ -52,10 +52,11 @@ PyObject* represent(PyObject* self)
 
 } // namespace
 
-void vireo::registerColorParameters(PyObject* module)
+template <>
+ClassTable vireo::tableOf<ColorParameters>()
 {
     ClassTable parameters = qtObjectClass<ColorParameters, ColorParametersWrapper, making, members>();
     parameters.compare = &ComparisonOf<ColorParameters, Equal | NotEqual>::compare;
     parameters.repr = &represent;
-    registerClass(module, parameters);
+    return parameters;
 }

@@ -7,28 +7,24 @@
 namespace vireo {
 
 template <class Contour>
-struct ContourTable
-{
-    static constexpr auto common = binding::classTable(
-        binding::one("control_point", binding::operation<&Contour::control_point, binding::NoneForNull>),
-        binding::keywords("get_bounding_rect", binding::operation<&Contour::get_bounding_rect>,
-                          binding::optional<defaults::ZeroFloat>("time"),
-                          binding::optional<defaults::FirstView>("view")),
-        binding::noArguments("isNull", binding::lockedOperation<&binding::isNull<Contour>>),
-        binding::one("parameter", binding::operation<&Contour::parameter>),
-        binding::keywords("parameter_set", binding::operation<&Contour::parameter_set>,
-                          binding::optional<defaults::NoNames>("name_components")),
-        binding::noArguments("remove", binding::operation<&Contour::remove>),
-        binding::property("control_points", binding::operation<&Contour::get_control_points>));
-};
+constexpr auto contourMembers = binding::memberTable(
+    binding::one("control_point", binding::operation<&Contour::control_point, binding::NoneForNull>),
+    binding::keywords("get_bounding_rect", binding::operation<&Contour::get_bounding_rect>,
+                      binding::optional<defaults::ZeroFloat>("time"), binding::optional<defaults::FirstView>("view")),
+    binding::noArguments("isNull", binding::lockedOperation<&binding::isNull<Contour>>),
+    binding::one("parameter", binding::operation<&Contour::parameter>),
+    binding::keywords("parameter_set", binding::operation<&Contour::parameter_set>,
+                      binding::optional<defaults::NoNames>("name_components")),
+    binding::noArguments("remove", binding::operation<&Contour::remove>),
+    binding::property("control_points", binding::operation<&Contour::get_control_points>));
 
 template <class Contour, class TWrapper, const auto& making, const auto& members>
-void registerContour(PyObject* module)
+binding::ClassTable contourTable()
 {
     binding::ClassTable contour = binding::handleClass<Contour, TWrapper, making, members>();
     contour.compare = &binding::ComparisonOf<Contour, binding::Equal>::compare;
     contour.hash = &binding::hash<Contour>;
-    binding::registerClass(module, contour);
+    return contour;
 }
 
 } // namespace vireo

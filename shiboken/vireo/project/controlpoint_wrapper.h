@@ -79,29 +79,26 @@ void setMaster(Point& point, PyObject* masterObject, float time, const View& vie
     Python::setPointConstraint(master, self, manager.get(), context, lockTangents);
 }
 
-template <class Point, class Data>
-struct ControlPointTable
-{
-    static constexpr auto common =
-        binding::classTable(binding::keywords("get_point_data", binding::operation<&Point::get_point_data>,
-                                              binding::optional<defaults::LibraryView>("view")),
-                            binding::keywords("set_point_data", binding::operation<&Point::set_point_data>,
-                                              binding::optional<defaults::LibraryView>("view")),
-                            binding::keywords("update_point_data", binding::operation<&Point::update_point_data>,
-                                              binding::optional<defaults::LibraryView>("view")),
-                            binding::one("parameter", binding::operation<&Point::parameter>),
-                            binding::keywords("parameter_set", binding::operation<&Point::parameter_set>,
-                                              binding::optional<defaults::NoNames>("name_components")),
-                            binding::noArguments("remove", binding::operation<&Point::remove>),
-                            binding::property("master_point", binding::lockedOperation<&masterPoint<Point>>));
-};
+template <class Point>
+constexpr auto controlPointMembers =
+    binding::memberTable(binding::keywords("get_point_data", binding::operation<&Point::get_point_data>,
+                                           binding::optional<defaults::LibraryView>("view")),
+                         binding::keywords("set_point_data", binding::operation<&Point::set_point_data>,
+                                           binding::optional<defaults::LibraryView>("view")),
+                         binding::keywords("update_point_data", binding::operation<&Point::update_point_data>,
+                                           binding::optional<defaults::LibraryView>("view")),
+                         binding::one("parameter", binding::operation<&Point::parameter>),
+                         binding::keywords("parameter_set", binding::operation<&Point::parameter_set>,
+                                           binding::optional<defaults::NoNames>("name_components")),
+                         binding::noArguments("remove", binding::operation<&Point::remove>),
+                         binding::property("master_point", binding::lockedOperation<&masterPoint<Point>>));
 
 template <class Point, class TWrapper, const auto& making, const auto& members>
-void registerControlPoint(PyObject* module)
+binding::ClassTable controlPointTable()
 {
     binding::ClassTable point = binding::handleClass<Point, TWrapper, making, members>();
     point.compare = &binding::ComparisonOf<Point, binding::Equal>::compare;
-    binding::registerClass(module, point);
+    return point;
 }
 
 } // namespace vireo

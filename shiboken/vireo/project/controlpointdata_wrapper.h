@@ -8,19 +8,19 @@ namespace vireo {
 
 // The fields up to y, and those after what tells the kinds apart.
 template <class Data>
-constexpr auto leadingFields = binding::classTable(
+constexpr auto leadingFields = binding::memberTable(
     binding::property("active", binding::operation<&Data::get_active>, binding::operation<&Data::set_active>),
     binding::property("corner", binding::operation<&Data::get_corner>, binding::operation<&Data::set_corner>),
     binding::property("x", binding::operation<&Data::get_x>, binding::operation<&Data::set_x>),
     binding::property("y", binding::operation<&Data::get_y>, binding::operation<&Data::set_y>));
 
 template <class Data>
-constexpr auto edgeFields = binding::classTable(binding::property("edge_width",
-                                                                  binding::operation<&Data::get_edge_width>,
-                                                                  binding::operation<&Data::set_edge_width>),
-                                                binding::property("edge_angle_ratio",
-                                                                  binding::operation<&Data::get_edge_angle_ratio>,
-                                                                  binding::operation<&Data::set_edge_angle_ratio>));
+constexpr auto edgeFields = binding::memberTable(binding::property("edge_width",
+                                                                   binding::operation<&Data::get_edge_width>,
+                                                                   binding::operation<&Data::set_edge_width>),
+                                                 binding::property("edge_angle_ratio",
+                                                                   binding::operation<&Data::get_edge_angle_ratio>,
+                                                                   binding::operation<&Data::set_edge_angle_ratio>));
 
 } // namespace vireo
 

@@ -29,62 +29,88 @@ void fromPython(PyObject* object, void* value)
         convert(object, value);
 }
 
-template <class T>
-SbkConverter* enter(ConverterPlace place, const char* name, PyTypeObject& type)
+// One converter of the module.
+struct ConverterRow
 {
-    SbkConverter* const converter = Shiboken::Conversions::createConverter(&type, &toPython<T>);
-    Shiboken::Conversions::registerConverterName(converter, name);
-    converters[place] = converter;
-    return converter;
+    ConverterPlace place;
+    const char* name;
+    PyTypeObject* type;
+    PyObject* (*toPython)(const void*);
+    binding::FromPython fromPython;
+    binding::FromPython (*accepts)(PyObject*); // null: to Python only
+};
+
+template <class T>
+constexpr ConverterRow both(ConverterPlace place, const char* name, PyTypeObject& type)
+{
+    return {place, name, &type, &toPython<T>, &fromPython<T>, &accepts<T>};
 }
 
-// A type with conversions in both directions.
 template <class T>
-void enterBoth(ConverterPlace place, const char* name, PyTypeObject& type)
+constexpr ConverterRow toPythonOnly(ConverterPlace place, const char* name, PyTypeObject& type)
 {
-    Shiboken::Conversions::addPythonToCppValueConversion(enter<T>(place, name, type), &fromPython<T>, &accepts<T>);
+    return {place, name, &type, &toPython<T>, nullptr, nullptr};
 }
+
+constexpr ConverterRow rows[] = {
+    both<boost::optional<bool>>(SBK_PROJECT_OPTIONALBOOL_IDX, "OptionalBool", PyBool_Type),
+    both<Lum_Matrix33>(SBK_PROJECT_LUM_MATRIX33_IDX, "Lum_Matrix33", PyTuple_Type),
+    both<Fundo::FSPercentEscapedString>(SBK_PROJECT_FSPERCENTESCAPEDSTRING_IDX, "Fundo::FSPercentEscapedString",
+                                        PyString_Type),
+    both<Fundo::Colour3<float>>(SBK_PROJECT_COLOR_IDX, "Color", PyTuple_Type),
+    both<boost::optional<Layer>>(SBK_PROJECT_OPTIONALLAYER_IDX, "OptionalLayer", PyBaseObject_Type),
+    both<boost::optional<InterlaceMode>>(SBK_PROJECT_OPTIONALINTERLACEMODE_IDX, "OptionalInterlaceMode",
+                                         PyBaseObject_Type),
+    both<boost::optional<float>>(SBK_PROJECT_OPTIONALFLOAT_IDX, "OptionalFloat", PyFloat_Type),
+    both<boost::optional<QPointF>>(SBK_PROJECT_OPTIONALPOINT_IDX, "OptionalPoint", PyTuple_Type),
+    toPythonOnly<Knob::Context>(SBK_PROJECT_KNOB_CONTEXT_IDX, "Knob::Context", PyTuple_Type),
+    both<QPair<View, double>>(SBK_PROJECT_QPAIR_VIEW_DOUBLE_IDX, "QPair<View,double>", PyList_Type),
+    both<QVector<QPair<View, double>>>(SBK_PROJECT_QVECTOR_QPAIR_VIEW_DOUBLE_IDX, "QVector<QPair<View,double>>",
+                                       PyList_Type),
+    both<QVector<Parameter>>(SBK_PROJECT_QVECTOR_PARAMETER_IDX, "QVector<Parameter>", PyList_Type),
+    both<QVector<ParameterSet>>(SBK_PROJECT_QVECTOR_PARAMETERSET_IDX, "QVector<ParameterSet>", PyList_Type),
+    both<QVector<BezierControlPointData>>(SBK_PROJECT_QVECTOR_BEZIERCONTROLPOINTDATA_IDX,
+                                          "const QVector<BezierControlPointData>&", PyList_Type),
+    both<QVector<XControlPointData>>(SBK_PROJECT_QVECTOR_XCONTROLPOINTDATA_IDX, "const QVector<XControlPointData>&",
+                                     PyList_Type),
+    both<QList<float>>(SBK_PROJECT_QLIST_FLOAT_IDX, "QList<float>", PyList_Type),
+    both<QVector<XControlPoint>>(SBK_PROJECT_QVECTOR_XCONTROLPOINT_IDX, "QVector<XControlPoint>", PyList_Type),
+    both<QVector<BezierControlPoint>>(SBK_PROJECT_QVECTOR_BEZIERCONTROLPOINT_IDX, "QVector<BezierControlPoint>",
+                                      PyList_Type),
+    both<QVector<Layer>>(SBK_PROJECT_QVECTOR_LAYER_IDX, "QVector<Layer>", PyList_Type),
+    both<QList<QObject*>>(SBK_PROJECT_QLIST_QOBJECTPTR_IDX, "const QList<QObject*>&", PyList_Type),
+    both<QList<QByteArray>>(SBK_PROJECT_QLIST_QBYTEARRAY_IDX, "QList<QByteArray>", PyList_Type),
+    both<QVector<View>>(SBK_PROJECT_QVECTOR_VIEW_IDX, "const QVector<View>&", PyList_Type),
+    both<QVector<LayerGroup>>(SBK_PROJECT_QVECTOR_LAYERGROUP_IDX, "QVector<LayerGroup>", PyList_Type),
+    both<QHash<QString, Clip*>>(SBK_PROJECT_QHASH_QSTRING_CLIPPTR_IDX, "QHash<QString,Clip*>", PyDict_Type),
+    both<QPair<unsigned int, unsigned int>>(SBK_PROJECT_QPAIR_UINT_UINT_IDX, "QPair<uint,uint>", PyList_Type),
+    both<QVector<ViewInfo>>(SBK_PROJECT_QVECTOR_VIEWINFO_IDX, "QVector<ViewInfo>", PyList_Type),
+    both<QMap<View, View>>(SBK_PROJECT_QMAP_VIEW_VIEW_IDX, "QMap<View,View>", PyDict_Type),
+    both<QList<QVariant>>(SBK_PROJECT_QLIST_QVARIANT_IDX, "QList<QVariant>", PyList_Type),
+    both<QList<QString>>(SBK_PROJECT_QLIST_QSTRING_IDX, "QList<QString>", PyList_Type),
+    both<QMap<QString, QVariant>>(SBK_PROJECT_QMAP_QSTRING_QVARIANT_IDX, "QMap<QString,QVariant>", PyDict_Type),
+};
+
+constexpr bool areInOrder()
+{
+    for (std::size_t i = 0; i < std::size(rows); ++i)
+        if (rows[i].place != static_cast<ConverterPlace>(i))
+            return false;
+    return std::size(rows) == SBK_project_CONVERTERS_IDX_COUNT;
+}
+static_assert(areInOrder(), "a converter is missing, or is in the wrong place");
 
 } // namespace
 
 void registerConverters()
 {
-    enterBoth<boost::optional<bool>>(SBK_PROJECT_OPTIONALBOOL_IDX, "OptionalBool", PyBool_Type);
-    enterBoth<Lum_Matrix33>(SBK_PROJECT_LUM_MATRIX33_IDX, "Lum_Matrix33", PyTuple_Type);
-    enterBoth<Fundo::FSPercentEscapedString>(SBK_PROJECT_FSPERCENTESCAPEDSTRING_IDX, "Fundo::FSPercentEscapedString",
-                                             PyString_Type);
-    enterBoth<Fundo::Colour3<float>>(SBK_PROJECT_COLOR_IDX, "Color", PyTuple_Type);
-    enterBoth<boost::optional<Layer>>(SBK_PROJECT_OPTIONALLAYER_IDX, "OptionalLayer", PyBaseObject_Type);
-    enterBoth<boost::optional<InterlaceMode>>(SBK_PROJECT_OPTIONALINTERLACEMODE_IDX, "OptionalInterlaceMode",
-                                              PyBaseObject_Type);
-    enterBoth<boost::optional<float>>(SBK_PROJECT_OPTIONALFLOAT_IDX, "OptionalFloat", PyFloat_Type);
-    enterBoth<boost::optional<QPointF>>(SBK_PROJECT_OPTIONALPOINT_IDX, "OptionalPoint", PyTuple_Type);
-    enter<Knob::Context>(SBK_PROJECT_KNOB_CONTEXT_IDX, "Knob::Context", PyTuple_Type);
-    enterBoth<QPair<View, double>>(SBK_PROJECT_QPAIR_VIEW_DOUBLE_IDX, "QPair<View,double>", PyList_Type);
-    enterBoth<QVector<QPair<View, double>>>(SBK_PROJECT_QVECTOR_QPAIR_VIEW_DOUBLE_IDX, "QVector<QPair<View,double>>",
-                                            PyList_Type);
-    enterBoth<QVector<Parameter>>(SBK_PROJECT_QVECTOR_PARAMETER_IDX, "QVector<Parameter>", PyList_Type);
-    enterBoth<QVector<ParameterSet>>(SBK_PROJECT_QVECTOR_PARAMETERSET_IDX, "QVector<ParameterSet>", PyList_Type);
-    enterBoth<QVector<BezierControlPointData>>(SBK_PROJECT_QVECTOR_BEZIERCONTROLPOINTDATA_IDX,
-                                               "const QVector<BezierControlPointData>&", PyList_Type);
-    enterBoth<QVector<XControlPointData>>(SBK_PROJECT_QVECTOR_XCONTROLPOINTDATA_IDX,
-                                          "const QVector<XControlPointData>&", PyList_Type);
-    enterBoth<QList<float>>(SBK_PROJECT_QLIST_FLOAT_IDX, "QList<float>", PyList_Type);
-    enterBoth<QVector<XControlPoint>>(SBK_PROJECT_QVECTOR_XCONTROLPOINT_IDX, "QVector<XControlPoint>", PyList_Type);
-    enterBoth<QVector<BezierControlPoint>>(SBK_PROJECT_QVECTOR_BEZIERCONTROLPOINT_IDX, "QVector<BezierControlPoint>",
-                                           PyList_Type);
-    enterBoth<QVector<Layer>>(SBK_PROJECT_QVECTOR_LAYER_IDX, "QVector<Layer>", PyList_Type);
-    enterBoth<QList<QObject*>>(SBK_PROJECT_QLIST_QOBJECTPTR_IDX, "const QList<QObject*>&", PyList_Type);
-    enterBoth<QList<QByteArray>>(SBK_PROJECT_QLIST_QBYTEARRAY_IDX, "QList<QByteArray>", PyList_Type);
-    enterBoth<QVector<View>>(SBK_PROJECT_QVECTOR_VIEW_IDX, "const QVector<View>&", PyList_Type);
-    enterBoth<QVector<LayerGroup>>(SBK_PROJECT_QVECTOR_LAYERGROUP_IDX, "QVector<LayerGroup>", PyList_Type);
-    enterBoth<QHash<QString, Clip*>>(SBK_PROJECT_QHASH_QSTRING_CLIPPTR_IDX, "QHash<QString,Clip*>", PyDict_Type);
-    enterBoth<QPair<unsigned int, unsigned int>>(SBK_PROJECT_QPAIR_UINT_UINT_IDX, "QPair<uint,uint>", PyList_Type);
-    enterBoth<QVector<ViewInfo>>(SBK_PROJECT_QVECTOR_VIEWINFO_IDX, "QVector<ViewInfo>", PyList_Type);
-    enterBoth<QMap<View, View>>(SBK_PROJECT_QMAP_VIEW_VIEW_IDX, "QMap<View,View>", PyDict_Type);
-    enterBoth<QList<QVariant>>(SBK_PROJECT_QLIST_QVARIANT_IDX, "QList<QVariant>", PyList_Type);
-    enterBoth<QList<QString>>(SBK_PROJECT_QLIST_QSTRING_IDX, "QList<QString>", PyList_Type);
-    enterBoth<QMap<QString, QVariant>>(SBK_PROJECT_QMAP_QSTRING_QVARIANT_IDX, "QMap<QString,QVariant>", PyDict_Type);
+    for (const ConverterRow& row : rows) {
+        SbkConverter* const converter = Shiboken::Conversions::createConverter(row.type, row.toPython);
+        Shiboken::Conversions::registerConverterName(converter, row.name);
+        converters[row.place] = converter;
+        if (row.accepts)
+            Shiboken::Conversions::addPythonToCppValueConversion(converter, row.fromPython, row.accepts);
+    }
 }
 
 } // namespace vireo

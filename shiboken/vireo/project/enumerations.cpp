@@ -2,6 +2,7 @@
 #include "module.h"
 
 #include <cstddef>
+#include <cstring>
 #include <fundo/qt_version.h>
 
 namespace vireo {
@@ -14,7 +15,12 @@ struct Item
     long value;
 };
 
-const Item interlaceModes[] = {
+// The items of an enumeration, at the places of their values.
+template <class T>
+constexpr Item items[1] = {};
+
+template <>
+constexpr Item items<InterlaceMode>[] = {
     {"NotInterlaced", NotInterlaced},
     {"UpperFieldFirst", UpperFieldFirst},
     {"LowerFieldFirst", LowerFieldFirst},
@@ -31,19 +37,32 @@ const Item interlaceModes[] = {
     {"InvalidInterlaceMode", InvalidInterlaceMode},
 };
 
-const Item colorspaces[] = {
+template <>
+constexpr Item items<Colorspace>[] = {
     {"LinearColorspace", LinearColorspace},
     {"LogColorspace", LogColorspace},
     {"PanalogColorspace", PanalogColorspace},
 };
 
-const Item colorizeOutputs[] = {{"Grayscale", Grayscale}, {"ByMatteColor", ByMatteColor}, {"ByLayer", ByLayer}};
+template <>
+constexpr Item items<ColorizeOutput>[] = {
+    {"Grayscale", Grayscale}, {"ByMatteColor", ByMatteColor}, {"ByLayer", ByLayer}};
 
-const Item colorConversions[] = {
+template <>
+constexpr Item items<ColorConversion>[] = {
     {"NoneConversion", NoneConversion},
     {"FloatConversion", FloatConversion},
     {"_8BitConversion", _8BitConversion},
 };
+
+template <class T>
+constexpr bool areAtTheirPlaces()
+{
+    for (std::size_t i = 0; i < std::size(items<T>); ++i)
+        if (items<T>[i].value != static_cast<long>(i))
+            return false;
+    return true;
+}
 
 template <class T>
 PyObject* toPython(const void* value)
@@ -51,14 +70,17 @@ PyObject* toPython(const void* value)
     return binding::Converter<T>::toPython(*static_cast<const T*>(value));
 }
 
-template <class T, std::size_t count>
-bool registerEnumeration(PyObject* module, const char* name, const Item (&items)[count])
+template <class T>
+bool registerEnumeration(PyObject* module)
 {
-    PyTypeObject* const type = Shiboken::Enum::createGlobalEnum(module, name, binding::Wrapped<T>::name, name);
+    static_assert(areAtTheirPlaces<T>(), "an item is missing, or is in the wrong place");
+    const char* const fullName = binding::Wrapped<T>::name;
+    const char* const name = std::strrchr(fullName, '.') + 1;
+    PyTypeObject* const type = Shiboken::Enum::createGlobalEnum(module, name, fullName, name);
     if (!type)
         return false;
     *binding::Wrapped<T>::place() = type;
-    for (const Item& item : items)
+    for (const Item& item : items<T>)
         if (!Shiboken::Enum::createGlobalEnumItem(type, module, item.name, item.value))
             return false;
 
@@ -67,6 +89,15 @@ bool registerEnumeration(PyObject* module, const char* name, const Item (&items)
                                                          &binding::Converter<T>::accepts);
     Shiboken::Enum::setTypeConverter(type, converter);
     Shiboken::Conversions::registerConverterName(converter, name);
+    return true;
+}
+
+// The row's enumeration, when it is one.
+template <class T>
+bool registerIfEnumeration([[maybe_unused]] PyObject* module, const TypeRow<T>&)
+{
+    if constexpr (std::is_enum_v<T>)
+        return registerEnumeration<T>(module);
     return true;
 }
 
@@ -83,10 +114,7 @@ binding::FromPython acceptsInteger(PyObject* object) { return PyInt_Check(object
 
 bool registerEnumerations(PyObject* module)
 {
-    return registerEnumeration<InterlaceMode>(module, "InterlaceMode", interlaceModes) &&
-           registerEnumeration<Colorspace>(module, "Colorspace", colorspaces) &&
-           registerEnumeration<ColorizeOutput>(module, "ColorizeOutput", colorizeOutputs) &&
-           registerEnumeration<ColorConversion>(module, "ColorConversion", colorConversions);
+    return std::apply([module](const auto&... row) { return (registerIfEnumeration(module, row) && ...); }, typeRows);
 }
 
 void registerEngineEnumerations()

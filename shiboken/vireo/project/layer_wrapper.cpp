@@ -62,7 +62,7 @@ void setParentGroup(Layer& layer, LayerGroup* group) { layer.set_parent(group, 0
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<LayerWrapper, const Layer&>));
 
-constexpr auto members = classTable(
+constexpr auto members = memberTable(
     keywords("add_bezier_contour", operation<&Layer::add_bezier_contour>, optional<LibraryView>("view")),
     keywords("add_xspline_contour", operation<&Layer::add_xspline_contour>, optional<LibraryView>("view")),
     keywords("get_surface_position", operation<&Layer::get_surface_position>, optional<FirstView>("view")),
@@ -88,10 +88,11 @@ constexpr auto members = classTable(
 
 } // namespace
 
-void vireo::registerLayer(PyObject* module)
+template <>
+ClassTable vireo::tableOf<Layer>()
 {
     ClassTable layer = handleClass<Layer, LayerWrapper, making, members>();
     layer.compare = &ComparisonOf<Layer, Equal | NotEqual>::compare;
     layer.hash = &hash<Layer>;
-    registerClass(module, layer);
+    return layer;
 }

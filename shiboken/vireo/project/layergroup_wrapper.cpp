@@ -15,7 +15,7 @@ using namespace vireo::defaults;
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<LayerGroupWrapper, const LayerGroup&>));
 
-constexpr auto members = classTable(
+constexpr auto members = memberTable(
     keywords("insert_child", operation<&LayerGroup::insert_child>, optional<Zero>("index")),
     one("find_layers", operation<&LayerGroup::find_layers>),
     noArguments("isNull", lockedOperation<&isNull<LayerGroup>>), one("parameter", operation<&LayerGroup::parameter>),
@@ -31,9 +31,10 @@ constexpr auto members = classTable(
 
 } // namespace
 
-void vireo::registerLayerGroup(PyObject* module)
+template <>
+ClassTable vireo::tableOf<LayerGroup>()
 {
     ClassTable group = handleClass<LayerGroup, LayerGroupWrapper, making, members>();
     group.compare = &ComparisonOf<LayerGroup, Equal>::compare;
-    registerClass(module, group);
+    return group;
 }

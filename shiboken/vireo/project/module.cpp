@@ -4,6 +4,7 @@
 #include <orrery/start_up.h>
 #include <pyside.h>
 #include <stratum/error_detector.h>
+#include <string_view>
 
 PyTypeObject** SbkPySide_QtCoreTypes = nullptr;
 SbkConverter** SbkPySide_QtCoreTypeConverters = nullptr;
@@ -51,31 +52,29 @@ bool importQtBinding()
     return !gui.isNull();
 }
 
-// RenderOperation comes before the classes derived from it; else the order is free, and fixed.
+// The types stand in the ascending order of their names, so that other modules find them.
+constexpr bool areSorted()
+{
+    const char* names[SBK_project_IDX_COUNT] = {};
+    std::apply([&](const auto&... row) { ((names[row.place] = row.name), ...); }, typeRows);
+    for (int i = 0; i < SBK_project_IDX_COUNT; ++i)
+        if (!names[i] || (i > 0 && std::string_view(names[i - 1]) >= names[i]))
+            return false;
+    return true;
+}
+static_assert(areSorted(), "a place without a type, or with the wrong one");
+
+// The row's class, when it is one. A class that could not be introduced leaves its error pending.
+template <class T>
+void registerIfClass([[maybe_unused]] PyObject* module, const TypeRow<T>&)
+{
+    if constexpr (std::is_class_v<T>)
+        binding::registerClass(module, tableOf<T>());
+}
+
 void registerClasses(PyObject* module)
 {
-    registerUndoGroup(module);
-    registerParameterSet(module);
-    registerView(module);
-    registerParameter(module);
-    registerViewInfo(module);
-    registerRenderOperation(module);
-    registerRenderRemoveOperation(module);
-    registerLayer(module);
-    registerXControlPointData(module);
-    registerXSplineContour(module);
-    registerXControlPoint(module);
-    registerBezierControlPointData(module);
-    registerBezierContour(module);
-    registerBezierControlPoint(module);
-    registerRenderStabilizeOperation(module);
-    registerRenderInsertOperation(module);
-    registerLayerGroup(module);
-    registerStreamInfo(module);
-    registerProgressWatcher(module);
-    registerProject(module);
-    registerColorParameters(module);
-    registerClip(module);
+    std::apply([module](const auto&... row) { (registerIfClass(module, row), ...); }, typeRows);
 }
 
 void publish(PyObject* module)

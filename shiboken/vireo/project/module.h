@@ -18,43 +18,70 @@ namespace vireo {
 extern PyTypeObject* types[SBK_project_IDX_COUNT];
 extern SbkConverter* converters[SBK_project_CONVERTERS_IDX_COUNT];
 
-template <TypePlace typePlace, binding::Kind typeKind>
-struct AtPlace
+// One type of the module: the kind decides how its values cross between Python and the library.
+template <class T>
+struct TypeRow
 {
-    static constexpr binding::Kind kind = typeKind;
-    static constexpr PyTypeObject** place() { return &types[typePlace]; }
-    static PyTypeObject* type() { return types[typePlace]; }
+    binding::Kind kind;
+    TypePlace place;
+    const char* name;
 };
-template <TypePlace place>
-using ValueAt = AtPlace<place, binding::Kind::Value>;
-template <TypePlace place>
-using ObjectAt = AtPlace<place, binding::Kind::Object>;
-template <TypePlace place>
-using EnumerationAt = AtPlace<place, binding::Kind::Enumeration>;
 
-// Each enters its class in the module: its type, converter, names and properties.
-void registerBezierContour(PyObject* module);
-void registerBezierControlPoint(PyObject* module);
-void registerBezierControlPointData(PyObject* module);
-void registerClip(PyObject* module);
-void registerColorParameters(PyObject* module);
-void registerLayer(PyObject* module);
-void registerLayerGroup(PyObject* module);
-void registerParameter(PyObject* module);
-void registerParameterSet(PyObject* module);
-void registerProgressWatcher(PyObject* module);
-void registerProject(PyObject* module);
-void registerRenderInsertOperation(PyObject* module);
-void registerRenderOperation(PyObject* module);
-void registerRenderRemoveOperation(PyObject* module);
-void registerRenderStabilizeOperation(PyObject* module);
-void registerStreamInfo(PyObject* module);
-void registerUndoGroup(PyObject* module);
-void registerView(PyObject* module);
-void registerViewInfo(PyObject* module);
-void registerXControlPoint(PyObject* module);
-void registerXControlPointData(PyObject* module);
-void registerXSplineContour(PyObject* module);
+template <class T>
+constexpr TypeRow<T> valueType(TypePlace place, const char* name)
+{
+    return {binding::Kind::Value, place, name};
+}
+template <class T>
+constexpr TypeRow<T> objectType(TypePlace place, const char* name)
+{
+    return {binding::Kind::Object, place, name};
+}
+template <class T>
+constexpr TypeRow<T> enumerationType(TypePlace place, const char* name)
+{
+    return {binding::Kind::Enumeration, place, name};
+}
+
+// All of them, in the order in which they are registered. A base class comes before those derived from it, and the
+// classes before the enumerations; beyond that the order is free, and fixed.
+constexpr std::tuple typeRows{
+    valueType<UndoGroup>(SBK_UNDOGROUP_IDX, "vireo.project.UndoGroup"),
+    valueType<ParameterSet>(SBK_PARAMETERSET_IDX, "vireo.project.ParameterSet"),
+    valueType<View>(SBK_VIEW_IDX, "vireo.project.View"),
+    valueType<Parameter>(SBK_PARAMETER_IDX, "vireo.project.Parameter"),
+    valueType<ViewInfo>(SBK_VIEWINFO_IDX, "vireo.project.ViewInfo"),
+    objectType<RenderOperation>(SBK_RENDEROPERATION_IDX, "vireo.project.RenderOperation"),
+    objectType<RenderRemoveOperation>(SBK_RENDERREMOVEOPERATION_IDX, "vireo.project.RenderRemoveOperation"),
+    valueType<Layer>(SBK_LAYER_IDX, "vireo.project.Layer"),
+    valueType<XControlPointData>(SBK_XCONTROLPOINTDATA_IDX, "vireo.project.XControlPointData"),
+    valueType<XSplineContour>(SBK_XSPLINECONTOUR_IDX, "vireo.project.XSplineContour"),
+    valueType<XControlPoint>(SBK_XCONTROLPOINT_IDX, "vireo.project.XControlPoint"),
+    valueType<BezierControlPointData>(SBK_BEZIERCONTROLPOINTDATA_IDX, "vireo.project.BezierControlPointData"),
+    valueType<BezierContour>(SBK_BEZIERCONTOUR_IDX, "vireo.project.BezierContour"),
+    valueType<BezierControlPoint>(SBK_BEZIERCONTROLPOINT_IDX, "vireo.project.BezierControlPoint"),
+    objectType<RenderStabilizeOperation>(SBK_RENDERSTABILIZEOPERATION_IDX, "vireo.project.RenderStabilizeOperation"),
+    objectType<RenderInsertOperation>(SBK_RENDERINSERTOPERATION_IDX, "vireo.project.RenderInsertOperation"),
+    valueType<LayerGroup>(SBK_LAYERGROUP_IDX, "vireo.project.LayerGroup"),
+    valueType<StreamInfo>(SBK_STREAMINFO_IDX, "vireo.project.StreamInfo"),
+    objectType<ProgressWatcher>(SBK_PROGRESSWATCHER_IDX, "vireo.project.ProgressWatcher"),
+    objectType<Project>(SBK_PROJECT_IDX, "vireo.project.Project"),
+    objectType<ColorParameters>(SBK_COLORPARAMETERS_IDX, "vireo.project.ColorParameters"),
+    objectType<Clip>(SBK_CLIP_IDX, "vireo.project.Clip"),
+    enumerationType<InterlaceMode>(SBK_INTERLACEMODE_IDX, "vireo.project.InterlaceMode"),
+    enumerationType<Colorspace>(SBK_COLORSPACE_IDX, "vireo.project.Colorspace"),
+    enumerationType<ColorizeOutput>(SBK_COLORIZEOUTPUT_IDX, "vireo.project.ColorizeOutput"),
+    enumerationType<ColorConversion>(SBK_COLORCONVERSION_IDX, "vireo.project.ColorConversion")};
+static_assert(std::tuple_size_v<decltype(typeRows)> == SBK_project_IDX_COUNT, "a place without a type");
+
+template <class T, class Rows = decltype(typeRows)>
+constexpr bool isListed = false;
+template <class T, class... Listed>
+constexpr bool isListed<T, const std::tuple<TypeRow<Listed>...>> = (std::is_same_v<T, Listed> || ...);
+
+// The table of a class, which its own file gives.
+template <class T>
+binding::ClassTable tableOf();
 
 // Enter the module's own converters, and its enumerations (false when one cannot be made; the error stays pending).
 void registerConverters();
@@ -68,135 +95,14 @@ void translateLibraryException(const std::exception& caught);
 
 namespace binding {
 
-template <>
-struct Wrapped<BezierContour> : vireo::ValueAt<vireo::SBK_BEZIERCONTOUR_IDX>
+template <class T>
+struct Wrapped<T, std::enable_if_t<vireo::isListed<T>>>
 {
-    static constexpr const char* name = "vireo.project.BezierContour";
-};
-template <>
-struct Wrapped<BezierControlPoint> : vireo::ValueAt<vireo::SBK_BEZIERCONTROLPOINT_IDX>
-{
-    static constexpr const char* name = "vireo.project.BezierControlPoint";
-};
-template <>
-struct Wrapped<BezierControlPointData> : vireo::ValueAt<vireo::SBK_BEZIERCONTROLPOINTDATA_IDX>
-{
-    static constexpr const char* name = "vireo.project.BezierControlPointData";
-};
-template <>
-struct Wrapped<Clip> : vireo::ObjectAt<vireo::SBK_CLIP_IDX>
-{
-    static constexpr const char* name = "vireo.project.Clip";
-};
-template <>
-struct Wrapped<ColorConversion> : vireo::EnumerationAt<vireo::SBK_COLORCONVERSION_IDX>
-{
-    static constexpr const char* name = "vireo.project.ColorConversion";
-};
-template <>
-struct Wrapped<ColorParameters> : vireo::ObjectAt<vireo::SBK_COLORPARAMETERS_IDX>
-{
-    static constexpr const char* name = "vireo.project.ColorParameters";
-};
-template <>
-struct Wrapped<ColorizeOutput> : vireo::EnumerationAt<vireo::SBK_COLORIZEOUTPUT_IDX>
-{
-    static constexpr const char* name = "vireo.project.ColorizeOutput";
-};
-template <>
-struct Wrapped<Colorspace> : vireo::EnumerationAt<vireo::SBK_COLORSPACE_IDX>
-{
-    static constexpr const char* name = "vireo.project.Colorspace";
-};
-template <>
-struct Wrapped<InterlaceMode> : vireo::EnumerationAt<vireo::SBK_INTERLACEMODE_IDX>
-{
-    static constexpr const char* name = "vireo.project.InterlaceMode";
-};
-template <>
-struct Wrapped<Layer> : vireo::ValueAt<vireo::SBK_LAYER_IDX>
-{
-    static constexpr const char* name = "vireo.project.Layer";
-};
-template <>
-struct Wrapped<LayerGroup> : vireo::ValueAt<vireo::SBK_LAYERGROUP_IDX>
-{
-    static constexpr const char* name = "vireo.project.LayerGroup";
-};
-template <>
-struct Wrapped<Parameter> : vireo::ValueAt<vireo::SBK_PARAMETER_IDX>
-{
-    static constexpr const char* name = "vireo.project.Parameter";
-};
-template <>
-struct Wrapped<ParameterSet> : vireo::ValueAt<vireo::SBK_PARAMETERSET_IDX>
-{
-    static constexpr const char* name = "vireo.project.ParameterSet";
-};
-template <>
-struct Wrapped<ProgressWatcher> : vireo::ObjectAt<vireo::SBK_PROGRESSWATCHER_IDX>
-{
-    static constexpr const char* name = "vireo.project.ProgressWatcher";
-};
-template <>
-struct Wrapped<Project> : vireo::ObjectAt<vireo::SBK_PROJECT_IDX>
-{
-    static constexpr const char* name = "vireo.project.Project";
-};
-template <>
-struct Wrapped<RenderInsertOperation> : vireo::ObjectAt<vireo::SBK_RENDERINSERTOPERATION_IDX>
-{
-    static constexpr const char* name = "vireo.project.RenderInsertOperation";
-};
-template <>
-struct Wrapped<RenderOperation> : vireo::ObjectAt<vireo::SBK_RENDEROPERATION_IDX>
-{
-    static constexpr const char* name = "vireo.project.RenderOperation";
-};
-template <>
-struct Wrapped<RenderRemoveOperation> : vireo::ObjectAt<vireo::SBK_RENDERREMOVEOPERATION_IDX>
-{
-    static constexpr const char* name = "vireo.project.RenderRemoveOperation";
-};
-template <>
-struct Wrapped<RenderStabilizeOperation> : vireo::ObjectAt<vireo::SBK_RENDERSTABILIZEOPERATION_IDX>
-{
-    static constexpr const char* name = "vireo.project.RenderStabilizeOperation";
-};
-template <>
-struct Wrapped<StreamInfo> : vireo::ValueAt<vireo::SBK_STREAMINFO_IDX>
-{
-    static constexpr const char* name = "vireo.project.StreamInfo";
-};
-template <>
-struct Wrapped<UndoGroup> : vireo::ValueAt<vireo::SBK_UNDOGROUP_IDX>
-{
-    static constexpr const char* name = "vireo.project.UndoGroup";
-};
-template <>
-struct Wrapped<View> : vireo::ValueAt<vireo::SBK_VIEW_IDX>
-{
-    static constexpr const char* name = "vireo.project.View";
-};
-template <>
-struct Wrapped<ViewInfo> : vireo::ValueAt<vireo::SBK_VIEWINFO_IDX>
-{
-    static constexpr const char* name = "vireo.project.ViewInfo";
-};
-template <>
-struct Wrapped<XControlPoint> : vireo::ValueAt<vireo::SBK_XCONTROLPOINT_IDX>
-{
-    static constexpr const char* name = "vireo.project.XControlPoint";
-};
-template <>
-struct Wrapped<XControlPointData> : vireo::ValueAt<vireo::SBK_XCONTROLPOINTDATA_IDX>
-{
-    static constexpr const char* name = "vireo.project.XControlPointData";
-};
-template <>
-struct Wrapped<XSplineContour> : vireo::ValueAt<vireo::SBK_XSPLINECONTOUR_IDX>
-{
-    static constexpr const char* name = "vireo.project.XSplineContour";
+    static constexpr vireo::TypeRow<T> row = std::get<vireo::TypeRow<T>>(vireo::typeRows);
+    static constexpr Kind kind = row.kind;
+    static constexpr const char* name = row.name;
+    static constexpr PyTypeObject** place() { return &vireo::types[row.place]; }
+    static PyTypeObject* type() { return vireo::types[row.place]; }
 };
 
 // A Python int is taken wherever a view is.

@@ -93,22 +93,23 @@ PyObject* subscript(PyObject* self, PyObject* key)
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<ParameterSetWrapper, const ParameterSet&>));
 
-constexpr auto members = classTable(noArguments("isNull", lockedOperation<&isNull<ParameterSet>>),
+constexpr auto members = memberTable(noArguments("isNull", lockedOperation<&isNull<ParameterSet>>),
 
-                                    property("name_components", operation<&ParameterSet::get_name_components>),
-                                    property("parameters", operation<&ParameterSet::get_parameters>),
-                                    property("subsets", operation<&ParameterSet::get_subsets>),
-                                    property("keyframes", operation<&ParameterSet::get_keyframes>),
-                                    property("display_name", operation<&ParameterSet::get_display_name>),
-                                    property("script_name", operation<&ParameterSet::get_script_name>));
+                                     property("name_components", operation<&ParameterSet::get_name_components>),
+                                     property("parameters", operation<&ParameterSet::get_parameters>),
+                                     property("subsets", operation<&ParameterSet::get_subsets>),
+                                     property("keyframes", operation<&ParameterSet::get_keyframes>),
+                                     property("display_name", operation<&ParameterSet::get_display_name>),
+                                     property("script_name", operation<&ParameterSet::get_script_name>));
 
 } // namespace
 
-void vireo::registerParameterSet(PyObject* module)
+template <>
+ClassTable vireo::tableOf<ParameterSet>()
 {
     ClassTable set = handleClass<ParameterSet, ParameterSetWrapper, making, members>();
     set.compare = &ComparisonOf<ParameterSet, Equal | NotEqual>::compare;
     set.hash = &hash<ParameterSet>;
     set.subscript = &subscript;
-    registerClass(module, set);
+    return set;
 }

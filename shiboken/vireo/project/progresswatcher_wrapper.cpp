@@ -20,7 +20,8 @@ constexpr std::tuple<> members;
 
 } // namespace
 
-void vireo::registerProgressWatcher(PyObject* module)
+template <>
+ClassTable vireo::tableOf<ProgressWatcher>()
 {
-    registerClass(module, qtObjectClass<ProgressWatcher, ProgressWatcherWrapper, making, members>());
+    return qtObjectClass<ProgressWatcher, ProgressWatcherWrapper, making, members>();
 }

@@ -19,7 +19,7 @@ constexpr auto making =
                            optional<Progressive>("interlace_mode"), optional<NoParent>("parent")),
                  signature(constructs<ProjectWrapper, QString, QObject*>, optional<NoParent>("parent")));
 
-constexpr auto members = classTable(
+constexpr auto members = memberTable(
     positional("add_clip", operation<&Project::add_clip>),
     keywords("add_layer", operation<&Project::add_layer>, optional<NewLayer>("name"), optional<Zero>("frame_number"),
              optional<Zero>("view")),
@@ -58,9 +58,10 @@ constexpr auto members = classTable(
 
 } // namespace
 
-void vireo::registerProject(PyObject* module)
+template <>
+ClassTable vireo::tableOf<Project>()
 {
     ClassTable project = qtObjectClass<Project, ProjectWrapper, making, members>();
     project.compare = &ComparisonOf<Project, Equal | NotEqual>::compare;
-    registerClass(module, project);
+    return project;
 }

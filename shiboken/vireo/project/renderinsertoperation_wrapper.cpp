@@ -4,7 +4,8 @@
 class RenderInsertOperationWrapper : public binding::Wrapper<RenderInsertOperation>
 {};
 
-void vireo::registerRenderInsertOperation(PyObject* module)
+template <>
+binding::ClassTable vireo::tableOf<RenderInsertOperation>()
 {
-    registerRenderOperationKind<RenderInsertOperation, RenderInsertOperationWrapper>(module);
+    return renderOperationTable<RenderInsertOperation, RenderInsertOperationWrapper>();
 }

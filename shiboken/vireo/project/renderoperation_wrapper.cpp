@@ -9,12 +9,13 @@ class RenderOperationWrapper : public Wrapper<RenderOperation>
 namespace {
 
 constexpr auto members =
-    classTable(property("progress_watcher", operation<&RenderOperation::get_progress_watcher, ReleasedResult>));
+    memberTable(property("progress_watcher", operation<&RenderOperation::get_progress_watcher, ReleasedResult>));
 
 } // namespace
 
-void vireo::registerRenderOperation(PyObject* module)
+template <>
+ClassTable vireo::tableOf<RenderOperation>()
 {
     ClassTable base = abstractClass<RenderOperation, RenderOperationWrapper, members>();
-    registerClass(module, base);
+    return base;
 }

@@ -13,11 +13,11 @@ constexpr auto renderOperationMaking = binding::constructors(binding::Form::Igno
 constexpr std::tuple<> noMembers;
 
 template <class T, class TWrapper>
-void registerRenderOperationKind(PyObject* module)
+binding::ClassTable renderOperationTable()
 {
     binding::ClassTable kind = binding::objectClass<T, TWrapper, renderOperationMaking<TWrapper>, noMembers>();
     kind.base = binding::wrapperType<RenderOperation>();
-    binding::registerClass(module, kind);
+    return kind;
 }
 
 } // namespace vireo

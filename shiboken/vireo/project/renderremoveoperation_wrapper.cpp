@@ -4,7 +4,8 @@
 class RenderRemoveOperationWrapper : public binding::Wrapper<RenderRemoveOperation>
 {};
 
-void vireo::registerRenderRemoveOperation(PyObject* module)
+template <>
+binding::ClassTable vireo::tableOf<RenderRemoveOperation>()
 {
-    registerRenderOperationKind<RenderRemoveOperation, RenderRemoveOperationWrapper>(module);
+    return renderOperationTable<RenderRemoveOperation, RenderRemoveOperationWrapper>();
 }

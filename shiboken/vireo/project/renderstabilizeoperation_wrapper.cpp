@@ -4,7 +4,8 @@
 class RenderStabilizeOperationWrapper : public binding::Wrapper<RenderStabilizeOperation>
 {};
 
-void vireo::registerRenderStabilizeOperation(PyObject* module)
+template <>
+binding::ClassTable vireo::tableOf<RenderStabilizeOperation>()
 {
-    registerRenderOperationKind<RenderStabilizeOperation, RenderStabilizeOperationWrapper>(module);
+    return renderOperationTable<RenderStabilizeOperation, RenderStabilizeOperationWrapper>();
 }

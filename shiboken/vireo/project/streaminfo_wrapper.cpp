@@ -21,7 +21,7 @@ constexpr auto making = constructors(Form::AtMost,
                                                optional<UnknownFrame>("end_frame"), optional<Zero>("index_width")),
                                      testedFirst(signature(constructs<StreamInfoWrapper, const StreamInfo&>)));
 
-constexpr auto members = classTable(
+constexpr auto members = memberTable(
     property("path", operation<&StreamInfo::get_path>, operation<&StreamInfo::set_path>),
     property("prefix", operation<&StreamInfo::get_prefix>, operation<&StreamInfo::set_prefix>),
     property("suffix", operation<&StreamInfo::get_suffix>, operation<&StreamInfo::set_suffix>),
@@ -31,9 +31,10 @@ constexpr auto members = classTable(
 
 } // namespace
 
-void vireo::registerStreamInfo(PyObject* module)
+template <>
+ClassTable vireo::tableOf<StreamInfo>()
 {
     ClassTable info = valueClass<StreamInfo, StreamInfoWrapper, making, members>();
     info.repr = &textOf<StreamInfo, &StreamInfo::__repr__>;
-    registerClass(module, info);
+    return info;
 }

@@ -24,14 +24,15 @@ void leave(PyObject*, UndoGroup& group, PyObject*, PyObject* exception, PyObject
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<UndoGroupWrapper, const UndoGroup&>));
 
-constexpr auto members = classTable(
+constexpr auto members = memberTable(
     noArguments("__enter__", operation<&UndoGroup::begin>), positional("__exit__", lockedOperation<&leave>),
     noArguments("commit", operation<&UndoGroup::commit>), noArguments("rollback", operation<&UndoGroup::rollback>),
     noArguments("undo", operation<&UndoGroup::undo>), noArguments("redo", operation<&UndoGroup::redo>));
 
 } // namespace
 
-void vireo::registerUndoGroup(PyObject* module)
+template <>
+ClassTable vireo::tableOf<UndoGroup>()
 {
-    registerClass(module, valueClass<UndoGroup, UndoGroupWrapper, making, members>());
+    return valueClass<UndoGroup, UndoGroupWrapper, making, members>();
 }

@@ -15,16 +15,17 @@ constexpr auto making =
     constructors(Form::CopyOnly, signature(constructs<ViewWrapper>), signature(constructs<ViewWrapper, const View&>),
                  testedFirst(signature(constructs<ViewWrapper, int>)));
 
-constexpr auto members = classTable(property("id", operation<&View::get_id>));
+constexpr auto members = memberTable(property("id", operation<&View::get_id>));
 
 } // namespace
 
-void vireo::registerView(PyObject* module)
+template <>
+ClassTable vireo::tableOf<View>()
 {
     ClassTable view = valueClass<View, ViewWrapper, making, members>();
     view.compare = &ComparisonOf<View, Equal | Less>::compare;
     view.hash = &hash<View>;
     view.repr = &textOf<View, &View::__repr__>;
     view.str = &textOf<View, &View::__str__>;
-    registerClass(module, view);
+    return view;
 }

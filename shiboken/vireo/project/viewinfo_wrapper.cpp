@@ -20,16 +20,17 @@ constexpr auto making =
                  signature(constructs<ViewInfoWrapper, const ViewInfo&>));
 
 constexpr auto members =
-    classTable(property("name", operation<&ViewInfo::get_name>, operation<&ViewInfo::set_name>),
-               property("abbr", operation<&ViewInfo::get_abbr>, operation<&ViewInfo::set_abbr>),
-               property("color", operation<&ViewInfo::get_color>, operation<&ViewInfo::set_color>));
+    memberTable(property("name", operation<&ViewInfo::get_name>, operation<&ViewInfo::set_name>),
+                property("abbr", operation<&ViewInfo::get_abbr>, operation<&ViewInfo::set_abbr>),
+                property("color", operation<&ViewInfo::get_color>, operation<&ViewInfo::set_color>));
 
 } // namespace
 
-void vireo::registerViewInfo(PyObject* module)
+template <>
+ClassTable vireo::tableOf<ViewInfo>()
 {
     ClassTable info = valueClass<ViewInfo, ViewInfoWrapper, making, members>();
     info.compare = &ComparisonOf<ViewInfo, Equal>::compare;
     info.repr = &textOf<ViewInfo, &ViewInfo::__repr__>;
-    registerClass(module, info);
+    return info;
 }

@@ -12,7 +12,6 @@ public:
 namespace {
 
 using namespace vireo::defaults;
-typedef vireo::ControlPointTable<XControlPoint, XControlPointData> Tables;
 
 void setMasterPoint(PyObject*, XControlPoint& point, PyObject* master, float time, View view)
 {
@@ -21,13 +20,14 @@ void setMasterPoint(PyObject*, XControlPoint& point, PyObject* master, float tim
 
 constexpr auto making = constructors(Form::CopyOnly, signature(constructs<XControlPointWrapper, const XControlPoint&>));
 
-constexpr auto members =
-    classTable(Tables::common, classTable(keywords("set_master_point", lockedOperation<&setMasterPoint>,
-                                                   optional<ZeroFloat>("time"), optional<FirstViewTight>("view"))));
+constexpr auto members = memberTable(vireo::controlPointMembers<XControlPoint>,
+                                     keywords("set_master_point", lockedOperation<&setMasterPoint>,
+                                              optional<ZeroFloat>("time"), optional<FirstViewTight>("view")));
 
 } // namespace
 
-void vireo::registerXControlPoint(PyObject* module)
+template <>
+ClassTable vireo::tableOf<XControlPoint>()
 {
-    registerControlPoint<XControlPoint, XControlPointWrapper, making, members>(module);
+    return controlPointTable<XControlPoint, XControlPointWrapper, making, members>();
 }

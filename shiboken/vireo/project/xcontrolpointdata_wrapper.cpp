@@ -24,15 +24,16 @@ constexpr auto making =
                            optional<UnsetFloat>("edge_width"), optional<UnsetFloat>("edge_angle_ratio")),
                  testedFirst(signature(constructs<XControlPointDataWrapper, const Data&>)));
 
-constexpr auto members =
-    classTable(vireo::leadingFields<Data>,
-               property("weight", operation<&Data::get_weight>, operation<&Data::set_weight>), vireo::edgeFields<Data>);
+constexpr auto members = memberTable(vireo::leadingFields<Data>,
+                                     property("weight", operation<&Data::get_weight>, operation<&Data::set_weight>),
+                                     vireo::edgeFields<Data>);
 
 } // namespace
 
-void vireo::registerXControlPointData(PyObject* module)
+template <>
+ClassTable vireo::tableOf<XControlPointData>()
 {
     ClassTable data = valueClass<Data, XControlPointDataWrapper, making, members>();
     data.compare = &ComparisonOf<Data, Equal>::compare;
-    registerClass(module, data);
+    return data;
 }

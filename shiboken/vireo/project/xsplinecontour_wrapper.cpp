@@ -16,13 +16,14 @@ using namespace vireo::defaults;
 constexpr auto making =
     constructors(Form::CopyOnly, signature(constructs<XSplineContourWrapper, const XSplineContour&>));
 
-constexpr auto members = classTable(
-    vireo::ContourTable<XSplineContour>::common,
-    classTable(keywords("insert_point", operation<&XSplineContour::insert_point>, optional<LibraryView>("view"))));
+constexpr auto members =
+    memberTable(vireo::contourMembers<XSplineContour>,
+                keywords("insert_point", operation<&XSplineContour::insert_point>, optional<LibraryView>("view")));
 
 } // namespace
 
-void vireo::registerXSplineContour(PyObject* module)
+template <>
+ClassTable vireo::tableOf<XSplineContour>()
 {
-    registerContour<XSplineContour, XSplineContourWrapper, making, members>(module);
+    return contourTable<XSplineContour, XSplineContourWrapper, making, members>();
 }
