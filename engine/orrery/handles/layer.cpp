@@ -3,7 +3,7 @@
 
 #include <cmath>
 #include <engine/handles/layer_items.h>
-#include <orrery/layer_group.h>
+#include <orrery/layer.h>
 
 using namespace orrery;
 
@@ -109,7 +109,7 @@ boost::optional<Layer> Layer::get_link_to_track()
     const LockedItem<Stratum::LayerModel> layer(handledObject());
     if (!layer->trackedWith())
         return boost::none;
-    return handleOf(*layer->trackedWith());
+    return Layer(boost::static_pointer_cast<STRM_Layer>(layer->trackedWith()->shared_from_this()), m_manager);
 }
 
 void Layer::set_link_to_track(const boost::optional<Layer>& layer)
@@ -136,12 +136,6 @@ void Layer::remove()
     ItemEdit edit(Stratum::model(*self));
     Stratum::removeLayer(edit, Stratum::model(*self));
     edit.commit();
-}
-
-void Layer::set_parent(LayerGroup* group, unsigned int index)
-{
-    const boost::shared_ptr<STRM_Layer> self = handledObject();
-    moveInto("group", group, Stratum::model(*self), index);
 }
 
 Parameter Layer::parameter(const QStringList& name_components)

@@ -1,6 +1,6 @@
-// Groups of layers.
+// Groups of layers, and how a layer moves into one and out of it.
+#include <engine/handles/layer_handles.h>
 #include <engine/handles/layer_items.h>
-#include <orrery/layer_group.h>
 
 using namespace orrery;
 
@@ -14,12 +14,39 @@ LayerGroup::~LayerGroup() = default;
 
 bool LayerGroup::isNull() const { return isGone(m_object, m_manager); }
 
+// ---- Members ----
+
+namespace {
+
+// Into the group at that place, or to the top of the project for null.
+void moveInto(LayerGroup* group, Stratum::LayerModel& layer, unsigned int index)
+{
+    const boost::shared_ptr<Stratum::LayerGroup> object =
+        group ? argumentObject<Stratum::LayerGroup>("group", *group) : boost::shared_ptr<Stratum::LayerGroup>();
+    Stratum::GroupModel* const target = object ? &Stratum::model(*object) : nullptr;
+    if (target)
+        requireSameProject("group", *target, layer.manager());
+    ItemEdit edit(layer);
+    if (target)
+        target->requirePresent();
+    Stratum::moveLayer(edit, layer, target, index);
+    edit.commit();
+}
+
+} // namespace
+
 void LayerGroup::insert_child(Layer layer, unsigned int index)
 {
     const boost::shared_ptr<Stratum::LayerGroup> self = handledObject();
     const boost::shared_ptr<STRM_Layer> child = argumentObject<STRM_Layer>("layer", layer);
     requireSameProject("layer", Stratum::model(*child), Stratum::model(*self).manager());
-    moveInto("group", this, Stratum::model(*child), index);
+    moveInto(this, Stratum::model(*child), index);
+}
+
+void Layer::set_parent(LayerGroup* group, unsigned int index)
+{
+    const boost::shared_ptr<STRM_Layer> self = handledObject();
+    moveInto(group, Stratum::model(*self), index);
 }
 
 QVector<Layer> LayerGroup::find_layers(const QString& text)

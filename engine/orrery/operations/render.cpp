@@ -5,6 +5,7 @@
 
 #include <engine/clips/project_clip.h>
 #include <engine/errors/message.h>
+#include <engine/handles/layer_handles.h>
 #include <engine/handles/layer_items.h>
 #include <engine/project/clips.h>
 

@@ -1,5 +1,6 @@
 // What a project contains: layers, groups and parameters.
 #include <algorithm>
+#include <engine/handles/layer_handles.h>
 #include <engine/handles/layer_items.h>
 #include <engine/project/data.h>
 #include <orrery/clip.h>

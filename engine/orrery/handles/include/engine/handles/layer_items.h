@@ -2,7 +2,6 @@
 #pragma once
 
 #include <engine/handles/presence.h>
-#include <orrery/layer_group.h>
 #include <type_traits>
 #include <utility>
 
@@ -38,17 +37,6 @@ public:
     explicit ItemEdit(Stratum::TreeItem& item) : Edit(item.manager()) { item.requirePresent(); }
 };
 
-inline Layer handleOf(Stratum::LayerModel& layer)
-{
-    return Layer(boost::static_pointer_cast<STRM_Layer>(layer.shared_from_this()), layer.manager().shared_from_this());
-}
-
-inline LayerGroup handleOf(Stratum::GroupModel& group)
-{
-    return LayerGroup(boost::static_pointer_cast<Stratum::LayerGroup>(group.shared_from_this()),
-                      group.manager().shared_from_this());
-}
-
 // The object of a handle that was passed as an argument: STRM_BadArgument for a null one.
 template <class T>
 boost::shared_ptr<T> argumentObject(const char* argument, const PyHandle<T>& handle)
@@ -62,9 +50,6 @@ boost::shared_ptr<T> argumentObject(const char* argument, const PyHandle<T>& han
 }
 
 void requireSameProject(const char* argument, const Stratum::TreeItem& item, const STRM_ProjectManager& manager);
-
-// Into the group at that place, or to the top of the project for null.
-void moveInto(const char* argument, LayerGroup* group, Stratum::LayerModel& layer, unsigned int index);
 
 // ---- Settings ----
 
