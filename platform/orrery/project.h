@@ -33,7 +33,8 @@ public:
     // project of 100 frames at 24 frames per second with one view.
     Project(QString file, QObject* parent);
     // A new project with the size, rate, length and views of a clip, which becomes its default trackable clip (the
-    // project makes its own of it); null makes an empty project.
+    // project makes its own of it), and whose streams serve the views in their order; null makes an empty project. A
+    // rate or a number of views that no project takes is refused as by set_frame_rate() and set_views().
     Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent);
     ~Project();
 
@@ -96,7 +97,8 @@ public:
     // Reports tracking and exports; owned by the project.
     ProgressWatcher* get_progress_watcher() const;
 
-    // The views, that with id 0 first; at least one, with names and abbreviations of their own.
+    // The views, that with id 0 first; 1 to 1000, with names and abbreviations of their own. Views of clips that were
+    // mapped to a view that goes are mapped no more.
     QVector<ViewInfo> get_views();
     void set_views(const QVector<ViewInfo>& views);
     // The view that the library's default view stands for.

@@ -2,7 +2,6 @@
 
 #include "color_link.h"
 
-#include <cmath>
 #include <engine/clips/data.h>
 #include <engine/clips/footage.h>
 #include <engine/errors/message.h>
@@ -14,44 +13,27 @@ using namespace orrery;
 
 namespace {
 
-constexpr unsigned int mostPixels = 65536; // in a row, and rows
-
-void requireOrder(unsigned int first, unsigned int last)
-{
-    if (first != unknownFrame && last != unknownFrame && first > last)
-        raise<STRM_BadArgument>(text("The first frame of a stream, %1, comes after its last, %2", first, last));
-}
-
-void requireSize(unsigned int width, unsigned int height, unsigned int least)
-{
-    if (width < least || height < least)
-        raise<STRM_BadArgument>(text("A frame size of %1 x %2 pixels is no size", width, height));
-    if (width > mostPixels || height > mostPixels)
-        raise<STRM_OutOfRange>(text("A frame size of %1 x %2 pixels is more than %3 x %3", width, height, mostPixels));
-}
+void requireOrder(unsigned int first, unsigned int last) { requireFit<&Stream::last>(Stream{{}, first, last}); }
 
 // The description as a clip keeps it: checked, its folder absolute, and unknown numbers as they are on disk.
 StreamInfo checked(const StreamInfo& info)
 {
-    requireText("path", info.get_path());
-    requireText("prefix", info.get_prefix());
-    requireText("suffix", info.get_suffix());
+    require("path", Knob::checkPath(info.get_path()));
     if (info.get_path().isEmpty())
-        raise<STRM_BadArgument>(text("The description of a stream has no path"));
-    if ((info.get_prefix() + info.get_suffix()).contains(QLatin1Char('/')))
-        raise<STRM_BadArgument>(text("The prefix and the suffix of a stream are parts of a file name, not %1 and %2",
-                                     quoted(info.get_prefix()), quoted(info.get_suffix())));
-    if (info.get_index_width() > 32)
-        raise<STRM_OutOfRange>(text("A frame number of %1 digits is longer than 32", info.get_index_width()));
-    requireOrder(info.get_start_frame(), info.get_end_frame());
-    const StreamInfo found = foundOnDisk(describe(nameOf(info), info.get_start_frame(), info.get_end_frame()));
+        raise<STRM_BadArgument>(text("path: the description of a stream has no path"));
+    const StreamInfo absolute = describe(nameOf(info), info.get_start_frame(), info.get_end_frame());
+    const SequenceName name = nameOf(absolute);
+    Knob::forEachField<SequenceName>(
+        [&name](const auto& field) { require(field.name, field.problemOf(name.*field.member)); });
+    requireOrder(absolute.get_start_frame(), absolute.get_end_frame());
+    const StreamInfo found = foundOnDisk(absolute);
     requireOrder(found.get_start_frame(), found.get_end_frame());
     return found;
 }
 
 StreamInfo located(const QString& location, unsigned int start, unsigned int end, bool validate)
 {
-    requireText("location", location);
+    require("location", Knob::checkPath(location));
     requireOrder(start, end);
     return checked(describe(parseLocation(location, validate), start, end));
 }
@@ -82,10 +64,9 @@ Clip::Clip(const QString& location, const QString& clip_name, bool validate, uns
            unsigned int length, QObject* parent)
     : QObject(parent), m_data(new Data(*this))
 {
-    requireText("clip_name", clip_name);
-    requireSize(width, height, 0);
-    if (length == unknownFrame)
-        raise<STRM_OutOfRange>(text("A length of %1 frames is too long", length));
+    require("clip_name", checkClipName(clip_name));
+    requireField<&ClipState::size>(FrameSize(width, height));
+    requireField<&ClipState::length>(length);
     ClipState state;
     state.name = clip_name;
     state.size = {width, height};
@@ -225,7 +206,9 @@ QPair<unsigned int, unsigned int> Clip::get_frame_size() { return footageSize(*m
 
 void Clip::set_frame_size(const QPair<unsigned int, unsigned int>& size)
 {
-    requireSize(size.first, size.second, 1);
+    requireField<&ClipState::size>(size);
+    if (!size.first || !size.second)
+        raise<STRM_BadArgument>(text("frame_size: %1 x %2 pixels is no size", size.first, size.second));
     m_data->change([&](ClipState& state) { state.size = size; }, m_data->settingChanged("frame_size"));
 }
 
@@ -233,8 +216,7 @@ float Clip::get_frame_rate() const { return m_data->state().frameRate; }
 
 void Clip::set_frame_rate(float rate)
 {
-    if (!std::isfinite(rate) || rate <= 0)
-        raise<STRM_BadArgument>(text("A frame rate of %1 is not greater than 0 and finite", rate));
+    requireField<&ClipState::frameRate>(rate);
     m_data->change([&](ClipState& state) { state.frameRate = rate; }, m_data->settingChanged("frame_rate"));
 }
 

@@ -10,8 +10,6 @@
 namespace orrery {
 namespace {
 
-using FrameSize = QPair<unsigned int, unsigned int>;
-
 bool isWhole(const FrameSize& size) { return size.first && size.second; }
 
 // What is not set is as it was found.

@@ -5,28 +5,9 @@
 #include <engine/errors/message.h>
 #include <engine/handles/access.h>
 #include <knob/view.h>
-#include <tuple>
 
 namespace orrery {
 namespace {
-
-auto fields(const ColorSettings& color)
-{
-    return std::tie(color.colorspace, color.conversion, color.offset, color.softclip, color.logReferenceWhite,
-                    color.logReferenceBlack, color.gamma);
-}
-
-auto fields(const Stream& stream)
-{
-    return std::tie(stream.name.folder, stream.name.prefix, stream.name.suffix, stream.name.indexWidth, stream.first,
-                    stream.last);
-}
-
-auto fields(const ClipState& state)
-{
-    return std::tie(state.name, state.mode, state.streams, state.mapping, state.size, state.length, state.frameRate,
-                    state.firstFrameOffset, state.color);
-}
 
 template <std::size_t count>
 std::array<Knob::Animation, count> initialValues(const Knob::Description (&table)[count])
@@ -41,9 +22,24 @@ constexpr double mostTimeOffset = 1e9;
 
 } // namespace
 
-bool ColorSettings::operator==(const ColorSettings& other) const { return fields(*this) == fields(other); }
-bool Stream::operator==(const Stream& other) const { return fields(*this) == fields(other); }
-bool ClipState::operator==(const ClipState& other) const { return fields(*this) == fields(other); }
+Knob::Problem fitFrames(const Stream& stream)
+{
+    if (!stream.isKnown() || stream.first <= stream.last)
+        return {};
+    return {Knob::Problem::Argument,
+            text("the first frame of a stream, %1, comes after its last, %2", stream.first, stream.last)};
+}
+
+Knob::Problem checkClipName(const QString& name) { return name.isEmpty() ? Knob::Problem() : Knob::checkName(name); }
+
+Knob::Problem checkFrameSize(const FrameSize& size)
+{
+    constexpr unsigned int most = 65536; // in a row, and rows
+    return size.first > most || size.second > most
+               ? Knob::Problem(Knob::Problem::Range,
+                               text("%1 x %2 pixels are more than %3 x %3", size.first, size.second, most))
+               : Knob::Problem();
+}
 
 Stream streamOf(const StreamInfo& info) { return {nameOf(info), info.get_start_frame(), info.get_end_frame()}; }
 

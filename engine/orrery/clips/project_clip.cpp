@@ -42,6 +42,25 @@ std::unique_ptr<Clip> copyForProject(const Clip& source, const QString& name,
 
 void renameNewClip(Clip& clip, const QString& name) { clip.data().model->state.name = name; }
 
+void mapInOrder(Clip& clip)
+{
+    ClipState& state = clip.data().model->state;
+    state.mapping.clear();
+    int view = 0;
+    for (const auto& stream : state.streams)
+        state.mapping[stream.first] = view++;
+}
+
+void unmapViewsFrom(Stratum::Edit& edit, Clip& clip, int first)
+{
+    ClipModel& model = *clip.data().model;
+    std::map<int, int> mapping;
+    for (const auto& entry : model.state.mapping)
+        if (entry.second < first)
+            mapping.insert(entry);
+    edit.assign(model.state.mapping, std::move(mapping), clip.data().settingChanged("view_mapping"));
+}
+
 QString lockedName(const Clip& clip) { return clip.data().model->state.name; }
 
 Knob::Branch& clipBranch(Clip& clip) { return *clip.data().model; }

@@ -155,12 +155,11 @@ ParameterSet Layer::parameter_set(const QStringList& name_components)
 QString Layer::get_name() { return LockedItem<Stratum::LayerModel>(handledObject())->name; }
 void Layer::set_name(const QString& name) { setName(handledObject(), name); }
 bool Layer::get_visibility() const { return LockedItem<Stratum::LayerModel>(handledObject())->visible; }
-void Layer::set_visibility(bool visible) { assign(handledObject(), &Stratum::TreeItem::visible, visible); }
+void Layer::set_visibility(bool visible) { assign<&Stratum::ItemSettings::visible>(handledObject(), visible); }
 Fundo::Colour3<float> Layer::get_matte_color() { return LockedItem<Stratum::LayerModel>(handledObject())->matteColor; }
 void Layer::set_matte_color(Fundo::Colour3<float> color)
 {
-    requireColor("matte_color", color);
-    assign(handledObject(), &Stratum::TreeItem::matteColor, color);
+    assign<&Stratum::ItemSettings::matteColor>(handledObject(), color);
 }
 Fundo::Colour3<float> Layer::get_stroke_color()
 {
@@ -168,15 +167,14 @@ Fundo::Colour3<float> Layer::get_stroke_color()
 }
 void Layer::set_stroke_color(Fundo::Colour3<float> color)
 {
-    requireColor("stroke_color", color);
-    assign(handledObject(), &Stratum::TreeItem::strokeColor, color);
+    assign<&Stratum::ItemSettings::strokeColor>(handledObject(), color);
 }
 bool Layer::get_locked() const { return LockedItem<Stratum::LayerModel>(handledObject())->locked; }
-void Layer::set_locked(bool locked) { assign(handledObject(), &Stratum::TreeItem::locked, locked); }
+void Layer::set_locked(bool locked) { assign<&Stratum::ItemSettings::locked>(handledObject(), locked); }
 int Layer::get_z_order() const { return zOrder(handledObject()); }
 void Layer::set_z_order(int z_order) { setZOrder(handledObject(), z_order); }
 bool Layer::get_selected() const { return LockedItem<Stratum::LayerModel>(handledObject())->selected; }
-void Layer::set_selected(bool selected) { assign(handledObject(), &Stratum::LayerModel::selected, selected); }
+void Layer::set_selected(bool selected) { assign<&Stratum::LayerSettings::selected>(handledObject(), selected); }
 
 bool Layer::operator==(const Layer& other) const { return identityOf(m_object) == identityOf(other.m_object); }
 

@@ -76,15 +76,14 @@ ParameterSet LayerGroup::parameter_set(const QStringList& name_components)
 QString LayerGroup::get_name() { return LockedItem<Stratum::GroupModel>(handledObject())->name; }
 void LayerGroup::set_name(const QString& name) { setName(handledObject(), name); }
 bool LayerGroup::get_visibility() const { return LockedItem<Stratum::GroupModel>(handledObject())->visible; }
-void LayerGroup::set_visibility(bool visible) { assign(handledObject(), &Stratum::TreeItem::visible, visible); }
+void LayerGroup::set_visibility(bool visible) { assign<&Stratum::ItemSettings::visible>(handledObject(), visible); }
 Fundo::Colour3<float> LayerGroup::get_matte_color()
 {
     return LockedItem<Stratum::GroupModel>(handledObject())->matteColor;
 }
 void LayerGroup::set_matte_color(Fundo::Colour3<float> color)
 {
-    requireColor("matte_color", color);
-    assign(handledObject(), &Stratum::TreeItem::matteColor, color);
+    assign<&Stratum::ItemSettings::matteColor>(handledObject(), color);
 }
 Fundo::Colour3<float> LayerGroup::get_stroke_color()
 {
@@ -92,11 +91,10 @@ Fundo::Colour3<float> LayerGroup::get_stroke_color()
 }
 void LayerGroup::set_stroke_color(Fundo::Colour3<float> color)
 {
-    requireColor("stroke_color", color);
-    assign(handledObject(), &Stratum::TreeItem::strokeColor, color);
+    assign<&Stratum::ItemSettings::strokeColor>(handledObject(), color);
 }
 bool LayerGroup::get_locked() const { return LockedItem<Stratum::GroupModel>(handledObject())->locked; }
-void LayerGroup::set_locked(bool locked) { assign(handledObject(), &Stratum::TreeItem::locked, locked); }
+void LayerGroup::set_locked(bool locked) { assign<&Stratum::ItemSettings::locked>(handledObject(), locked); }
 int LayerGroup::get_z_order() const { return zOrder(handledObject()); }
 void LayerGroup::set_z_order(int z_order) { setZOrder(handledObject(), z_order); }
 

@@ -33,6 +33,7 @@ Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Cli
 {
     std::vector<Clip*>& clips = project.manager->clips;
     renameNewClip(*clip, freeClipName(*project.manager, lockedName(*clip)));
+    unmapViewsFrom(edit, *clip, static_cast<int>(project.manager->settings.views.size()));
     project.ownClip(std::move(clip));
     const std::shared_ptr<Clip*> adopted = project.allClips.back();
     Stratum::Notices notices;

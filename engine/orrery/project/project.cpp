@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
-#include <cmath>
 #include <engine/clips/data.h>
 #include <engine/clips/project_clip.h>
 #include <engine/handles/access.h>
@@ -13,14 +12,13 @@
 #include <engine/project/clips.h>
 #include <orrery/clip.h>
 #include <orrery/progress_watcher.h>
-#include <set>
 
 using namespace orrery;
 using Stratum::Notices;
 
 namespace {
 
-constexpr unsigned int longest = 1u << 24; // frames: whole numbers that single precision still tells apart
+static_assert(Stratum::interlaceModes == InvalidInterlaceMode);
 
 // The project's clips as a branch of its parameters.
 class ClipsBranch : public Knob::NamedBranch
@@ -42,11 +40,17 @@ private:
     STRM_ProjectManager& m_manager;
 };
 
-template <class T>
-void assign(Project::Data& data, T Stratum::Settings::*place, T value, const char* name)
+// Checked by the member's row, alone and beside the other settings.
+template <auto member, class T>
+void assign(Project::Data& data, T value)
 {
+    requireField<member>(value);
     Stratum::Edit edit(*data.manager);
-    edit.assign(data.manager->settings.*place, std::move(value), Notices::setting(name));
+    Stratum::Settings& settings = data.manager->settings;
+    Stratum::Settings next = settings;
+    next.*member = value;
+    requireFit<member>(next);
+    edit.assign(settings.*member, std::move(value), Notices::setting(Knob::fieldOf<member>().name));
     edit.commit();
 }
 
@@ -55,24 +59,6 @@ T read(const Project::Data& data, T Stratum::Settings::*place)
 {
     const Stratum::Reading lock(*data.manager);
     return data.manager->settings.*place;
-}
-
-void requireFrame(const char* argument, unsigned int frame, const Stratum::Settings& settings)
-{
-    if (frame >= settings.length)
-        raise<STRM_OutOfRange>(QString::fromLatin1("%1: frame %2 is past the last, %3")
-                                   .arg(QString::fromLatin1(argument))
-                                   .arg(frame)
-                                   .arg(settings.length - 1));
-}
-
-void requireOrder(const char* argument, unsigned int first, unsigned int last)
-{
-    if (first > last)
-        raise<STRM_OutOfRange>(QString::fromLatin1("%1: the in point %2 is after the out point %3")
-                                   .arg(QString::fromLatin1(argument))
-                                   .arg(first)
-                                   .arg(last));
 }
 
 void requireWritableFolder(const QString& folder)
@@ -97,15 +83,6 @@ std::vector<Stratum::ViewSettings> viewsFor(std::size_t count)
                             : Stratum::ViewSettings{
                                   QString::fromLatin1("View %1").arg(i), QString::fromLatin1("V%1").arg(i), {1, 1, 1}});
     return views;
-}
-
-void cutToLength(Stratum::Settings& settings, unsigned int length)
-{
-    settings.length = length;
-    settings.playbackInPoint = std::min(settings.playbackInPoint, length - 1);
-    settings.playbackOutPoint = std::min(settings.playbackOutPoint, length - 1);
-    settings.inOutRange.first = std::min(settings.inOutRange.first, length - 1);
-    settings.inOutRange.second = std::min(settings.inOutRange.second, length - 1);
 }
 
 } // namespace
@@ -186,24 +163,27 @@ void Project::Data::announce(const Notices& notices)
 Project::Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent)
     : QObject(parent), m_data(std::make_unique<Data>(*this, STRM_ProjectManager::create()))
 {
-    if (interlace_mode < NotInterlaced || interlace_mode >= InvalidInterlaceMode)
-        raise<STRM_BadArgument>(
-            QString::fromLatin1("interlace_mode: %1 is none").arg(static_cast<int>(interlace_mode)));
-    Stratum::Settings& settings = m_data->manager->settings;
+    Stratum::Settings settings = m_data->manager->settings;
     settings.interlaceMode = interlace_mode;
+    ClipState state;
+    if (clip) {
+        state = clip->data().state();
+        settings.frameRate = state.frameRate;
+        settings.firstFrameOffset = state.firstFrameOffset;
+        settings.views = viewsFor(std::max<std::size_t>(1, state.streams.size()));
+        if (const unsigned int frames = std::min(state.frameCount(), Stratum::longestProject)) {
+            settings.length = frames;
+            settings.playbackOutPoint = frames - 1;
+            settings.inOutRange = {0, frames - 1};
+        }
+    }
+    Knob::forEachField<Stratum::Settings>(
+        [&settings](const auto& field) { require(field.name, field.problemOf(settings.*field.member)); });
+    m_data->manager->settings = settings;
     if (!clip)
         return;
-    const ClipState state = clip->data().state();
-    settings.frameRate = state.frameRate;
-    settings.firstFrameOffset = state.firstFrameOffset;
-    settings.views = viewsFor(std::max<std::size_t>(1, state.streams.size()));
-    if (const unsigned int frames = std::min(state.frameCount(), longest)) {
-        settings.length = frames;
-        settings.playbackInPoint = 0;
-        settings.playbackOutPoint = frames - 1;
-        settings.inOutRange = {0, frames - 1};
-    }
     std::unique_ptr<Clip> own = copyForProject(*clip, state.name, m_data->manager);
+    mapInOrder(*own);
     Stratum::Edit edit(*m_data->manager);
     adoptClip(edit, *m_data, std::move(own));
     edit.commit();
@@ -233,31 +213,21 @@ ProgressWatcher* Project::get_progress_watcher() const { return m_data->progress
 
 float Project::get_frame_rate() const { return read(*m_data, &Stratum::Settings::frameRate); }
 
-void Project::set_frame_rate(float rate)
-{
-    requireFinite("frame_rate", rate);
-    if (rate <= 0 || rate > 1000)
-        raise<STRM_BadArgument>(QString::fromLatin1("frame_rate: %1 is not greater than 0 and at most 1000").arg(rate));
-    assign(*m_data, &Stratum::Settings::frameRate, rate, "frame_rate");
-}
+void Project::set_frame_rate(float rate) { assign<&Stratum::Settings::frameRate>(*m_data, rate); }
 
 int Project::get_first_frame_offset() const { return read(*m_data, &Stratum::Settings::firstFrameOffset); }
 
-void Project::set_first_frame_offset(int offset)
-{
-    assign(*m_data, &Stratum::Settings::firstFrameOffset, offset, "first_frame_offset");
-}
+void Project::set_first_frame_offset(int offset) { assign<&Stratum::Settings::firstFrameOffset>(*m_data, offset); }
 
 unsigned int Project::get_length() const { return read(*m_data, &Stratum::Settings::length); }
 
 void Project::set_length(unsigned int length)
 {
-    if (length < 1 || length > longest)
-        raise<STRM_OutOfRange>(QString::fromLatin1("length: %1 is not from 1 to %2").arg(length).arg(longest));
+    requireField<&Stratum::Settings::length>(length);
     Stratum::Edit edit(*m_data->manager);
     Stratum::Settings& now = m_data->manager->settings;
     Stratum::Settings cut = now;
-    cutToLength(cut, length);
+    cut.cutTo(length);
     edit.assign(now.length, cut.length, Notices::setting("length"));
     edit.assign(now.playbackInPoint, cut.playbackInPoint, Notices::setting("playback_in_point"));
     edit.assign(now.playbackOutPoint, cut.playbackOutPoint, Notices::setting("playback_out_point"));
@@ -267,26 +237,13 @@ void Project::set_length(unsigned int length)
 
 unsigned int Project::get_playback_in_point() const { return read(*m_data, &Stratum::Settings::playbackInPoint); }
 
-void Project::set_playback_in_point(unsigned int frame)
-{
-    Stratum::Edit edit(*m_data->manager);
-    Stratum::Settings& settings = m_data->manager->settings;
-    requireFrame("playback_in_point", frame, settings);
-    requireOrder("playback_in_point", frame, settings.playbackOutPoint);
-    edit.assign(settings.playbackInPoint, frame, Notices::setting("playback_in_point"));
-    edit.commit();
-}
+void Project::set_playback_in_point(unsigned int frame) { assign<&Stratum::Settings::playbackInPoint>(*m_data, frame); }
 
 unsigned int Project::get_playback_out_point() const { return read(*m_data, &Stratum::Settings::playbackOutPoint); }
 
 void Project::set_playback_out_point(unsigned int frame)
 {
-    Stratum::Edit edit(*m_data->manager);
-    Stratum::Settings& settings = m_data->manager->settings;
-    requireFrame("playback_out_point", frame, settings);
-    requireOrder("playback_out_point", settings.playbackInPoint, frame);
-    edit.assign(settings.playbackOutPoint, frame, Notices::setting("playback_out_point"));
-    edit.commit();
+    assign<&Stratum::Settings::playbackOutPoint>(*m_data, frame);
 }
 
 QPair<unsigned int, unsigned int> Project::get_in_out_range()
@@ -297,12 +254,7 @@ QPair<unsigned int, unsigned int> Project::get_in_out_range()
 
 void Project::set_in_out_range(const QPair<unsigned int, unsigned int>& range)
 {
-    Stratum::Edit edit(*m_data->manager);
-    Stratum::Settings& settings = m_data->manager->settings;
-    requireOrder("in_out_range", range.first, range.second);
-    requireFrame("in_out_range", range.second, settings);
-    edit.assign(settings.inOutRange, {range.first, range.second}, Notices::setting("in_out_range"));
-    edit.commit();
+    assign<&Stratum::Settings::inOutRange>(*m_data, std::make_pair(range.first, range.second));
 }
 
 InterlaceMode Project::get_interlace_mode()
@@ -314,20 +266,16 @@ InterlaceMode Project::get_interlace_mode()
 
 QString Project::get_notes() { return read(*m_data, &Stratum::Settings::notes); }
 
-void Project::set_notes(const QString& notes)
-{
-    requireText("notes", notes);
-    assign(*m_data, &Stratum::Settings::notes, notes, "notes");
-}
+void Project::set_notes(const QString& notes) { assign<&Stratum::Settings::notes>(*m_data, notes); }
 
 QString Project::get_output_dir() { return read(*m_data, &Stratum::Settings::outputFolder); }
 
 void Project::set_output_dir(const QString& folder, bool validate)
 {
-    requireText("output_dir", folder);
+    requireField<&Stratum::Settings::outputFolder>(folder);
     if (validate)
         requireWritableFolder(folder);
-    assign(*m_data, &Stratum::Settings::outputFolder, folder, "output_dir");
+    assign<&Stratum::Settings::outputFolder>(*m_data, folder);
 }
 
 QString Project::get_project_file()
@@ -346,40 +294,12 @@ QVector<ViewInfo> Project::get_views()
     return views;
 }
 
-namespace {
-
-void requireUnlike(const char* what, const QString& text, std::set<QString>& known)
-{
-    if (!known.insert(text).second)
-        raise<STRM_BadArgument>(
-            QString::fromLatin1("views: two have the %1 %2").arg(QString::fromLatin1(what), quoted(text)));
-}
-
-std::vector<Stratum::ViewSettings> checkedViews(const QVector<ViewInfo>& views)
-{
-    constexpr int most = 1000;
-    if (views.isEmpty())
-        raise<STRM_BadArgument>(QString::fromLatin1("views: a project has at least one"));
-    if (views.size() > most)
-        raise<STRM_OutOfRange>(QString::fromLatin1("views: %1 are more than %2").arg(views.size()).arg(most));
-    std::set<QString> names, abbreviations;
-    std::vector<Stratum::ViewSettings> checked;
-    for (const ViewInfo& view : views) {
-        requireName("views: name", view.get_name());
-        requireName("views: abbr", view.get_abbr());
-        requireColor("views: color", view.get_color());
-        requireUnlike("name", view.get_name(), names);
-        requireUnlike("abbreviation", view.get_abbr(), abbreviations);
-        checked.push_back({view.get_name(), view.get_abbr(), view.get_color()});
-    }
-    return checked;
-}
-
-} // namespace
-
 void Project::set_views(const QVector<ViewInfo>& views)
 {
-    const std::vector<Stratum::ViewSettings> next = checkedViews(views);
+    std::vector<Stratum::ViewSettings> next;
+    for (const ViewInfo& view : views)
+        next.push_back({view.get_name(), view.get_abbr(), view.get_color()});
+    requireField<&Stratum::Settings::views>(next);
     Stratum::Edit edit(*m_data->manager);
     Stratum::Settings& settings = m_data->manager->settings;
     Notices notices;
@@ -387,6 +307,8 @@ void Project::set_views(const QVector<ViewInfo>& views)
     edit.assign(settings.views, next, notices);
     if (static_cast<std::size_t>(settings.heroView) >= next.size())
         edit.assign(settings.heroView, 0, Notices::setting("default_hero_view"));
+    for (Clip* clip : m_data->manager->clips)
+        unmapViewsFrom(edit, *clip, static_cast<int>(next.size()));
     edit.commit();
 }
 

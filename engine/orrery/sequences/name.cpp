@@ -114,6 +114,26 @@ SequenceName sequenceOfFile(const QString& folder, const QString& name, const Pl
 
 } // namespace
 
+Knob::Problem checkFolder(const QString& folder)
+{
+    if (folder.isEmpty())
+        return {Knob::Problem::Argument, text("the description of a stream has no path")};
+    if (const Knob::Problem problem = Knob::checkPath(folder))
+        return problem;
+    if (QDir::isAbsolutePath(folder) && QDir::cleanPath(folder) == folder)
+        return {};
+    return {Knob::Problem::Argument, text("%1 is not an absolute, clean path", quoted(folder))};
+}
+
+Knob::Problem checkNamePart(const QString& part)
+{
+    if (part.contains(QLatin1Char('/')))
+        return {Knob::Problem::Argument, text("%1 is no part of a file name", quoted(part))};
+    return Knob::checkPath(part);
+}
+
+Knob::Problem checkIndexWidth(const unsigned int& width) { return Knob::checkRange<0, 32>(width); }
+
 QString SequenceName::fileName(unsigned int frame) const
 {
     const QString number = frame == unknownFrame

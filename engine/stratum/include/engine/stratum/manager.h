@@ -11,7 +11,7 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 #include <engine/stratum/history.h>
-#include <fundo/colour.h>
+#include <engine/stratum/settings.h>
 #include <memory>
 #include <mutex>
 #include <stratum/project_manager.h>
@@ -26,34 +26,6 @@ class GroupModel;
 class LayerModel;
 class RootModel;
 class ProjectParameters;
-
-struct ViewSettings
-{
-    QString name;
-    QString abbreviation;
-    Fundo::Colour3<float> color{0, 0, 0};
-
-    bool operator==(const ViewSettings& other) const
-    {
-        return name == other.name && abbreviation == other.abbreviation && color == other.color;
-    }
-};
-
-// What a project is set to, beside what it contains.
-struct Settings
-{
-    float frameRate = 24;
-    int firstFrameOffset = 0;
-    unsigned int length = 100;
-    unsigned int playbackInPoint = 0;
-    unsigned int playbackOutPoint = 99;
-    std::pair<unsigned int, unsigned int> inOutRange{0, 99};
-    int interlaceMode = 0;
-    QString notes;
-    QString outputFolder;
-    std::vector<ViewSettings> views;
-    int heroView = 0;
-};
 
 // Is told of changes, without a lock, from the thread that made them.
 class Listener

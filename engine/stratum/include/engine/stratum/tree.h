@@ -22,7 +22,7 @@ class GroupModel;
 class LayerModel;
 
 // What layers and groups have in common.
-class TreeItem : public OrderedItem, public Knob::Branch
+class TreeItem : public OrderedItem, public Knob::Branch, public ItemSettings
 {
 public:
     TreeItem(STRM_ProjectManager& manager, unsigned int id, std::uint32_t weight);
@@ -30,12 +30,6 @@ public:
     STRM_ProjectManager& manager() const { return m_manager; }
     unsigned int id() const { return m_id; } // never used again in its project
     void requirePresent() const;             // STRM_BadState "Invalid object"
-
-    QString name;
-    bool visible = true;
-    bool locked = false;
-    Fundo::Colour3<float> matteColor{1, 1, 1};
-    Fundo::Colour3<float> strokeColor{1, 1, 1};
 
 private:
     STRM_ProjectManager& m_manager;
@@ -71,7 +65,7 @@ const Knob::Description& description(LayerValue value);
 const Knob::Description& cornerDescription(std::size_t index);
 const Knob::Description& groupOpacityDescription();
 
-class LayerModel : public STRM_Layer, public TreeItem, public Follower<LayerModel>
+class LayerModel : public STRM_Layer, public TreeItem, public LayerSettings, public Follower<LayerModel>
 {
 public:
     LayerModel(STRM_ProjectManager& manager, unsigned int id);
@@ -87,10 +81,7 @@ public:
     // Visible, and not hidden by its group.
     bool shown() const;
 
-    bool selected = false;
-    unsigned int clip = 0;    // the id (Clip::get_id) of the clip it is tracked on; 0 for none
-    int inView = 0;           // the view in which the in point was given
-    unsigned int inFrame = 0; // as given; the project's length may have become less
+    unsigned int clip = 0; // the id (Clip::get_id) of the clip it is tracked on; 0 for none
     unsigned int inPoint() const;
     unsigned int outPoint() const;
 

@@ -25,7 +25,19 @@ struct ColorSettings
     float logReferenceBlack = 0;
     float gamma = 1;
 
-    bool operator==(const ColorSettings& other) const;
+    bool operator==(const ColorSettings& other) const { return Knob::sameFields(*this, other); }
+
+    // Scripts may write any number, also one that is not finite.
+    static constexpr auto fields()
+    {
+        return std::make_tuple(Knob::Field("colorspace", &ColorSettings::colorspace),
+                               Knob::Field("conversion", &ColorSettings::conversion),
+                               Knob::Field("offset", &ColorSettings::offset),
+                               Knob::Field("softclip", &ColorSettings::softclip),
+                               Knob::Field("log_reference_white", &ColorSettings::logReferenceWhite),
+                               Knob::Field("log_reference_black", &ColorSettings::logReferenceBlack),
+                               Knob::Field("gamma", &ColorSettings::gamma));
+    }
 };
 
 // One sequence; frame numbers may be unknown.
@@ -38,28 +50,62 @@ struct Stream
     bool isKnown() const { return first != unknownFrame && last != unknownFrame; }
     unsigned int length() const { return isKnown() ? last - first + 1 : 0; }
     StreamInfo info() const { return describe(name, first, last); }
-    bool operator==(const Stream& other) const;
+    bool operator==(const Stream& other) const
+    {
+        return Knob::sameFields(name, other.name) && Knob::sameFields(*this, other);
+    }
+
+    // Beside those of the name.
+    static constexpr auto fields();
 };
 
+Knob::Problem fitFrames(const Stream& stream); // the first is not after the last
+
+constexpr auto Stream::fields()
+{
+    return std::make_tuple(Knob::Field("start_frame", &Stream::first),
+                           Knob::Field("end_frame", &Stream::last, nullptr, fitFrames));
+}
+
 Stream streamOf(const StreamInfo& info);
+
+using FrameSize = QPair<unsigned int, unsigned int>;
+
+Knob::Problem checkClipName(const QString& name);    // may be empty: that of a clip in no project
+Knob::Problem checkFrameSize(const FrameSize& size); // 0 for either: as the files are
 
 struct ClipState
 {
     QString name;
     VX_CLIP_MODE mode = VX_CLIP_SEQUENCE;
-    std::map<int, Stream> streams;                // by the clip's view
-    std::map<int, int> mapping;                   // from the clip's views to the project's
-    QPair<unsigned int, unsigned int> size{0, 0}; // 0: as the files are
-    unsigned int length = 0;                      // of a clip without streams
+    std::map<int, Stream> streams; // by the clip's view
+    std::map<int, int> mapping;    // from the clip's views to the project's; one to one
+    FrameSize size{0, 0};
+    unsigned int length = 0; // of a clip without streams
     float frameRate = 24;
     int firstFrameOffset = 0;
     ColorSettings color;
 
-    bool operator==(const ClipState& other) const;
+    bool operator==(const ClipState& other) const
+    {
+        return streams == other.streams && mapping == other.mapping && Knob::sameFields(*this, other);
+    }
     // Of its longest stream.
     unsigned int frameCount() const;
     // The clip's view that is mapped to the project's, or -1.
     int viewFor(int projectView) const;
+
+    // Beside its streams and their mapping.
+    static constexpr auto fields()
+    {
+        return std::make_tuple(
+            Knob::Field("name", &ClipState::name, checkClipName),
+            Knob::Field("mode", &ClipState::mode, Knob::checkRange<VX_CLIP_SEQUENCE, VX_CLIP_RENDERED, VX_CLIP_MODE>),
+            Knob::Field("frame_size", &ClipState::size, checkFrameSize),
+            Knob::Field("length", &ClipState::length, Knob::checkRange<0u, unknownFrame - 1, unsigned int>),
+            Knob::Field("frame_rate", &ClipState::frameRate, Knob::checkRate),
+            Knob::Field("first_frame_offset", &ClipState::firstFrameOffset), Knob::Field("color", &ClipState::color));
+    }
 };
 
 // The settings of one view's stream that can be animated. Made when the view gets its first stream; kept from then on.
@@ -99,7 +145,7 @@ public:
     static const Knob::Description descriptions[ValueCount];
 
     // The size of the footage as it was found in a file.
-    QPair<unsigned int, unsigned int> foundSize{0, 0};
+    FrameSize foundSize{0, 0};
     QString foundIn;
 
     // The clip is gone: handles on its parameters are null.

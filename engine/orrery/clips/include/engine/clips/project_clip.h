@@ -19,6 +19,10 @@ std::unique_ptr<Clip> copyForProject(const Clip& source, const QString& name,
 
 // The name can change as long as nobody else knows the clip.
 void renameNewClip(Clip& clip, const QString& name);
+// The same: its streams, in their order, serve the project's views.
+void mapInOrder(Clip& clip);
+// Part of an edit: the clip's views that are mapped to the project's view `first` or a later one are mapped no more.
+void unmapViewsFrom(Stratum::Edit& edit, Clip& clip, int first);
 // As get_name(), with the manager's lock held.
 QString lockedName(const Clip& clip);
 

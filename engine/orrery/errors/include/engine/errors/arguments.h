@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QString>
-#include <fundo/colour.h>
+#include <engine/knob/fields.h>
 #include <stratum/exception.h>
 
 namespace orrery {
@@ -16,14 +16,27 @@ template <class Exception>
 
 // ---- Checks; each names the argument and the value that it refuses ----
 
-void requireFinite(const char* argument, double value); // STRM_BadArgument
+// STRM_BadArgument or STRM_OutOfRange, unless there is no problem.
+void require(const char* argument, const Knob::Problem& problem);
+inline void requireFinite(const char* argument, double value) { require(argument, Knob::checkFinite(value)); }
 // Normalised; finite.
 double requireTime(double time, const char* argument = "time");
-void requireColor(const char* argument, const Fundo::Colour3<float>& color); // STRM_BadArgument, STRM_OutOfRange
-// Any text without unpaired surrogates (STRM_BadArgument): what can be written to a file and read back.
-void requireText(const char* argument, const QString& text);
-// Such a text that is not empty and has at most 65535 characters.
-void requireName(const char* argument, const QString& name);
+inline void requireText(const char* argument, const QString& text) { require(argument, Knob::checkText(text)); }
+inline void requireName(const char* argument, const QString& name) { require(argument, Knob::checkName(name)); }
+
+// By the row of a member: the value alone, and beside the record's others.
+template <auto member, class T>
+void requireField(const T& value)
+{
+    constexpr auto field = Knob::fieldOf<member>();
+    require(field.name, field.problemOf(value));
+}
+template <auto member, class Record>
+void requireFit(const Record& record)
+{
+    constexpr auto field = Knob::fieldOf<member>();
+    require(field.name, field.problemIn(record));
+}
 
 // A value as messages show it: shortened, in quotes.
 QString quoted(const QString& text);

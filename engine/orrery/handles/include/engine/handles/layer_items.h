@@ -53,23 +53,21 @@ void requireSameProject(const char* argument, const Stratum::TreeItem& item, con
 
 // ---- Settings ----
 
-template <class Object, class Owner, class T>
-void assign(const boost::shared_ptr<Object>& object, T Owner::*place, T value)
+// Checked by the member's row.
+template <auto member, class Object, class T>
+void assign(const boost::shared_ptr<Object>& object, T value, Stratum::Notices notices = {})
 {
+    requireField<member>(value);
     auto& item = Stratum::model(*object);
     ItemEdit edit(item);
-    edit.assign(item.*place, std::move(value));
+    edit.assign(item.*member, std::move(value), std::move(notices));
     edit.commit();
 }
 
 template <class Object>
 void setName(const boost::shared_ptr<Object>& object, const QString& name)
 {
-    requireName("name", name);
-    auto& item = Stratum::model(*object);
-    ItemEdit edit(item);
-    edit.assign(item.name, name, Stratum::Notices::layersChanged());
-    edit.commit();
+    assign<&Stratum::ItemSettings::name>(object, name, Stratum::Notices::layersChanged());
 }
 
 template <class Object>

@@ -5,12 +5,17 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
+#include <engine/knob/fields.h>
 #include <orrery/stream_info.h>
 
 namespace orrery {
 
 // A frame number that is not known, or stands for the last.
 constexpr unsigned int unknownFrame = 4294967295U;
+
+Knob::Problem checkFolder(const QString& folder); // an absolute path without "." and ".." in it
+Knob::Problem checkNamePart(const QString& part); // of a file's name: neither a slash nor a NUL
+Knob::Problem checkIndexWidth(const unsigned int& width);
 
 // What a sequence's file names have in common. A width of 0: not known.
 struct SequenceName
@@ -24,6 +29,14 @@ struct SequenceName
     QString path(unsigned int frame) const;
     // "/shots/a/plate.####.png", for people.
     QString pattern() const;
+
+    static constexpr auto fields()
+    {
+        return std::make_tuple(Knob::Field("path", &SequenceName::folder, checkFolder),
+                               Knob::Field("prefix", &SequenceName::prefix, checkNamePart),
+                               Knob::Field("suffix", &SequenceName::suffix, checkNamePart),
+                               Knob::Field("index_width", &SequenceName::indexWidth, checkIndexWidth));
+    }
 };
 
 SequenceName nameOf(const StreamInfo& info);
