@@ -179,7 +179,31 @@ const Signature* chooseSignature(const Operation& operation, const Given& given,
 
 enum class Keywords { Accepted, Refused, Duplicate };
 
-Keywords readKeywords(const Operation& operation, const Signature& signature, const Given& given, Argument* arguments)
+// The values that a call was given by keyword. The dict may be the script's own, and change while arguments convert.
+class HeldValues
+{
+public:
+    HeldValues() = default;
+    HeldValues(const HeldValues&) = delete;
+    HeldValues& operator=(const HeldValues&) = delete;
+    ~HeldValues()
+    {
+        for (int i = 0; i < m_count; ++i)
+            Py_DECREF(m_values[i]);
+    }
+    PyObject* hold(PyObject* value)
+    {
+        Py_INCREF(value);
+        return m_values[m_count++] = value;
+    }
+
+private:
+    int m_count = 0;
+    PyObject* m_values[maximumParameters];
+};
+
+Keywords readKeywords(const Operation& operation, const Signature& signature, const Given& given, Argument* arguments,
+                      HeldValues& held)
 {
     Py_ssize_t left = given.keywordCount;
     for (int i = signature.required; i < signature.count && left > 0; ++i) {
@@ -191,7 +215,7 @@ Keywords readKeywords(const Operation& operation, const Signature& signature, co
             raiseDuplicate(operation, signature.parameters[i].keyword);
             return Keywords::Duplicate;
         }
-        arguments[i].object = value;
+        arguments[i].object = held.hold(value);
         arguments[i].convert = signature.parameters[i].accepts(value);
         if (!arguments[i].convert)
             return Keywords::Refused;
@@ -200,7 +224,7 @@ Keywords readKeywords(const Operation& operation, const Signature& signature, co
 }
 
 // The protocol from counting to calling, which methods and constructors share.
-void* run(const Operation& operation, PyObject* self, void* object, PyObject* arguments, PyObject* keywords)
+void* run(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
 {
     const Given given = readArguments(operation, arguments, keywords);
     if (!countAccepted(operation, arguments, given))
@@ -212,15 +236,16 @@ void* run(const Operation& operation, PyObject* self, void* object, PyObject* ar
         raiseWrongArguments(operation, arguments);
         return nullptr;
     }
+    HeldValues held;
     if (given.keywords && operation.form != Form::CopyOnly) {
-        const Keywords outcome = readKeywords(operation, *signature, given, converted);
+        const Keywords outcome = readKeywords(operation, *signature, given, converted, held);
         if (outcome == Keywords::Refused)
             raiseWrongArguments(operation, arguments);
         if (outcome != Keywords::Accepted)
             return nullptr;
     }
     // Converts, calls unlocked, translates what is thrown, converts the result.
-    return signature->invoke(self, object, converted);
+    return signature->invoke(self, *operation.type, converted);
 }
 
 } // namespace
@@ -235,11 +260,11 @@ void* raiseNotInitialised(PyObject* self)
 // The steps above are for readers; calls run them as one function, with what only failures need left outside.
 [[gnu::flatten]] PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
 {
-    void* const object = libraryObject(self, *operation.type);
-    if (!object)
+    if (!Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(self)))
         return nullptr;
-    void* const result = operation.form == Form::NoArguments ? operation.signatures->invoke(self, object, nullptr)
-                                                             : run(operation, self, object, arguments, keywords);
+    void* const result = operation.form == Form::NoArguments
+                             ? operation.signatures->invoke(self, *operation.type, nullptr)
+                             : run(operation, self, arguments, keywords);
     return unlessError(static_cast<PyObject*>(result));
 }
 
@@ -249,13 +274,11 @@ int construct(const Operation& operation, PyObject* self, PyObject* arguments, P
     PyTypeObject* const type = *operation.type;
     if (Shiboken::Object::isUserType(self) && !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type))
         return -1;
-    void* const object = run(operation, self, nullptr, arguments, keywords);
+    void* const object = run(operation, self, arguments, keywords);
     SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
     if (errorPending() || !Shiboken::Object::setCppPointer(wrapper, type, object)) {
-        if (object) {
-            const Unlocked unlocked;
+        if (object)
             destroy(object);
-        }
         return -1;
     }
     Shiboken::Object::setValidCpp(wrapper, true);

@@ -23,13 +23,14 @@ struct FormalParameter
 // What a call gave for one parameter.
 struct Argument
 {
-    PyObject* object; // borrowed; null: take the default
+    PyObject* object; // held by the call; null: take the default
     FromPython convert;
 };
 
 // Converts the arguments and calls the library. Gives the result as a new reference (a PyObject*, or for a constructor
-// the new library object), or null with an error pending.
-typedef void* (*Invoke)(PyObject* self, void* object, const Argument* arguments);
+// the new library object), or null with an error pending. A conversion may run a script's code, which may destroy what
+// the call is about: library objects are looked up, as one of `type` for `self`, when the last argument is converted.
+typedef void* (*Invoke)(PyObject* self, PyTypeObject* type, const Argument* arguments);
 
 struct Signature
 {

@@ -101,8 +101,7 @@ bool registerClass(PyObject* module, const ClassTable& table)
 
 PyObject* compareObjects(const Comparison& comparison, PyObject* self, PyObject* other, int operation)
 {
-    const void* const left = libraryObject(self, *comparison.type);
-    if (!left)
+    if (!libraryObject(self, *comparison.type))
         return nullptr;
     const Comparison::Operator compare = operation == Py_EQ   ? comparison.equal
                                          : operation == Py_NE ? comparison.notEqual
@@ -113,7 +112,7 @@ PyObject* compareObjects(const Comparison& comparison, PyObject* self, PyObject*
     bool result = operation == Py_NE;
     Comparison::Outcome outcome = Comparison::Outcome::Compared;
     try {
-        outcome = comparison.apply(compare, left, other, result);
+        outcome = comparison.apply(compare, self, other, result);
     } catch (...) {
         return raiseNotImplemented();
     }

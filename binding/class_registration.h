@@ -25,7 +25,7 @@ struct Comparison
     Operator notEqual;
     Operator less;
     // Finds the library object of the other operand, in place or converted into a temporary, and compares with it.
-    Outcome (*apply)(Operator compare, const void* left, PyObject* other, bool& result);
+    Outcome (*apply)(Operator compare, PyObject* self, PyObject* other, bool& result);
 };
 
 // Everything that registration needs to know of a class.
@@ -69,6 +69,33 @@ struct ClassTable
 
 // Registers the class in the module. False when it could not be introduced; the error stays pending.
 bool registerClass(PyObject* module, const ClassTable& table);
+
+// --- Destruction ----------------------------------------------------------------------------------------------------
+
+// Destroys what Python owned. Called with the lock held, which is released while a destructor runs that may tell
+// others.
+template <class T>
+void destroyLibraryObject(void* object)
+{
+    if constexpr (std::is_base_of_v<QObject, T>) {
+        destroyQtObject(static_cast<T*>(object));
+    } else if constexpr (Wrapped<T>::kind == Kind::Object) {
+        const Unlocked unlocked;
+        delete static_cast<T*>(object);
+    } else {
+        delete static_cast<T*>(object);
+    }
+}
+
+// The same when no call can be using the object any more. Values are copied for calls.
+template <class T>
+void destroyUnused(void* object)
+{
+    if constexpr (Wrapped<T>::kind == Kind::Object)
+        LibraryCall::destroyUnused(object, &destroyLibraryObject<T>);
+    else
+        destroyLibraryObject<T>(object);
+}
 
 // --- Tables made from rows ------------------------------------------------------------------------------------------
 
@@ -132,7 +159,7 @@ struct Entry
             if (Shiboken::Object::isUserType(self))
                 Shiboken::ObjectType::copyMultimpleheritance(reinterpret_cast<SbkObjectType*>(Py_TYPE(self)),
                                                              wrapperType<T>());
-        return construct(operation, self, arguments, keywords, &Shiboken::callCppDestructor<T>);
+        return construct(operation, self, arguments, keywords, &destroyLibraryObject<T>);
     }
 
     static PyMethodDef method()
@@ -225,11 +252,8 @@ bool isNull(PyObject* self, T& object)
 template <class T, auto function>
 PyObject* textOf(PyObject* self)
 {
-    void* const object = libraryObject(self, Wrapped<T>::type());
-    if (!object)
-        return nullptr;
     typedef Invoker<OperationTag<function, PlainResult, Lock::Released>> Invoker;
-    return unlessError(static_cast<PyObject*>(Invoker::invoke(self, object, nullptr)));
+    return unlessError(static_cast<PyObject*>(Invoker::invoke(self, Wrapped<T>::type(), nullptr)));
 }
 
 template <class T>
@@ -254,7 +278,8 @@ template <class T>
 class ArgumentPointee
 {
 public:
-    explicit ArgumentPointee(const Argument& argument) { argument.convert(argument.object, &m_object); }
+    explicit ArgumentPointee(const Argument&) {}
+    bool settle(const Argument& argument) { return (m_object = validObject<T>(argument.object)) != nullptr; }
     const T& get() const { return *m_object; }
     static FromPython accepts(PyObject* object)
     {
@@ -288,15 +313,19 @@ struct ComparisonOf
         return false;
     }
 
-    static Comparison::Outcome apply(Comparison::Operator compare, const void* left, PyObject* other, bool& result)
+    static Comparison::Outcome compareWith(Comparison::Operator compare, PyObject* self, const T* right, bool& result)
+    {
+        const void* const left = right ? libraryObject(self, Wrapped<T>::type()) : nullptr;
+        if (left)
+            result = compare(left, right);
+        return left ? Comparison::Outcome::Compared : Comparison::Outcome::Invalid;
+    }
+
+    static Comparison::Outcome apply(Comparison::Operator compare, PyObject* self, PyObject* other, bool& result)
     {
         // Most often the other is of just this class.
-        if (Py_TYPE(other) == Wrapped<T>::type()) {
-            const T* const right = validObject<T>(other);
-            if (right)
-                result = compare(left, right);
-            return right ? Comparison::Outcome::Compared : Comparison::Outcome::Invalid;
-        }
+        if (Py_TYPE(other) == Wrapped<T>::type())
+            return compareWith(compare, self, validObject<T>(other), result);
         typedef std::conditional_t<Wrapped<T>::kind == Kind::Value, ArgumentReference<T, void>, ArgumentPointee<T>>
             Operand;
         const Argument argument = {other, Operand::accepts(other)};
@@ -304,10 +333,10 @@ struct ComparisonOf
             return Comparison::Outcome::NotConvertible;
         if (!Shiboken::Object::isValid(other))
             return Comparison::Outcome::Invalid;
-        const Operand operand(argument);
-        if (!errorPending())
-            result = compare(left, &operand.get());
-        return Comparison::Outcome::Compared;
+        Operand operand(argument);
+        if (errorPending() || !operand.settle(argument))
+            return Comparison::Outcome::NotConvertible;
+        return compareWith(compare, self, &operand.get(), result);
     }
 
     static PyObject* compare(PyObject* self, PyObject* other, int operation)
@@ -349,7 +378,7 @@ ClassTable baseTable()
     table.methods = methodDefinitions<T, members>(
         std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(members)>>>>());
     table.properties = propertiesOf(members);
-    table.destroy = &Shiboken::callCppDestructor<T>;
+    table.destroy = &destroyUnused<T>;
     table.acceptsPointer = &WrapperConversions<T>::acceptsPointer;
     table.pointerFromPython = &WrapperConversions<T>::pointerFromPython;
     table.pointerToPython = &pointerToPython<T>;

@@ -15,6 +15,7 @@
 #include "call_protocol.h"
 #include "container_converters.h"
 #include "errors.h"
+#include "qt_objects.h"
 
 #include <array>
 #include <cstddef>
@@ -34,13 +35,11 @@ struct StartValue
     static T make() { return T(); }
 };
 
-// Tests the validity of a wrapper object, then converts. False with an error pending.
-inline bool convertArgument(const Argument& argument, bool mayBeWrapper, void* value)
+// Tests the validity of a wrapper object, then converts, unless an error is pending.
+inline void convertArgument(const Argument& argument, bool mayBeWrapper, void* value)
 {
-    if (errorPending() || (mayBeWrapper && !Shiboken::Object::isValid(argument.object)))
-        return false;
-    argument.convert(argument.object, value);
-    return true;
+    if (!errorPending() && (!mayBeWrapper || Shiboken::Object::isValid(argument.object)))
+        argument.convert(argument.object, value);
 }
 
 // Holds one converted parameter of a call. `Default` is void for a required one.
@@ -52,6 +51,7 @@ class ArgumentValue
 public:
     explicit ArgumentValue(const Argument& argument) : m_value(from(argument)) {}
     const Value& get() const { return m_value; }
+    bool settle(const Argument&) { return true; }
 
     static FromPython accepts(PyObject* object) { return Converter<Value>::accepts(object); }
     static const char* text() { return Converter<Value>::text(); }
@@ -79,7 +79,35 @@ private:
     Value m_value;
 };
 
-// A wrapped value taken by const reference: a wrapper object's own library object is used in place.
+// A library object that is taken by pointer. Later arguments may destroy it: only settle() takes its address.
+template <class Pointer, class Default>
+class ArgumentPointer
+{
+public:
+    explicit ArgumentPointer(const Argument& argument)
+    {
+        if (argument.object && !errorPending())
+            Shiboken::Object::isValid(argument.object);
+    }
+    Pointer get() const { return m_pointer; }
+    bool settle(const Argument& argument)
+    {
+        if (argument.object)
+            convertArgument(argument, true, &m_pointer);
+        else if constexpr (!std::is_void_v<Default>)
+            m_pointer = Default::value();
+        return !errorPending();
+    }
+
+    static FromPython accepts(PyObject* object) { return Converter<Pointer>::accepts(object); }
+    static const char* text() { return Converter<Pointer>::text(); }
+
+private:
+    Pointer m_pointer = nullptr;
+};
+
+// A wrapped value taken by const reference: a wrapper object's own library object is used in place, where it is once
+// all arguments are converted.
 template <class T, class Default>
 class ArgumentReference
 {
@@ -88,12 +116,20 @@ public:
     {
         if (!argument.object) {
             m_temporary.emplace();
-        } else if (argument.convert == &WrapperConversions<T>::pointerFromPython) {
-            convertArgument(argument, true, &m_inPlace);
+        } else if (isInPlace(argument)) {
+            if (!errorPending())
+                Shiboken::Object::isValid(argument.object);
         } else {
             m_temporary.emplace();
             convertArgument(argument, true, &*m_temporary);
         }
+    }
+    bool settle(const Argument& argument)
+    {
+        if (!argument.object || !isInPlace(argument))
+            return true;
+        m_inPlace = validObject<T>(argument.object);
+        return m_inPlace != nullptr;
     }
     const T& get() const { return m_inPlace ? *m_inPlace : static_cast<const T&>(*m_temporary); }
 
@@ -108,6 +144,11 @@ public:
     static const char* text() { return Converter<T>::text(); }
 
 private:
+    static bool isInPlace(const Argument& argument)
+    {
+        return argument.convert == &WrapperConversions<T>::pointerFromPython;
+    }
+
     class Temporary
     {
     public:
@@ -143,10 +184,14 @@ template <class T>
 struct IsWrappedReference<const T&> : std::bool_constant<Wrapped<T>::kind == Kind::Value>
 {};
 
+template <class T>
+constexpr bool isObjectPointer = std::is_pointer_v<T> && !std::is_same_v<T, PyObject*>;
+
 template <class T, class Default>
-using ArgumentFor = std::conditional_t<IsWrappedReference<T>::value,
-                                       ArgumentReference<std::remove_cv_t<std::remove_reference_t<T>>, Default>,
-                                       ArgumentValue<T, Default>>;
+using ArgumentFor =
+    std::conditional_t<IsWrappedReference<T>::value,
+                       ArgumentReference<std::remove_cv_t<std::remove_reference_t<T>>, Default>,
+                       std::conditional_t<isObjectPointer<T>, ArgumentPointer<T, Default>, ArgumentValue<T, Default>>>;
 
 // A parameter with a default: `Default` offers `text`, as signatures show it, and value(), evaluated at each call in
 // which the argument is not given.
@@ -220,6 +265,27 @@ struct NoneForNull : PlainResult
     {
         return result.isNull() ? none() : PlainResult::convert(result, arguments);
     }
+};
+
+// --- Owners ---------------------------------------------------------------------------------------------------------
+
+// Holds the wrapper objects of the Qt parents of an object while a call uses it: they are its C++ owners, and their own
+// wrapper objects may own them.
+template <class T, bool isQtObject = std::is_base_of_v<QObject, T>>
+class OwnersHeld
+{
+public:
+    explicit OwnersHeld(const T&) {}
+    ~OwnersHeld() {} // used
+};
+template <class T>
+class OwnersHeld<T, true>
+{
+public:
+    explicit OwnersHeld(const T& object) : m_owners(object.parent() ? wrappersOfParents(object) : nullptr) {}
+
+private:
+    const Reference m_owners;
 };
 
 // --- Invoking -------------------------------------------------------------------------------------------------------
@@ -314,6 +380,12 @@ struct ConvertedArguments<std::index_sequence<i...>, std::tuple<P...>, Defaults>
 
     explicit ConvertedArguments([[maybe_unused]] const Argument* arguments) : At<i>(arguments[i])... {}
 
+    // Takes the addresses of library objects, now that no script's code runs any more. False with an error pending.
+    bool settle([[maybe_unused]] const Argument* arguments)
+    {
+        return !errorPending() && (At<i>::settle(arguments[i]) && ...);
+    }
+
     static constexpr std::array<FormalParameter, sizeof...(P)> describe()
     {
         return {FormalParameter{nullptr, nullptr, &At<i>::accepts, &At<i>::text}...};
@@ -343,11 +415,12 @@ struct Invoker<OperationTag<function, ResultPolicy, lock>, Defaults...>
     typedef ArgumentsFor<typename Shape::Parameters, Defaults...> Arguments;
     typedef typename Arguments::Values Values;
 
-    static void* invoke(PyObject* self, void* object, const Argument* arguments)
+    static void* invoke(PyObject* self, PyTypeObject* type, const Argument* arguments)
     {
         try {
-            const Values values(arguments);
-            if (errorPending())
+            Values values(arguments);
+            void* const object = values.settle(arguments) ? libraryObject(self, type) : nullptr;
+            if (!object)
                 return nullptr;
             return run(self, *static_cast<Object*>(object), arguments, values, typename Arguments::Indexes());
         } catch (...) {
@@ -361,6 +434,8 @@ private:
     static PyObject* run([[maybe_unused]] PyObject* self, Object& object, const Argument* arguments,
                          [[maybe_unused]] const Values& values, std::index_sequence<i...>)
     {
+        const OwnersHeld<Object> owners(object);
+        const LibraryCall running;
         const auto call = [&]() -> Result {
             if constexpr (lock == Lock::Held) {
                 return function(self, object, values.Values::template At<i>::get()...);
@@ -395,11 +470,11 @@ struct Invoker<ConstructorTag<Made, P...>, Defaults...>
     typedef ArgumentsFor<std::tuple<P...>, Defaults...> Arguments;
     typedef typename Arguments::Values Values;
 
-    static void* invoke(PyObject*, void*, const Argument* arguments)
+    static void* invoke(PyObject*, PyTypeObject*, const Argument* arguments)
     {
         try {
-            const Values values(arguments);
-            if (errorPending())
+            Values values(arguments);
+            if (!values.settle(arguments))
                 return nullptr;
             return make(values, typename Arguments::Indexes());
         } catch (...) {

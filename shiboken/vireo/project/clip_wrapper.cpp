@@ -50,22 +50,12 @@ constexpr auto members = memberTable(
     property("progress_watcher", operation<&Clip::get_progress_watcher, ReleasedResult>),
     property("id", operation<&Clip::get_id>));
 
+QString description(Clip& clip) { return QString::fromLatin1("'%1' clip object").arg(clip.get_name()); }
+
 PyObject* describe(PyObject* self)
 {
-    Clip* const clip = static_cast<Clip*>(libraryObject(self, Wrapped<Clip>::type()));
-    if (!clip)
-        return nullptr;
-    try {
-        QByteArray text;
-        {
-            const Unlocked unlocked;
-            text = QString::fromLatin1("'%1' clip object").arg(clip->get_name()).toUtf8();
-        }
-        return PyString_FromStringAndSize(text.constData(), text.size());
-    } catch (...) {
-        raiseCaughtException();
-        return nullptr;
-    }
+    const Reference text(textOf<Clip, &description>(self));
+    return text ? PyUnicode_AsUTF8String(text.get()) : nullptr;
 }
 
 } // namespace

@@ -21,6 +21,7 @@ PyObject* currentProject(PyObject*, PyObject*)
     if (PyErr_Occurred())
         return nullptr;
     try {
+        const binding::LibraryCall running;
         Project* project;
         {
             const binding::Unlocked unlocked;

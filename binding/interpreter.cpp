@@ -1,0 +1,39 @@
+// What Python drops while the library is at work.
+#include "interpreter.h"
+
+namespace binding {
+
+struct LibraryCall::Dropped
+{
+    void* object;
+    void (*destroy)(void*);
+    Dropped* next;
+};
+
+void LibraryCall::destroyUnused(void* object, void (*destroy)(void*))
+{
+    if (newest)
+        newest->m_dropped = new Dropped{object, destroy, newest->m_dropped};
+    else
+        destroy(object);
+}
+
+void LibraryCall::letGoOfDropped()
+{
+    PyObject *type, *value, *traceback;
+    PyErr_Fetch(&type, &value, &traceback);
+    while (Dropped* const first = m_dropped) {
+        m_dropped = first->next;
+        if (m_older) {
+            first->next = m_older->m_dropped;
+            m_older->m_dropped = first;
+        } else {
+            const Dropped last = *first;
+            delete first;
+            last.destroy(last.object);
+        }
+    }
+    PyErr_Restore(type, value, traceback);
+}
+
+} // namespace binding

@@ -1,0 +1,30 @@
+// What is particular to library objects that are QObjects.
+#include "qt_objects.h"
+
+#include <QAbstractEventDispatcher>
+#include <QThread>
+
+namespace binding {
+
+PyObject* wrappersOfParents(const QObject& object)
+{
+    Reference wrappers(PyList_New(0));
+    for (const QObject* parent = object.parent(); parent && wrappers; parent = parent->parent()) {
+        SbkObject* const wrapper = Shiboken::BindingManager::instance().retrieveWrapper(parent);
+        if (wrapper && PyList_Append(wrappers.get(), reinterpret_cast<PyObject*>(wrapper)) < 0)
+            break;
+    }
+    PyErr_Clear();
+    return wrappers.release();
+}
+
+void destroyQtObject(QObject* object)
+{
+    const Unlocked unlocked;
+    if (object->thread() != QThread::currentThread() && QAbstractEventDispatcher::instance(object->thread()))
+        object->deleteLater();
+    else
+        delete object;
+}
+
+} // namespace binding

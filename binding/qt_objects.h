@@ -1,0 +1,20 @@
+// What is particular to library objects that are QObjects.
+#ifndef BINDING_QT_OBJECTS_H
+#define BINDING_QT_OBJECTS_H
+
+#include "interpreter.h"
+
+#include <QObject>
+
+namespace binding {
+
+// The wrapper objects of an object's parents, as far as there are any: a new list, or null for lack of memory.
+PyObject* wrappersOfParents(const QObject& object);
+
+// Deletes an object, with the interpreter's lock released, in the thread that it lives in: timers and queued calls must
+// not be pulled from under a thread that is at work on them.
+void destroyQtObject(QObject* object);
+
+} // namespace binding
+
+#endif
