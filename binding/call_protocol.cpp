@@ -4,6 +4,7 @@
 #include "operation.h"
 
 #include <algorithm>
+#include <cassert>
 #include <string>
 #include <vector>
 
@@ -265,6 +266,7 @@ void* raiseNotInitialised(PyObject* self)
     void* const result = operation.form == Form::NoArguments
                              ? operation.signatures->invoke(self, *operation.type, nullptr)
                              : run(operation, self, arguments, keywords);
+    assert(result || errorPending());
     return unlessError(static_cast<PyObject*>(result));
 }
 
@@ -275,6 +277,7 @@ int construct(const Operation& operation, PyObject* self, PyObject* arguments, P
     if (Shiboken::Object::isUserType(self) && !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type))
         return -1;
     void* const object = run(operation, self, arguments, keywords);
+    assert(object || errorPending());
     SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
     if (errorPending() || !Shiboken::Object::setCppPointer(wrapper, type, object)) {
         if (object)

@@ -1,6 +1,7 @@
 // How a failure of the library becomes a Python exception.
 #include "errors.h"
 
+#include <cassert>
 #include <sbkpython.h>
 
 namespace binding {
@@ -9,6 +10,7 @@ void (*libraryExceptionHook)(const std::exception& caught) = nullptr;
 
 void raiseCaughtException()
 {
+    assert(std::current_exception());
     try {
         throw;
     } catch (const std::exception& caught) {

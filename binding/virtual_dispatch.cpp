@@ -3,6 +3,7 @@
 
 #include "primitive_converters.h"
 
+#include <cassert>
 #include <cstring>
 #include <pyside_qtcore_python.h>
 #include <string>
@@ -39,6 +40,7 @@ OverrideCall::~OverrideCall() { Py_XDECREF(m_override); }
 
 PyObject* OverrideCall::run(PyObject* arguments)
 {
+    assert(m_override);
     PyObject* const result = arguments ? PyObject_Call(m_override, arguments, nullptr) : nullptr;
     if (!result)
         PyErr_Print();

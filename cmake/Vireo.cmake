@@ -5,6 +5,7 @@ if(VIREO_SANITIZE)
     # Numbers that no enumerator has are passed on purpose, to be refused.
     add_compile_options(-fsanitize=address,undefined -fno-sanitize=enum -fno-sanitize-recover=all
         -fno-omit-frame-pointer)
+    add_compile_options(-UNDEBUG) # what must hold is asserted, whatever the build type
     add_link_options(-fsanitize=address,undefined)
 endif()
 

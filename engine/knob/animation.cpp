@@ -1,6 +1,7 @@
 // Keyframes in order. Many keys are kept in chunks of bounded size, so that a change in the middle of a hundred
 // thousand moves a few hundred of them at most.
 #include <algorithm>
+#include <cassert>
 #include <engine/knob/animation.h>
 #include <limits>
 
@@ -22,6 +23,7 @@ bool samePlace(const Key& a, const Key& b) { return a.view == b.view && a.time =
 
 Value between(const Key& before, const Key& after, double time)
 {
+    assert(before.view == after.view && before.time < after.time);
     const double part = (time - before.time) / (after.time - before.time);
     return {before.value.x + (after.value.x - before.value.x) * part,
             before.value.y + (after.value.y - before.value.y) * part};
@@ -55,6 +57,7 @@ bool Animation::animated(int view) const
 // The chunk that holds the place, or would: the last that does not begin after it, or the first.
 std::vector<Animation::Chunk>::iterator Animation::chunkFor(const Key& place)
 {
+    assert(m_chunks && !m_chunks->empty());
     const auto after = std::upper_bound(m_chunks->begin(), m_chunks->end(), place,
                                         [](const Key& key, const Chunk& chunk) { return key < chunk.front(); });
     return after == m_chunks->begin() ? after : after - 1;
@@ -62,6 +65,7 @@ std::vector<Animation::Chunk>::iterator Animation::chunkFor(const Key& place)
 
 Animation::Neighbours Animation::neighbours(const Key& place) const
 {
+    assert(!m_single || !m_chunks); // keys are kept in one form at a time
     Neighbours found;
     if (m_single)
         (place < *m_single ? found.after : found.before) = &*m_single;
@@ -146,6 +150,7 @@ std::optional<Value> Animation::removeKey(double time, int view)
     chunk->erase(chunk->begin() + (found - chunk->data()));
     if (chunk->empty())
         m_chunks->erase(chunk);
+    assert(!m_chunks->empty()); // a last key would be the single one
     if (m_chunks->size() == 1 && m_chunks->front().size() == 1) {
         m_single = m_chunks->front().front();
         m_chunks.reset();

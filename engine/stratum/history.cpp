@@ -1,5 +1,6 @@
 // Steps and transactions.
 #include <algorithm>
+#include <cassert>
 #include <cstring>
 #include <engine/stratum/history.h>
 #include <iterator>
@@ -46,6 +47,7 @@ bool Notices::empty() const { return settings.empty() && others.empty() && !view
 
 void takeBackTo(Changes& changes, std::size_t count, Notices& notices)
 {
+    assert(changes.size() >= count);
     while (changes.size() > count) {
         changes.back()->takeBack();
         notices.add(changes.back()->notices());
@@ -66,6 +68,7 @@ void History::record(Changes changes, Notices& notices)
 
 void History::addStep(Transaction transaction, Changes changes, Notices& notices)
 {
+    assert(m_open.empty() && !changes.empty());
     m_done.push_back({transaction, std::move(changes)});
     m_undone.clear();
     notices.history = true;
@@ -73,6 +76,7 @@ void History::addStep(Transaction transaction, Changes changes, Notices& notices
 
 History::Transaction History::begin()
 {
+    assert(!m_open.empty() || m_gathered.empty()); // what was gathered became a step with the last commit
     m_open.push_back({m_last + 1, m_gathered.size()});
     ++m_last;
     if (m_open.size() == 1)
@@ -88,6 +92,7 @@ bool History::isOpen(Transaction transaction) const
 
 bool History::commit(Transaction transaction, Notices& notices)
 {
+    assert(isOpen(transaction));
     m_open.erase(std::find_if(m_open.begin(), m_open.end(),
                               [transaction](const Open& open) { return open.transaction == transaction; }));
     const bool changed = !m_open.empty() || !m_gathered.empty();
@@ -97,9 +102,11 @@ bool History::commit(Transaction transaction, Notices& notices)
 
 void History::rollBack(Transaction transaction, Notices& notices)
 {
+    assert(isOpen(transaction));
     const auto open = std::find_if(m_open.begin(), m_open.end(),
                                    [transaction](const Open& open) { return open.transaction == transaction; });
     const std::size_t start = open->start;
+    assert(start <= m_gathered.size()); // whoever took changes back lowered the starts of the others
     takeBackTo(m_gathered, start, notices);
     m_open.erase(open);
     for (Open& other : m_open)
@@ -128,6 +135,7 @@ bool History::isNextToRedo(Transaction transaction) const
 
 void History::undo(Notices& notices)
 {
+    assert(m_open.empty() && !m_done.empty());
     m_undone.push_back(std::move(m_done.back()));
     m_done.pop_back();
     const Changes& changes = m_undone.back().changes;
@@ -140,6 +148,7 @@ void History::undo(Notices& notices)
 
 void History::redo(Notices& notices)
 {
+    assert(m_open.empty() && !m_undone.empty());
     m_done.push_back(std::move(m_undone.back()));
     m_undone.pop_back();
     for (const auto& change : m_done.back().changes) {

@@ -2,6 +2,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <cassert>
 #include <engine/stratum/by_id.h>
 #include <engine/stratum/manager.h>
 #include <engine/stratum/tree.h>
@@ -60,6 +61,8 @@ void STRM_ProjectManager::idsGiven(unsigned int nextId)
     const auto byId = [](const auto& a, const auto& b) { return a->id() < b->id(); };
     std::sort(m_layers.begin(), m_layers.end(), byId);
     std::sort(m_groups.begin(), m_groups.end(), byId);
+    assert(m_layers.empty() || m_layers.back()->id() <= m_lastId);
+    assert(m_groups.empty() || m_groups.back()->id() <= m_lastId);
 }
 
 namespace {
@@ -111,6 +114,7 @@ Edit::~Edit()
 
 void Edit::perform(std::unique_ptr<Change> change)
 {
+    assert(m_lock.owns_lock());
     m_notices.add(change->notices());
     m_changes.push_back(std::move(change));
     m_changes.back()->make();
@@ -118,6 +122,7 @@ void Edit::perform(std::unique_ptr<Change> change)
 
 void Edit::commit()
 {
+    assert(m_lock.owns_lock()); // an edit is committed once
     m_manager.history.record(std::move(m_changes), m_notices);
     m_changes.clear();
     m_lock.unlock();

@@ -1,5 +1,6 @@
 // Chunks and the sums over them.
 #include <algorithm>
+#include <cassert>
 #include <engine/stratum/ordered_items.h>
 
 namespace Stratum {
@@ -14,8 +15,11 @@ template <class Parts, class Sum>
 std::size_t find(const Parts& parts, std::size_t& number, Sum sum)
 {
     std::size_t found = 0;
-    while (number >= parts[found].*sum)
+    assert(!parts.empty());
+    while (number >= parts[found].*sum) {
         number -= parts[found++].*sum;
+        assert(found < parts.size());
+    }
     return found;
 }
 
@@ -24,9 +28,10 @@ std::size_t find(const Parts& parts, std::size_t& number, Sum sum)
 std::size_t OrderedItems::offset(const OrderedItem& item)
 {
     const std::vector<Entry>& entries = item.m_chunk->entries;
-    return static_cast<std::size_t>(
-        std::find_if(entries.begin(), entries.end(), [&item](const Entry& entry) { return entry.item == &item; }) -
-        entries.begin());
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [&item](const Entry& entry) { return entry.item == &item; });
+    assert(found != entries.end());
+    return static_cast<std::size_t>(found - entries.begin());
 }
 
 void OrderedItems::add(Part& part, std::uint32_t count, std::uint32_t weight)
@@ -66,6 +71,7 @@ void OrderedItems::split(std::size_t number)
         add(first, -1u, -entry.weight);
         add(second, 1, entry.weight);
     }
+    assert(first.count == entries.size() && second.count == second.chunk->entries.size());
 }
 
 // Where an item can be put so that it has that index.
@@ -86,18 +92,22 @@ OrderedItems::Location OrderedItems::gap(std::size_t index)
 
 void OrderedItems::insert(OrderedItem& item, std::size_t index)
 {
+    assert(!item.sequence());
     const Location location = gap(index);
     Part& part = m_parts[location.part];
     std::vector<Entry>& entries = part.chunk->entries;
     entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(location.offset), {&item, item.m_weight});
     item.m_chunk = part.chunk.get();
     add(part, 1, item.m_weight);
+    assert(part.count == entries.size() && part.count <= chunkSize);
 }
 
 void OrderedItems::remove(OrderedItem& item)
 {
+    assert(item.sequence() == this);
     Chunk& chunk = *item.m_chunk;
     Part& part = m_parts[chunk.number];
+    assert(part.chunk.get() == &chunk);
     chunk.entries.erase(chunk.entries.begin() + static_cast<std::ptrdiff_t>(offset(item)));
     add(part, -1u, -item.m_weight);
     item.m_chunk = nullptr;
@@ -110,6 +120,7 @@ void OrderedItems::remove(OrderedItem& item)
 
 std::size_t OrderedItems::index(const OrderedItem& item) const
 {
+    assert(item.sequence() == this);
     std::size_t before = offset(item);
     for (std::size_t number = 0; number < item.m_chunk->number; ++number)
         before += m_parts[number].count;
@@ -135,6 +146,7 @@ OrderedItems::Place OrderedItems::atWeight(std::size_t number) const
 
 void OrderedItems::setWeight(OrderedItem& item, std::size_t weight)
 {
+    assert(item.sequence() == this);
     const auto now = static_cast<std::uint32_t>(weight);
     add(m_parts[item.m_chunk->number], 0, now - item.m_weight);
     item.m_weight = now;

@@ -1,4 +1,5 @@
 // Snapshots of layers.
+#include <cassert>
 #include <engine/stratum/shapes.h>
 #include <engine/stratum/snapshot.h>
 
@@ -28,6 +29,7 @@ LayerFrame frameAt(LayerModel& layer, const GroupModel* group, int frame, int vi
     for (const ContourModel& contour : layer.contours) {
         Curve curve = contour.curve(frame, view);
         const std::size_t place = result.contours.size();
+        assert(!before || place < before->contours.size()); // a layer has the same contours in every frame
         if (before && same(*before->contours[place], curve))
             result.contours.push_back(before->contours[place]);
         else

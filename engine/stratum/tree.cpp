@@ -3,6 +3,7 @@
 #include "planar_transform.h"
 
 #include <algorithm>
+#include <cassert>
 #include <engine/stratum/tree.h>
 #include <stratum/enumerations.h>
 #include <stratum/exception.h>
@@ -207,6 +208,7 @@ private:
         LayerGroup* parent = m_item.parentGroup();
         if (!parent)
             return {};
+        assert(m_item.sequence() == &itemsIn(*parent, m_item.manager()));
         const Position position{parent, itemsIn(*parent, m_item.manager()).index(m_item)};
         itemsIn(*parent, m_item.manager()).remove(m_item);
         weigh(*parent);
@@ -215,6 +217,7 @@ private:
     }
     void enter(const Position& position)
     {
+        assert(!m_item.sequence() && !m_item.parentGroup());
         if (!position.parent)
             return;
         itemsIn(*position.parent, m_item.manager()).insert(m_item, position.index);
@@ -229,6 +232,7 @@ private:
 template <class Item>
 void move(Edit& edit, Item& item, Position to)
 {
+    assert(&edit.manager() == &item.manager()); // whose lock the edit holds
     edit.perform(std::make_unique<Move<Item>>(item, to));
 }
 

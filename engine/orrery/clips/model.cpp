@@ -1,6 +1,8 @@
 // A clip's state and parameters, and how both change with undo.
 
 #include <QCoreApplication>
+#include <algorithm>
+#include <cassert>
 #include <engine/clips/model.h>
 #include <engine/errors/message.h>
 #include <engine/handles/access.h>
@@ -186,8 +188,10 @@ private:
     void swap()
     {
         std::swap(m_model.state, m_other);
-        for (auto& [view, values] : m_renewed)
+        for (auto& [view, values] : m_renewed) {
+            assert(m_model.stream(view)); // branches are never removed
             std::swap(m_model.stream(view)->values, values);
+        }
         m_model.followStreams();
     }
 
@@ -215,6 +219,8 @@ void ClipModel::setState(ClipState next)
 
 void ClipModel::followStreams()
 {
+    assert(std::all_of(state.streams.begin(), state.streams.end(),
+                       [this](const auto& entry) { return stream(entry.first) != nullptr; }));
     for (const auto& [view, branch] : m_streams)
         branch->setPresent(present() && state.streams.count(view));
 }

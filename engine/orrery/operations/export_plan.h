@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <cassert>
 #include <engine/pixels/pixels.h>
 #include <engine/sequences/name.h>
 #include <vector>
@@ -42,7 +43,11 @@ struct ExportPlan
     int frameCount() const { return last - first + 1; }
     int count() const { return frameCount() * static_cast<int>(views.size()); }
     // Number n of count(): all views of a frame before the next.
-    const ExportedView& view(int n) const { return views[static_cast<std::size_t>(n) % views.size()]; }
+    const ExportedView& view(int n) const
+    {
+        assert(n >= 0 && n < count());
+        return views[static_cast<std::size_t>(n) % views.size()];
+    }
     int frame(int n) const { return first + n / static_cast<int>(views.size()); }
     QString fileName(int n) const { return view(n).name.fileName(static_cast<unsigned int>(frame(n))); }
     StreamInfo info(const ExportedView& view) const;

@@ -3,6 +3,7 @@
 #include "cancel_link.h"
 
 #include <algorithm>
+#include <cassert>
 #include <condition_variable>
 #include <engine/embedding.h>
 #include <engine/errors/message.h>
@@ -68,6 +69,7 @@ OperationProgress::OperationProgress(ProgressWatcher& watcher, const QString& ti
 
 OperationProgress::~OperationProgress()
 {
+    assert(m_watcher.data().state.load() != ProgressWatcher::Data::Idle && running.load() > 0);
     m_watcher.data().state.store(ProgressWatcher::Data::Idle);
     if (m_cancelled)
         m_watcher.data().tellCancelled();

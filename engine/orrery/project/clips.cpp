@@ -1,5 +1,6 @@
 // The clips of a project, and the one that a layer is tracked on.
 #include <algorithm>
+#include <cassert>
 #include <engine/clips/project_clip.h>
 #include <engine/handles/access.h>
 #include <engine/handles/layer_items.h>
@@ -44,8 +45,11 @@ Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Cli
                 clips.push_back(*adopted);
         },
         [&clips, adopted] {
-            if (*adopted)
-                clips.erase(std::find(clips.begin(), clips.end(), *adopted));
+            if (!*adopted)
+                return;
+            const auto place = std::find(clips.begin(), clips.end(), *adopted);
+            assert(place != clips.end());
+            clips.erase(place);
         },
         notices));
     return *adopted;

@@ -6,6 +6,7 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QThread>
+#include <cassert>
 #include <set>
 
 namespace PySide {
@@ -80,6 +81,7 @@ PythonSlot::PythonSlot(PythonCallable callable, ValueTypes types, Qt::Connection
       m_type(static_cast<Qt::ConnectionType>(type & ~Qt::UniqueConnection)),
       m_context(m_callable.hasOwner() ? m_callable.owner() : threadContext())
 {
+    assert(Shiboken::GilState::isHeld());
     allSlots().insert(this);
     if (areCut)
         cut();
@@ -101,6 +103,7 @@ bool PythonSlot::isDead() const { return m_isCut || m_callable.isDead(); }
 
 void PythonSlot::cut()
 {
+    assert(Shiboken::GilState::isHeld());
     m_isCut = true;
     m_callable.clear();
 }

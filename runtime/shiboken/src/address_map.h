@@ -2,6 +2,7 @@
 #ifndef ADDRESS_MAP_H
 #define ADDRESS_MAP_H
 
+#include <cassert>
 #include <cstdint>
 #include <vector>
 
@@ -25,6 +26,7 @@ public:
     /// Enters the wrapper unless the address has one already, which is returned; null when it was entered.
     SbkObject* enter(const void* address, SbkObject* wrapper)
     {
+        assert(address && wrapper);
         Entry& entry = m_entries[placeOf(address)];
         if (entry.address)
             return entry.wrapper;
@@ -55,6 +57,7 @@ public:
             }
         }
         m_entries[gap] = Entry();
+        assert(m_count > 0);
         --m_count;
     }
 

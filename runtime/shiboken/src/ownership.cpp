@@ -4,6 +4,7 @@
 #include "wrapper_data.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <cstring>
 
@@ -20,6 +21,7 @@ void hold(SbkObject* object)
 {
     if (object->d.isHeld)
         return;
+    assert(!object->d.hasOwnership); // what is held for C++'s sake is not Python's to delete
     object->d.isHeld = true;
     Py_INCREF(object);
 }
@@ -36,6 +38,7 @@ void addChild(SbkObject* parent, SbkObject* child)
 {
     SbkObjectExtra& family = extraOf(parent);
     SbkObjectExtra& own = extraOf(child);
+    assert(!own.parent);
     own.parent = parent;
     own.previousSibling = family.lastChild;
     own.nextSibling = nullptr;
@@ -48,6 +51,7 @@ void addChild(SbkObject* parent, SbkObject* child)
 void takeChildOut(SbkObject* child)
 {
     SbkObjectExtra& own = *child->d.extra;
+    assert(own.parent && own.parent->d.extra);
     SbkObjectExtra& family = *own.parent->d.extra;
     (own.previousSibling ? own.previousSibling->d.extra->nextSibling : family.firstChild) = own.nextSibling;
     (own.nextSibling ? own.nextSibling->d.extra->previousSibling : family.lastChild) = own.previousSibling;
@@ -112,6 +116,7 @@ void leaveFamily(SbkObject* object)
 
 void forgetCppObject(SbkObject* object, void* cppObject)
 {
+    assert(GilState::isHeld());
     const AutoDecRef guard(asObject(object));
     Py_INCREF(object);
     BindingManager::instance().releaseWrapper(object);

@@ -5,6 +5,7 @@
 #include "autodecref.h"
 #include "basewrapper.h"
 
+#include <cassert>
 #include <string>
 #include <vector>
 
@@ -63,10 +64,18 @@ struct TypeData : SbkObjectTypePrivate
         isSingleAddress = parts.size() == 1 && !dataOfPart(0).cast;
         hasOneAddress = parts.size() == 1 && !dataOfPart(0).findOffsets;
     }
-    TypeData& dataOfPart(std::size_t index) { return *static_cast<TypeData*>(parts[index]->d); }
+    TypeData& dataOfPart(std::size_t index)
+    {
+        assert(index < parts.size());
+        return *static_cast<TypeData*>(parts[index]->d);
+    }
 };
 
-inline TypeData& dataOf(SbkObjectType* type) { return *static_cast<TypeData*>(type->d); }
+inline TypeData& dataOf(SbkObjectType* type)
+{
+    assert(type->d); // introduced, or derived from one that was
+    return *static_cast<TypeData*>(type->d);
+}
 inline SbkObjectType* typeOf(SbkObject* object) { return reinterpret_cast<SbkObjectType*>(Py_TYPE(object)); }
 inline TypeData& typeDataOf(SbkObject* object) { return dataOf(typeOf(object)); }
 inline PyTypeObject* asType(SbkObjectType* type) { return reinterpret_cast<PyTypeObject*>(type); }
@@ -84,6 +93,7 @@ std::vector<SbkObjectType*> partsOfBases(PyObject* bases);
 inline std::size_t partCount(SbkObject* object) { return typeDataOf(object).parts.size(); }
 inline void* cppObjectAt(SbkObject* object, std::size_t part)
 {
+    assert(part < partCount(object));
     const SbkObjectExtra* const extra = object->d.extra;
     if (extra && !extra->cppObjects.empty())
         return extra->cppObjects[part];

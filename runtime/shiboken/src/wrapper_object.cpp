@@ -4,6 +4,8 @@
 #include "sbkenum.h"
 #include "wrapper_data.h"
 
+#include <cassert>
+
 namespace Shiboken {
 
 namespace {
@@ -123,6 +125,8 @@ bool ownsLivingObject(SbkObject* self)
 void deallocate(PyObject* object, bool mayDestroy)
 {
     SbkObject* const self = reinterpret_cast<SbkObject*>(object);
+    // Both a parent and C++'s interest hold a reference.
+    assert(!self->d.isHeld && !(self->d.extra && self->d.extra->parent));
     PyObject_GC_UnTrack(object);
     const ErrorSaver errors;
     if (self->weakreflist)
