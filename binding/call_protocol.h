@@ -77,7 +77,7 @@ constexpr int maximumParameters = 11;
 PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords = nullptr);
 
 // Runs a constructor on an object that is not initialised yet: makes the library object and attaches it. `destroy`
-// deletes a library object that could not be attached. 0 for success, -1 with an error.
+// deletes a library object that could not be attached. Returns 1, or -1 with an error.
 int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords,
               ObjectDestructor destroy);
 

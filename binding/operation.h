@@ -28,7 +28,7 @@ namespace binding {
 // --- Parameters -----------------------------------------------------------------------------------------------------
 
 // What a given argument is converted into. A value class whose default constructor asks the library for something may
-// offer a cheaper start.
+// offer a cheaper initial value.
 template <class T>
 struct StartValue
 {

@@ -1,4 +1,4 @@
-// Nodes over branches.
+// The nodes of the parameter tree, made over the branches of the model.
 #include <QCoreApplication>
 #include <engine/knob/parameter_tree.h>
 

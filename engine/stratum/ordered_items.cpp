@@ -1,4 +1,4 @@
-// Chunks and the sums over them.
+// The chunks of an ordered sequence, and the sums over them that searches go through.
 #include <algorithm>
 #include <cassert>
 #include <engine/stratum/ordered_items.h>
@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t chunkSize = 512;
 constexpr std::size_t appendedSize = chunkSize / 4 * 3; // leaves room for what is inserted later
 
-// The part, or the entry, that holds the unit with that number; the number becomes the unit's within it. There is one.
+// The part, or the entry, that holds the unit with that number, which exists. The number becomes relative to it.
 template <class Parts, class Sum>
 std::size_t find(const Parts& parts, std::size_t& number, Sum sum)
 {
@@ -135,7 +135,7 @@ OrderedItem* OrderedItems::at(std::size_t index) const
     return m_parts[number].chunk->entries[index].item;
 }
 
-OrderedItems::Place OrderedItems::atWeight(std::size_t number) const
+OrderedItems::Unit OrderedItems::atWeight(std::size_t number) const
 {
     if (number >= m_weight)
         return {};

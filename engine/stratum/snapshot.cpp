@@ -1,4 +1,4 @@
-// Snapshots of layers.
+// Taking snapshots of layers.
 #include <cassert>
 #include <engine/stratum/shapes.h>
 #include <engine/stratum/snapshot.h>

@@ -75,12 +75,12 @@ LayerAnimations& LayerModel::animations()
     return *m_animations;
 }
 
-Knob::Value LayerModel::value(LayerValue value, double time, int view) const
+Knob::Value LayerModel::value(LayerValue which, double time, int view) const
 {
-    const Knob::Description& entry = description(value);
+    const Knob::Description& entry = description(which);
     if (!m_animations)
         return entry.initial;
-    return m_animations->values[value].at(time, view, manager().settings.heroView, entry.interpolated());
+    return m_animations->values[which].at(time, view, manager().settings.heroView, entry.interpolated());
 }
 
 bool LayerModel::tracked(int view) const
@@ -152,10 +152,10 @@ std::vector<GroupModel*> allGroups(STRM_ProjectManager& manager)
 
 LayerModel* layerAt(STRM_ProjectManager& manager, std::size_t index)
 {
-    const OrderedItems::Place place = manager.root().items.atWeight(index);
-    auto* const item = static_cast<TreeItem*>(place.item);
+    const OrderedItems::Unit unit = manager.root().items.atWeight(index);
+    auto* const item = static_cast<TreeItem*>(unit.item);
     if (auto* group = dynamic_cast<GroupModel*>(item))
-        return group->layers.at(place.offset);
+        return group->layers.at(unit.offset);
     return static_cast<LayerModel*>(item);
 }
 

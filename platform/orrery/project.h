@@ -69,7 +69,7 @@ public:
     void save();
     void save_as(const QString& file);
 
-    // Begins nothing yet: see UndoGroup::begin().
+    // Returns a group that is not open yet: see UndoGroup::begin().
     UndoGroup undo_group();
 
     // Adds a clip like the given one, with the given name, and returns it: it takes what it needs from its argument

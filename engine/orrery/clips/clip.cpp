@@ -1,4 +1,4 @@
-// Clip: streams, views and settings. What reads or writes pixels is in clip_footage.cpp and clip_export.cpp.
+// Clip: streams, views and settings. Its frames are read in footage.cpp.
 
 #include "color_link.h"
 

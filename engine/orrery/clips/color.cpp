@@ -11,7 +11,7 @@
 namespace orrery {
 namespace {
 
-// Whose each adopted object is: an object serves one clip.
+// Which clip has adopted which object: an object serves one clip only.
 class Owners
 {
 public:
@@ -38,7 +38,7 @@ Owners& owners()
     return all;
 }
 
-// The object that this thread is bringing in line with the model: its signals tell nothing new.
+// The object that this thread is updating from the model: its signals report nothing that the model does not know.
 thread_local const ColorParameters* shown = nullptr;
 
 class Showing

@@ -1,4 +1,4 @@
-// Tells a clip what happens to its colour parameters: their class has one signal and knows of no clip.
+// Connects a clip to its colour parameters, whose class has one signal and knows nothing of clips.
 #pragma once
 
 #include <QObject>

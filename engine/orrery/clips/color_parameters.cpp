@@ -1,4 +1,4 @@
-// ColorParameters: what the header leaves open. A clip listens to the object's signal to learn of changes.
+// ColorParameters: plain settings. A clip learns of changes from the object's signal.
 
 #include <engine/handles/destruction_hook.h>
 #include <orrery/color_parameters.h>

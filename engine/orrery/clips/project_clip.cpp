@@ -1,4 +1,4 @@
-// Clips as projects use them.
+// Making the clips that belong to projects.
 #include <engine/clips/project_clip.h>
 
 namespace orrery {

@@ -1,4 +1,4 @@
-// Clips in the document.
+// Writes clips into the document and reads them back.
 
 #include "clips.h"
 

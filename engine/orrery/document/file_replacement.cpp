@@ -1,4 +1,5 @@
-// Files that are whole at every moment: written beside, flushed to the disk, and renamed over the old one.
+// Atomic replacement of files: the new content is written to a temporary file in the same folder, flushed to the disk,
+// and renamed over the old file.
 #include <QFile>
 #include <QFileInfo>
 #include <atomic>
@@ -65,7 +66,7 @@ private:
     QByteArray m_name;
 };
 
-// Where a link leads, so that the link stays one.
+// The target of symbolic links: replacing the target keeps the link.
 QString resolved(const QString& file)
 {
     QFileInfo info(file);
@@ -121,7 +122,8 @@ void replaceFile(const QString& file, const std::string& content)
         refuse(file, "cannot be written", errno);
     if (temporary.renameTo(targetName) != 0)
         refuse(file, "cannot be replaced", errno);
-    // The new name is on the disk when the folder is. Where a folder cannot be flushed the file is whole all the same.
+    // The rename is on the disk once the folder is flushed. A file system that cannot flush folders still has a whole
+    // file.
     const Descriptor folder(::open(QFile::encodeName(target.absolutePath()).constData(), O_RDONLY | O_CLOEXEC));
     if (folder >= 0)
         ::fsync(folder);

@@ -1,4 +1,4 @@
-// What a saved project is told by.
+// What identifies a project file, and its version.
 #pragma once
 
 namespace orrery {

@@ -14,18 +14,18 @@ using Json = nlohmann::json;
 
 Json toJson(const QString& text);
 
-// A value in the document with the way to it. Throws STRM_BadFile that names the file, the way and what is wrong.
+// A value in the document, with its path from the root. Throws STRM_BadFile naming the file, the path and the problem.
 class JsonReader
 {
 public:
     // `file` and `json` must outlive the reader and all that come from it.
     JsonReader(const QString& file, const Json& json) : m_file(file), m_json(json) {}
 
-    // A member of an object. The first throws when there is none.
+    // A member of an object; operator[] throws when it is missing.
     JsonReader operator[](const char* name) const;
     bool has(const char* name) const;
 
-    // Of an array.
+    // The items of an array.
     std::size_t size() const;
     JsonReader operator[](std::size_t index) const;
     void forEach(const std::function<void(const JsonReader&)>& function) const;
@@ -46,7 +46,7 @@ private:
 
     const QString& m_file;
     const Json& m_json;
-    const JsonReader* m_parent = nullptr; // on the stack of whoever reads, as long as this one
+    const JsonReader* m_parent = nullptr; // outlives this reader
     const char* m_name = nullptr;
     std::size_t m_index = 0;
 };

@@ -1,5 +1,5 @@
-// A saved project, read without trusting it. Everything goes into a project that nobody else knows yet: when anything
-// is wrong with the file, it goes with the exception.
+// Reads a project file without trusting it. Everything is read into a project that no other thread can reach yet: when
+// anything is wrong with the file, the exception destroys it.
 #include "clips.h"
 #include "format.h"
 

@@ -1,4 +1,4 @@
-// Access through handles.
+// Looking up what a handle refers to.
 #include <engine/handles/access.h>
 
 namespace orrery {

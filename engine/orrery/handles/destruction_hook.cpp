@@ -1,4 +1,4 @@
-// The hook, and the base class of all that call it.
+// The hook, and the destructor of SbkCleaner, the base of all classes that call it.
 #include <atomic>
 #include <engine/handles/destruction_hook.h>
 #include <orrery/py_type_error.h>

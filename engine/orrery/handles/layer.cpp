@@ -1,4 +1,4 @@
-// Layers.
+// Layer: its shapes, its track, its place in the project and its settings.
 #include "shape_records.h"
 
 #include <cmath>
@@ -57,7 +57,7 @@ XSplineContour Layer::add_xspline_contour(float time, const QVector<XControlPoin
 
 QList<boost::shared_ptr<Stratum::Contour>> Layer::getAllContours() const
 {
-    // Each keeps the project's manager alive, as what it is taken from does.
+    // Sharing the ownership of `object`, each pointer keeps the project's manager alive too.
     const boost::shared_ptr<STRM_Layer> object = handledObject();
     const LockedItem<Stratum::LayerModel> layer(object);
     QList<boost::shared_ptr<Stratum::Contour>> contours;

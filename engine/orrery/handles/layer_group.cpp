@@ -1,4 +1,4 @@
-// Groups of layers, and how a layer moves into one and out of it.
+// LayerGroup, and moving layers into groups and out of them.
 #include <engine/handles/layer_handles.h>
 #include <engine/handles/layer_items.h>
 
@@ -18,7 +18,7 @@ bool LayerGroup::isNull() const { return isGone(m_object, m_manager); }
 
 namespace {
 
-// Into the group at that place, or to the top of the project for null.
+// Moves the layer into the group at that index, or to the top level of the project for null.
 void moveInto(LayerGroup* group, Stratum::LayerModel& layer, unsigned int index)
 {
     const boost::shared_ptr<Stratum::LayerGroup> object =

@@ -1,4 +1,4 @@
-// Parameters and their sets.
+// Parameter and ParameterSet: values, keyframes and navigation.
 #include "parameter_values.h"
 
 #include <cstdint>
@@ -21,30 +21,30 @@ bool Parameter::isNull() const { return isGone(m_object, m_manager); }
 
 namespace {
 
-using Place = std::pair<int, double>;
+using ViewAndTime = std::pair<int, double>;
 
 // Views that the project has no more keep their keyframes, for when they come back.
-QVector<QPair<View, double>> visible(const std::set<Place>& places, const STRM_ProjectManager& manager)
+QVector<QPair<View, double>> visible(const std::set<ViewAndTime>& keys, const STRM_ProjectManager& manager)
 {
     QVector<QPair<View, double>> keyframes;
-    for (const Place& place : places)
-        if (static_cast<std::size_t>(place.first) < manager.settings.views.size())
-            keyframes.append(qMakePair(View(place.first), place.second));
+    for (const ViewAndTime& key : keys)
+        if (static_cast<std::size_t>(key.first) < manager.settings.views.size())
+            keyframes.append(qMakePair(View(key.first), key.second));
     return keyframes;
 }
 
-void collect(const Knob::Animation& animation, std::set<Place>& places)
+void collect(const Knob::Animation& animation, std::set<ViewAndTime>& keys)
 {
-    animation.forEachKey([&places](const Knob::Key& key) { places.insert(places.end(), {key.view, key.time}); });
+    animation.forEachKey([&keys](const Knob::Key& key) { keys.insert(keys.end(), {key.view, key.time}); });
 }
 
-void collect(Knob::Branch& branch, std::set<Place>& places)
+void collect(Knob::Branch& branch, std::set<ViewAndTime>& keys)
 {
     for (const Knob::Member& member : branch.members()) {
         if (member.animation)
-            collect(*member.animation, places);
+            collect(*member.animation, keys);
         else
-            collect(*member.branch, places);
+            collect(*member.branch, keys);
     }
 }
 
@@ -146,9 +146,9 @@ QStringList Parameter::get_name_components() { return handledObject()->path(); }
 QVector<QPair<View, double>> Parameter::get_keyframes()
 {
     const LockedNode node(handledObject(), m_manager);
-    std::set<Place> places;
-    collect(node->animation(), places);
-    return visible(places, *node.manager());
+    std::set<ViewAndTime> keys;
+    collect(node->animation(), keys);
+    return visible(keys, *node.manager());
 }
 
 bool Parameter::operator==(const Parameter& other) const { return identityOf(m_object) == identityOf(other.m_object); }
@@ -184,9 +184,9 @@ QVector<ParameterSet> ParameterSet::get_subsets()
 QVector<QPair<View, double>> ParameterSet::get_keyframes()
 {
     const LockedNode node(handledObject(), m_manager);
-    std::set<Place> places;
-    collect(node->branch(), places);
-    return visible(places, *node.manager());
+    std::set<ViewAndTime> keys;
+    collect(node->branch(), keys);
+    return visible(keys, *node.manager());
 }
 
 QString ParameterSet::get_display_name() { return handledObject()->displayName(); }

@@ -1,4 +1,4 @@
-// The conversions, by the kind of parameter.
+// How each kind of parameter is converted from and to a variant.
 #include "parameter_values.h"
 
 #include <QPoint>

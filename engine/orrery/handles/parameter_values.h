@@ -1,4 +1,5 @@
-// Between variants and the values of parameters. No lock is held: a variant may hold a script's object.
+// Converts between variants and the values of parameters. Called without the lock: a variant may hold a Python object,
+// and copying it takes the interpreter's lock.
 #pragma once
 
 #include <QVariant>

@@ -1,4 +1,4 @@
-// The common part of the handles.
+// PyHandle, for each of the object types that it is used with.
 #include <engine/handles/presence.h>
 #include <orrery/py_handle.h>
 

@@ -1,4 +1,4 @@
-// The conversions.
+// Copies the fields of records into point values and back.
 #include "shape_records.h"
 
 namespace orrery {

@@ -1,4 +1,4 @@
-// Transactions of a project's undo history.
+// UndoGroup: opening, closing, undoing and redoing one transaction of a project's history.
 #include <engine/handles/access.h>
 #include <engine/handles/undo_group_data.h>
 #include <orrery/undo_group.h>
@@ -22,7 +22,7 @@ void requireOpen(const STRM_ProjectManager& manager, const UndoGroupData& data, 
         refuse(problem);
 }
 
-// Whether there is anything to step; throws where the group is not one that could be.
+// Whether the committed group changed anything; STRM_BadState when it is still open or was never committed.
 bool hasStep(const STRM_ProjectManager& manager, const UndoGroupData& data)
 {
     if (manager.history.isOpen(data.transaction))

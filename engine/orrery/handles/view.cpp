@@ -1,11 +1,11 @@
-// Views and how they are shown: plain values.
+// View and ViewInfo: plain values.
 #include <QHash>
 #include <orrery/view.h>
 #include <orrery/view_info.h>
 
 namespace {
 
-// A text as a script would write it.
+// The text as a Python literal.
 QString literal(const QString& text)
 {
     QString escaped = text;
@@ -14,7 +14,7 @@ QString literal(const QString& text)
     return QLatin1Char('\'') + escaped + QLatin1Char('\'');
 }
 
-// With a point, as Python writes floating-point numbers.
+// With a decimal point even where there is no fraction, as Python writes floats.
 QString literal(float value)
 {
     const QString text = QString::number(double(value), 'g', 8);

@@ -1,4 +1,4 @@
-// Lets the signal by which a script asks for a cancel have the effect of the call.
+// Makes the signal cancelRequested() have the effect of a call of cancel().
 #pragma once
 
 #include <QObject>

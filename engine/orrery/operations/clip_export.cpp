@@ -1,4 +1,4 @@
-// Clip::exportClip: a clip's frames, as they are understood, written anew.
+// Clip::exportClip: writes a clip's frames, colour interpretation applied, as a new sequence.
 
 #include "export_plan.h"
 

@@ -32,7 +32,7 @@ void requireFormat(const QString& suffix)
         text("suffix: %1 names no format that can be written: .png, .exr, .jpg, .tif or .dpx", quoted(suffix)));
 }
 
-// Views may be called anything.
+// A view may have any name, so it is escaped.
 QString fileNamePart(const QString& abbreviation)
 {
     return Fundo::FSPercentEscapedString(abbreviation, Fundo::FSPercentEscapedString::ThisSystem);

@@ -28,7 +28,7 @@ struct ExportedView
     SequenceName name; // set by the plan
 };
 
-// A number of every frame of every view that is written.
+// Numbers every frame of every view that is written.
 struct ExportPlan
 {
     // STRM_BadArgument and STRM_OutOfRange name the argument. `frameCount` is that of what is exported; `views` are all
@@ -56,7 +56,7 @@ private:
     void nameViews(const ExportArguments& arguments);
 };
 
-// What one operation may be asked for: a snapshot of it is held in memory. STRM_OutOfRange.
+// Limits the frames and views of one operation, whose snapshot is held in memory. STRM_OutOfRange.
 void requireBearable(unsigned int first, unsigned int last, std::size_t views = 1);
 
 // The depth that suits a format best for what is exported.

@@ -1,4 +1,4 @@
-// Project::render: has an operation write its sequence, and makes a clip of the project of it.
+// Project::render: has an operation write its sequence, and adds a clip over it to the project.
 
 #include "render_scene.h"
 #include "scope.h"

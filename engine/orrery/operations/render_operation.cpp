@@ -1,4 +1,4 @@
-// What the render operations share: a watcher of their own.
+// RenderOperation: the base of the render operations, with the watcher that each of them owns.
 
 #include <engine/handles/destruction_hook.h>
 #include <orrery/progress_watcher.h>

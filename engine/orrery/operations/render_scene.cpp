@@ -1,4 +1,4 @@
-// Scenes, and the sequences that are rendered from them.
+// Taking the snapshot of a scene, and writing the sequence that is rendered from it.
 
 #include "render_scene.h"
 

@@ -1,4 +1,4 @@
-// Selecting what an operation works on.
+// Selecting the layers, views and footage that an operation works on.
 
 #include "scope.h"
 

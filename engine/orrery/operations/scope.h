@@ -1,4 +1,5 @@
-// What tracking, rendering and exporting a project have in common: one of them at a time, and on which layers.
+// What tracking, rendering and exporting a project have in common: only one of them runs at a time, and each selects
+// its layers, views and footage alike.
 #pragma once
 
 #include <QVector>
@@ -10,7 +11,7 @@
 
 namespace orrery {
 
-// While it lives, no other operation of its kind begins on the project: STRM_OperationInProgress.
+// While one exists, constructing another for the same project throws STRM_OperationInProgress.
 class BusyProject
 {
 public:

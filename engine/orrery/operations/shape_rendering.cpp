@@ -1,4 +1,4 @@
-// Mattes come from the pixel library; how layers add up is decided here.
+// Composites layers from the mattes that the pixel library draws.
 
 #include "shape_rendering.h"
 

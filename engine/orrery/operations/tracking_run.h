@@ -1,5 +1,5 @@
-// Follows the surfaces of layers through the frames of one view: plain values in, transforms out, no model. Layers
-// share each frame's decoding, all cores work, and a layer is followed where those above it leave it in sight.
+// Tracks the surfaces of layers through the frames of one view, from plain values to transforms, without the model.
+// Layers share each frame's decoding, all cores work, and what is hidden by the layers above is left out.
 #pragma once
 
 #include <QString>

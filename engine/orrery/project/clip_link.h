@@ -1,4 +1,4 @@
-// Tells a project that one of its clips was destroyed by somebody else: a parent that a script gave it, or the script.
+// Tells a project that one of its clips was destroyed from outside: by a script, or by a Qt parent that it was given.
 #pragma once
 
 #include <QObject>

@@ -124,7 +124,7 @@ void Project::Data::ownClip(std::unique_ptr<Clip> clip)
     *allClips.back() = clip.release();
 }
 
-// Of the clip only the QObject is left: it is compared, not used.
+// Called from the destructor of QObject, when nothing else is left of the clip: the pointer is only compared.
 void Project::Data::forgetClip(QObject* clip)
 {
     Notices notices;

@@ -1,4 +1,4 @@
-// The application that the library runs in, and the project that it has open.
+// Whether an application embeds the interpreter, and which project it has open.
 #include <atomic>
 #include <engine/embedding.h>
 #include <engine/project/data.h>

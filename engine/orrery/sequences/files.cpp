@@ -1,4 +1,4 @@
-// Sequences as they lie on disk: which there are in a folder, and which of their frames.
+// Sequences on disk: which ones a folder holds, and which of their frames exist.
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-// Sequence names as texts: no look at the disk, but for telling a folder from a file.
+// Parsing of sequence names. The disk is asked only whether a location is a folder or a file.
 
 #include <QDir>
 #include <QFileInfo>
@@ -10,8 +10,8 @@
 namespace orrery {
 namespace {
 
-// Where a frame number stands in a file name.
-struct Place
+// The part of a file name that holds the frame number.
+struct NumberField
 {
     int start = -1;
     int length = 0;
@@ -22,8 +22,8 @@ struct Place
 
 bool isDigit(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
 
-// The last run of #: more of them are more digits.
-Place hashPlace(const QString& name)
+// The last run of #, one per digit.
+NumberField hashField(const QString& name)
 {
     const int last = name.lastIndexOf(QLatin1Char('#'));
     if (last < 0)
@@ -35,7 +35,7 @@ Place hashPlace(const QString& name)
 }
 
 // %d, %4d or %04d.
-Place printfPlace(const QString& name)
+NumberField printfField(const QString& name)
 {
     for (int start = name.lastIndexOf(QLatin1Char('%')); start >= 0;
          start = start ? name.lastIndexOf(QLatin1Char('%'), start - 1) : -1) {
@@ -48,41 +48,41 @@ Place printfPlace(const QString& name)
     return {};
 }
 
-Place patternPlace(const QString& name)
+NumberField patternField(const QString& name)
 {
-    const Place place = hashPlace(name);
-    return place.found() ? place : printfPlace(name);
+    const NumberField field = hashField(name);
+    return field.found() ? field : printfField(name);
 }
 
-Place digitPlace(const QString& name)
+NumberField digitField(const QString& name)
 {
     int end = name.lastIndexOf(QLatin1Char('.'));
     const bool numberLast =
         end >= 0 && end + 1 < name.size() && std::all_of(name.begin() + end + 1, name.end(), isDigit);
     if (end <= 0 || numberLast)
         end = name.size();
-    Place last;
+    NumberField last;
     for (int i = end - 1; i >= 0; --i) {
         if (!isDigit(name.at(i)))
             continue;
         int start = i;
         while (start > 0 && isDigit(name.at(start - 1)))
             --start;
-        const Place place{start, i - start + 1, 0};
+        const NumberField field{start, i - start + 1, 0};
         const bool free = (start == 0 || !name.at(start - 1).isLetterOrNumber()) &&
                           (i + 1 == name.size() || !name.at(i + 1).isLetterOrNumber());
         if (free)
-            return place;
+            return field;
         if (!last.found())
-            last = place;
+            last = field;
         i = start;
     }
     return last;
 }
 
-SequenceName split(const QString& folder, const QString& name, const Place& place)
+SequenceName split(const QString& folder, const QString& name, const NumberField& field)
 {
-    return {folder, name.left(place.start), name.mid(place.start + place.length), place.width};
+    return {folder, name.left(field.start), name.mid(field.start + field.length), field.width};
 }
 
 QString absoluteFolder(const QString& folder) { return QDir::cleanPath(QFileInfo(folder).absoluteFilePath()); }
@@ -104,11 +104,11 @@ SequenceName onlySequenceIn(const QString& folder, bool required)
 }
 
 // The width that all files of the sequence agree with: with leading zeros their length, else that of the shortest.
-SequenceName sequenceOfFile(const QString& folder, const QString& name, const Place& place)
+SequenceName sequenceOfFile(const QString& folder, const QString& name, const NumberField& field)
 {
-    SequenceName sequence = split(folder, name, place);
+    SequenceName sequence = split(folder, name, field);
     if (framesOnDisk(sequence).isEmpty())
-        sequence.indexWidth = static_cast<unsigned int>(place.length);
+        sequence.indexWidth = static_cast<unsigned int>(field.length);
     return sequence;
 }
 
@@ -151,11 +151,11 @@ QString SequenceName::pattern() const { return path(unknownFrame); }
 
 bool splitFileName(const QString& fileName, NumberedFile& parts)
 {
-    const Place place = digitPlace(fileName);
-    if (!place.found())
+    const NumberField field = digitField(fileName);
+    if (!field.found())
         return false;
-    parts = {fileName.left(place.start), fileName.mid(place.start, place.length),
-             fileName.mid(place.start + place.length)};
+    parts = {fileName.left(field.start), fileName.mid(field.start, field.length),
+             fileName.mid(field.start + field.length)};
     return true;
 }
 
@@ -179,12 +179,12 @@ SequenceName parseLocation(const QString& location, bool required)
         return onlySequenceIn(path, required);
     const QString name = QFileInfo(path).fileName();
     const QString folder = QFileInfo(path).absolutePath();
-    if (const Place place = patternPlace(name); place.found())
-        return split(folder, name, place);
-    const Place place = digitPlace(name);
+    if (const NumberField field = patternField(name); field.found())
+        return split(folder, name, field);
+    const NumberField field = digitField(name);
     const bool present = file.exists();
-    if (place.found() && (present || name.contains(QLatin1Char('.'))))
-        return sequenceOfFile(folder, name, place);
+    if (field.found() && (present || name.contains(QLatin1Char('.'))))
+        return sequenceOfFile(folder, name, field);
     if (present)
         raise<STRM_BadFile>(text("%1: the file's name has no frame number", path));
     if (required)

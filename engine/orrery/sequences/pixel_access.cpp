@@ -1,4 +1,4 @@
-// Translates the pixel library's errors.
+// Loads the pixel library and translates its errors.
 
 #include <engine/sequences/pixel_access.h>
 #include <pixels_loader.h>

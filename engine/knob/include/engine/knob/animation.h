@@ -42,7 +42,7 @@ public:
     Animation(Animation&&) = default;
     Animation& operator=(Animation&&) = default;
 
-    // What holds where there are no keyframes.
+    // The value where there are no keyframes.
     const Value& rest() const { return m_rest; }
     void setRest(Value rest) { m_rest = rest; }
 

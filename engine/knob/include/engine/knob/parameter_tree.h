@@ -56,7 +56,7 @@ struct Member
 std::vector<Member> tableMembers(const Description* table, std::size_t count, Animation* values);
 void setInitialValues(const Description* table, std::size_t count, Animation* values);
 
-// What stands behind a set of parameters: an object of the model, or a part of one. Lives as long as its model.
+// What a set of parameters represents: an object of the model, or a part of one. Lives as long as its model.
 class Branch
 {
 public:
@@ -70,9 +70,9 @@ public:
     // A Python name for objects that the tree names by their number; empty where the node's own name is one. No lock.
     virtual QString scriptName() const { return QString(); }
 
-    // For the rest the model's lock is held.
+    // The following are called with the model's lock held.
     virtual std::vector<Member> members() = 0;
-    // The member of that name, or an empty one. As it stands here it looks through members().
+    // The member of that name, or an empty one. The default implementation searches members().
     virtual Member member(const QString& name);
 
     // Throws what the model throws when the branch's values must not be changed now.
@@ -107,7 +107,7 @@ private:
     Animation* m_animations;
 };
 
-// A branch that holds further branches only. Whoever has one lists its members.
+// A branch with a display name of its own; subclasses implement members().
 class NamedBranch : public Branch
 {
 public:
@@ -121,8 +121,8 @@ private:
     const char* m_displayName;
 };
 
-// The node. Its path, target and presence can be read by any thread without a lock; the model's lock is held where
-// children are asked for.
+// A node of the tree. Its path, target and presence can be read by any thread without a lock; children are asked for
+// with the model's lock held.
 class ParameterSet : public boost::enable_shared_from_this<ParameterSet>
 {
 public:
@@ -143,7 +143,7 @@ public:
     Animation& animation() const { return *m_target.animation; }
     const Description& description() const { return *m_target.description; }
 
-    // What both compare and hash by.
+    // What handles on parameters and sets compare and hash by.
     const void* target() const;
 
     // Null when there is no member of that name.

@@ -1,8 +1,8 @@
-// A sequence of which the place of an item, and the item at a place, are found without counting through it: chunks of
-// bounded size, of which each item knows its own. A hundred thousand items are some hundred chunks.
+// A sequence that finds the index of an item, and the item at an index, without walking through it: chunks of bounded
+// size, with each item knowing its own. A hundred thousand items are some hundred chunks.
 //
-// Each item has a weight beside its place, so that a layer can be found by its number among all layers while groups
-// weigh as many as they hold.
+// Each item also has a weight, so that a layer can be found by its number among all layers: a group weighs as much as
+// the number of layers in it.
 #pragma once
 
 #include <cstddef>
@@ -34,12 +34,12 @@ public:
     OrderedItem* at(std::size_t index) const; // null past the end
 
     // The item that holds the unit of weight with that number, and which of its own units that is.
-    struct Place
+    struct Unit
     {
         OrderedItem* item = nullptr;
         std::size_t offset = 0;
     };
-    Place atWeight(std::size_t number) const;
+    Unit atWeight(std::size_t number) const;
     void setWeight(OrderedItem& item, std::size_t weight);
 
 protected:
@@ -102,7 +102,7 @@ private:
     std::uint32_t m_weight;
 };
 
-// A sequence of items of one class. What is inserted or removed ends all loops over it.
+// A sequence of items of one class. Insertions and removals invalidate all iterators.
 template <class Item>
 class Ordered : public OrderedItems
 {

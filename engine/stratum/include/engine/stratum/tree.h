@@ -104,7 +104,7 @@ public:
     const LayerAnimations* animationsIfAny() const { return m_animations.get(); }
     LayerAnimations& animations();
 
-    Knob::Value value(LayerValue value, double time, int view) const;
+    Knob::Value value(LayerValue which, double time, int view) const;
     bool tracked(int view) const; // by keyframes of its own
     Corners corners(double time, int view) const;
 

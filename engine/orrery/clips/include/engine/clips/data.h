@@ -29,8 +29,8 @@ struct Clip::Data : Stratum::Listener
     // For a clip that nobody knows yet: from now on the project's manager guards it.
     void moveTo(const boost::shared_ptr<STRM_ProjectManager>& projectManager, orrery::ClipState state);
 
-    // Calls the function with a copy of the state, under the lock and in an edit, and makes what it left of the copy
-    // the clip's state. The signals that its notices stand for are emitted once the lock is released.
+    // Calls the function with a copy of the state, under the lock and in an edit, and makes the modified copy the
+    // clip's state. The signals that the notices stand for are emitted once the lock is released.
     void change(const std::function<void(orrery::ClipState&)>& function, const Stratum::Notices& notices);
     orrery::ClipState state() const; // takes the lock
     Stratum::Notices settingChanged(const char* property);

@@ -1,4 +1,4 @@
-// What projects ask of clips beyond their public interface.
+// What projects need of clips beyond their public interface.
 #pragma once
 
 #include <QString>

@@ -8,10 +8,10 @@ namespace orrery {
 
 // The document of the project. Takes the lock.
 std::string writeProject(Project::Data& project);
-// Fills a project that nobody else knows yet. Throws STRM_BadFile that names the file.
+// Fills a project that no other thread can reach yet. Throws STRM_BadFile naming the file.
 void readProject(Project::Data& project, const QString& file);
 
-// Replaces a file as a whole: what stands under its name is always the old or the new one. Throws STRM_BadFile.
+// Replaces a file atomically: under its name there is always either the old or the new content. Throws STRM_BadFile.
 void replaceFile(const QString& file, const std::string& content);
 std::string readFile(const QString& file, std::size_t limit);
 

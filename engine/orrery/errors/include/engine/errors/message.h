@@ -1,4 +1,4 @@
-// How the texts of errors are put together.
+// Formatting of error messages.
 #pragma once
 
 #include <QString>
@@ -15,7 +15,7 @@ QString asText(Number number)
     return QString::number(number);
 }
 
-// The pattern with %1, %2 ... replaced all at once: what is put in may hold such marks itself, as file names do.
+// The pattern with %1, %2 ... replaced in one pass, so that arguments may contain such markers, as file names do.
 template <class... Arguments>
 QString text(const char* pattern, const Arguments&... arguments)
 {

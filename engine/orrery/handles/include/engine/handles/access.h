@@ -1,4 +1,4 @@
-// From handles to the engine's objects.
+// Looking up the engine objects that handles, views and parameter paths refer to.
 #pragma once
 
 #include <QString>
@@ -16,14 +16,14 @@
 
 namespace orrery {
 
-// The manager, kept alive and still open, or STRM_BadState "Invalid object".
+// Locks the weak pointer. STRM_BadState "Invalid object" when the manager is gone or its project closed.
 boost::shared_ptr<STRM_ProjectManager> openManager(const boost::weak_ptr<STRM_ProjectManager>& manager);
 
 inline int idOf(const View& view) { return static_cast<int>(view.get_id()); }
 // The id of the view that is meant. STRM_OutOfRange for one that the project does not have.
 inline int resolveView(const STRM_ProjectManager& manager, const View& view) { return manager.resolveView(idOf(view)); }
 
-// What a handle, or a call on a project, refers to: nothing when it leads nowhere.
+// The parameter or set at a path below the branch; a null handle when there is none.
 Parameter parameterAt(Knob::Branch& branch, STRM_ProjectManager& manager, const QStringList& path);
 ParameterSet parameterSetAt(Knob::Branch& branch, STRM_ProjectManager& manager, const QStringList& path);
 

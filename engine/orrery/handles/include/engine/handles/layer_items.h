@@ -1,4 +1,4 @@
-// What the handles of layers and groups do alike.
+// What the handles of layers and groups have in common: locking, edits, and the settings that both have.
 #pragma once
 
 #include <engine/handles/presence.h>

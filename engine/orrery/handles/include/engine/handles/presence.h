@@ -1,5 +1,5 @@
-// Whether engine objects are still part of their project, and what handles compare by. No lock is taken: comparison,
-// hash and the test for null may be called by whoever holds an interpreter's lock.
+// Whether engine objects are still part of their project, and the identity by which handles are compared and hashed. No
+// lock is taken: comparison, hash and the test for null may be called by whoever holds an interpreter's lock.
 #pragma once
 
 #include <QHash>

@@ -1,4 +1,4 @@
-// What the copies of one undo group share.
+// The state that all copies of one UndoGroup share.
 #pragma once
 
 #include <boost/weak_ptr.hpp>

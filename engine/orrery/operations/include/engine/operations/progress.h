@@ -1,4 +1,4 @@
-// What a long operation reports to, and how it learns that it is to stop.
+// How a long operation reports its progress, and how it learns that it has been cancelled.
 #pragma once
 
 #include <QPointer>
@@ -12,9 +12,9 @@ namespace orrery {
 
 class CancelLink;
 
-// One operation, from its beginning to its end, told to a watcher from the thread that runs it: started() when it is
-// made, finished() (and cancelled() before) when it is destroyed. So it is to be made before everything that an end
-// without success takes back. No lock may be held where it is made, told or destroyed.
+// One operation, reported to a watcher from the thread that runs it: started() when this is constructed, finished(),
+// after cancelled() if it was, when it is destroyed. Construct it before everything that a failure undoes, so that
+// finished() comes last. No lock may be held by whoever constructs, calls or destroys it.
 class OperationProgress
 {
 public:
@@ -27,8 +27,8 @@ public:
     // Any thread.
     bool cancelWanted() const noexcept;
 
-    // Tells how far it is, from 0 to 1; many a call in a short time tells once. Throws STRM_OperationCancelledByUser
-    // when that is wanted.
+    // Reports how much is done, from 0 to 1; calls in quick succession are merged. Throws
+    // STRM_OperationCancelledByUser when a cancel was requested.
     void report(double fraction, const QString& doing);
     void throwIfCancelled();
 
@@ -41,7 +41,7 @@ private:
     const unsigned m_cancelsAtStart;
 };
 
-// The watcher of an object, which a script may have destroyed: STRM_BadState then.
+// The watcher that an object owns. STRM_BadState when a script has destroyed it.
 ProgressWatcher& presentWatcher(const QPointer<ProgressWatcher>& watcher);
 
 // Calls `work` with 0 to count - 1 from all cores, several at once, in order as far as that goes, and reports meanwhile

@@ -8,14 +8,14 @@
 
 namespace orrery {
 
-// The lock is held for all of them.
+// All of these are called with the lock held.
 
 // Makes the clip one of the project's, as part of an edit: in the list, with undo. The project owns it from then on,
 // also when the edit is taken back. The name is made unlike the others' by a number.
 Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
 QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted);
 
-// The project's clip with that id (Clip::get_id), or null.
+// The project's clip with that id (Clip::get_id()), or null.
 Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id);
 
 } // namespace orrery

@@ -32,7 +32,7 @@ struct Project::Data : Stratum::Listener
     std::vector<std::shared_ptr<Clip*>> allClips;
     void ownClip(std::unique_ptr<Clip> clip); // with the lock held
 
-    std::mutex saving;             // one save at a time; whoever holds it waits for nobody's interpreter
+    std::mutex saving;             // one save at a time; never held while waiting for an interpreter's lock
     std::atomic<bool> busy{false}; // tracking, rendering or an export runs
     const QPointer<ProgressWatcher> progressWatcher; // a child object; null once a script destroyed it
 
@@ -44,7 +44,7 @@ private:
 
 namespace orrery {
 
-// The project is going: it is current no more.
+// Called by the destructor: the project can no longer be the current one.
 void forgetProject(Project* project);
 
 } // namespace orrery

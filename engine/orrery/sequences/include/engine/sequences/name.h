@@ -1,5 +1,5 @@
-// The names of image sequences: taking the ways to write one apart ("plate.####.png", "plate.%04d.png", one of the
-// files, a folder), and putting the name of a frame together. Looks at the disk only where a text alone leaves it open.
+// The names of image sequences: parsing the notations of a location ("plate.####.png", "plate.%04d.png", one of the
+// files, a folder), and making the file name of a frame. Looks at the disk only where the text alone is ambiguous.
 #pragma once
 
 #include <QString>
@@ -44,8 +44,9 @@ SequenceName nameOf(const StreamInfo& info);
 // The description with these frame numbers, its folder absolute and clean.
 StreamInfo describe(const SequenceName& name, unsigned int start, unsigned int end);
 
-// Takes the name of one file of a sequence apart: the number is the last run of digits before the extension that stands
-// free ("plate_v2.0012.exr", "0012_v2.exr"), else the last run of all ("shot12.exr"). False where there is none.
+// Splits the name of one file of a sequence. The frame number is the last run of digits before the extension that no
+// letter touches ("plate_v2.0012.exr", "0012_v2.exr"), else the last run of all ("shot12.exr"). False where there is
+// none.
 struct NumberedFile
 {
     QString prefix;
@@ -54,7 +55,7 @@ struct NumberedFile
 };
 bool splitFileName(const QString& fileName, NumberedFile& parts);
 
-// Takes a location apart. STRM_BadArgument for an empty one; STRM_BadFile for a file without a frame number and, with
+// Parses a location. STRM_BadArgument for an empty one; STRM_BadFile for a file without a frame number and, with
 // `required`, for a location that is not there and for a folder that holds no sequence or several. Without it such a
 // location is taken for the folder of a sequence whose name is not known yet.
 SequenceName parseLocation(const QString& location, bool required);

@@ -1,4 +1,4 @@
-// The pixel library as the engine uses it: loaded at the first use, its errors as the engine's own.
+// The pixel library as the engine uses it: loaded on first use, its errors translated into the engine's own.
 #pragma once
 
 #include <QString>
