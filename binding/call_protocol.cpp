@@ -90,7 +90,7 @@ Given readArguments(const Operation& operation, PyObject* const& arguments, PyOb
     return given;
 }
 
-// The interpreter's tuple functions are called only for the message of the count that they refuse.
+// The interpreter's tuple functions are called only to raise their own message for a wrong count.
 [[gnu::cold, gnu::noinline]] bool unpackedByInterpreter(const Operation& operation, PyObject* arguments)
 {
     PyObject* unused[maximumParameters];
@@ -258,7 +258,7 @@ void* raiseNotInitialised(PyObject* self)
     return nullptr;
 }
 
-// The steps above are for readers; calls run them as one function, with what only failures need left outside.
+// The steps above are inlined here into one function; what only failures need stays out of line.
 [[gnu::flatten]] PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
 {
     if (!Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(self)))

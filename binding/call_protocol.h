@@ -20,7 +20,7 @@ struct FormalParameter
     const char* (*text)(); // the type's name in signatures
 };
 
-// What a call gave for one parameter.
+// The argument that a call passes for one parameter.
 struct Argument
 {
     PyObject* object; // held by the call; null: take the default
@@ -42,7 +42,7 @@ struct Signature
     PyObject** keywordNames; // interned names of the parameters, null for those without a keyword
 };
 
-// How the arguments of an operation are handed over and counted.
+// How the interpreter passes the arguments of an operation, and how they are counted.
 enum class Form {
     NoArguments, // the interpreter refuses any
     One,         // the interpreter passes exactly one
@@ -56,7 +56,7 @@ enum class Form {
     Ignored,   // whatever is given is not looked at
 };
 
-// One Python-callable entry.
+// One method or constructor, as scripts call it.
 struct Operation
 {
     const char* className; // full Python name: "vireo.project.Clip"
@@ -84,7 +84,8 @@ int construct(const Operation& operation, PyObject* self, PyObject* arguments, P
 // Interns the operation's keyword names; once, before its first call. False with an error.
 bool prepare(const Operation& operation);
 
-// For a wrapper object of several wrapped bases, of which the one that `self` is used as was not initialised.
+// Raises the error for a wrapper object with several wrapped base classes when the one that is asked for was never
+// initialised.
 void* raiseNotInitialised(PyObject* self);
 
 // The library object of a wrapper object, as one of the type; null, with the runtime's RuntimeError, when there is

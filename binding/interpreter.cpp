@@ -1,4 +1,4 @@
-// What Python drops while the library is at work.
+// Delays the destruction of objects that Python drops until the library calls that are running have returned.
 #include "interpreter.h"
 
 namespace binding {

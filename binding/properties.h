@@ -1,4 +1,4 @@
-// Properties: getter and setter methods of a class, reached only by one name.
+// Properties: accessor methods of a class that scripts reach as one attribute.
 #ifndef BINDING_PROPERTIES_H
 #define BINDING_PROPERTIES_H
 

@@ -41,10 +41,10 @@ public:
     bool isFound() const { return m_override != nullptr; }
     void unlock() { m_lock.release(); }
 
-    // Call the override; its error is printed. Arguments are taken over. The event, which may be null, is made invalid
-    // afterwards when its wrapper object was made for this call.
+    // Call the override; its error is printed. The reference to the arguments is taken over. The event, which may be
+    // null, is made invalid afterwards when its wrapper object was made for this call.
     void call(PyObject* arguments, PyObject* event = nullptr);
-    // The same for a bool result; one that is none is warned about and is false.
+    // The same for a bool result. Anything else is warned about and counts as false.
     bool callForBool(PyObject* arguments, PyObject* event = nullptr);
 
 private:

@@ -30,7 +30,7 @@ public:
     // size of the frame's level. All must outlive the alignment.
     LevelAlignment(const PatchLevel& patch, const cv::Mat& frame, int frameLevel, const cv::Mat& excluded);
 
-    // How the frame fits under a transform.
+    // How well the frame fits the patch under a transform.
     Fit evaluate(const Matrix& toFrame);
 
     // Improves `start` by steps of the first `parameters` parameters until none moves a corner by more than

@@ -1,4 +1,4 @@
-// The texts name the sizes that clash: that is what the reader wants to know.
+// Checks of images, masks and transforms; the messages name the sizes that clash.
 
 #include "arguments.h"
 

@@ -1,11 +1,11 @@
-// Refuses arguments that cannot mean anything, in one place and with one wording.
+// Refuses senseless arguments, in one place and with one wording.
 #pragma once
 
 #include <engine/pixels/pixels.h>
 
 namespace pixels {
 
-// All throw std::invalid_argument, naming the argument as `name` says.
+// All throw std::invalid_argument with `name` in the message.
 void checkImage(const Image& image, const char* name);
 void checkMask(const Image& mask, Size size, const char* name);
 void checkTransform(const Matrix& transform, const char* name);

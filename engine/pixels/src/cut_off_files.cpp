@@ -1,4 +1,4 @@
-// Both formats are chains of marked pieces of which the last is an end mark; what follows it does not matter.
+// JPEG and PNG files are chains of marked pieces that end with an end mark; what follows it does not matter.
 
 #include "cut_off_files.h"
 

@@ -1,4 +1,4 @@
-// Puts images, lines and words together to one picture.
+// Draws lines and words, and lays images into a picture.
 #pragma once
 
 #include <engine/pixels/pixels.h>

@@ -1,4 +1,5 @@
-// The one entry of the shared object: the library's functions, each handed to the file that does it.
+// The factory that the shared object exports, and the functions of the interface, each passed on to the file that
+// implements it.
 
 #include "arguments.h"
 #include "coverage.h"

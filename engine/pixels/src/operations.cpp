@@ -1,4 +1,4 @@
-// The sampling is OpenCV's; here is what goes where.
+// The operations on whole images; OpenCV does the sampling.
 
 #include "operations.h"
 

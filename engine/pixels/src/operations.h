@@ -1,4 +1,4 @@
-// What the render operations do to images: lay a matte over, fill a hole from other frames, move by a transform.
+// What the render operations do to images: lay a colour over, fill a hole from other frames, move by a transform.
 #pragma once
 
 #include <engine/pixels/pixels.h>

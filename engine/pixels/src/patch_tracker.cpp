@@ -122,7 +122,7 @@ LevelAlignment PatchTracker::alignmentOf(const Scene& scene, const Pair& pair) c
 // The best of a grid of places around each of the given transforms, each away from the better ones.
 std::vector<Matrix> PatchTracker::searched(const Scene& scene, const std::vector<Matrix>& around, int reach) const
 {
-    struct Place
+    struct Candidate
     {
         Matrix toFrame;
         double quality;
@@ -130,25 +130,26 @@ std::vector<Matrix> PatchTracker::searched(const Scene& scene, const std::vector
     const Pair coarsest = pairs(scene.frame).back();
     LevelAlignment alignment = alignmentOf(scene, coarsest);
     const double step = double(1 << coarsest.frameLevel);
-    std::vector<Place> places;
+    std::vector<Candidate> candidates;
     for (const Matrix& start : around)
         for (int y = -reach; y <= reach; ++y)
             for (int x = -reach; x <= reach; ++x) {
                 const Matrix tried = Matrix::translation(x * step, y * step) * start;
                 const Fit fit = alignment.evaluate(tried);
                 if (fit.visible > leastSearched)
-                    places.push_back({tried, fit.correlation * fit.visible});
+                    candidates.push_back({tried, fit.correlation * fit.visible});
             }
-    std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.quality > b.quality; });
+    std::sort(candidates.begin(), candidates.end(),
+              [](const Candidate& a, const Candidate& b) { return a.quality > b.quality; });
     std::vector<Matrix> best;
-    for (const Place& place : places) {
-        const Point at = place.toFrame.map({0, 0});
+    for (const Candidate& candidate : candidates) {
+        const Point at = candidate.toFrame.map({0, 0});
         const bool isNew = std::none_of(best.begin(), best.end(), [&](const Matrix& other) {
             const Point there = other.map({0, 0});
             return std::max(std::abs(there.x - at.x), std::abs(there.y - at.y)) < 2.5 * step;
         });
         if (isNew)
-            best.push_back(place.toFrame);
+            best.push_back(candidate.toFrame);
         if (best.size() == mostPlaces)
             break;
     }

@@ -1,4 +1,4 @@
-// The items of QEvent.Type, which are many.
+// The items of QEvent.Type, a list of its own because they are many.
 #ifndef EVENT_TYPES_H
 #define EVENT_TYPES_H
 

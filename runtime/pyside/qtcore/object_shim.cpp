@@ -1,4 +1,4 @@
-// The beginning and the end of QObjects that Python makes.
+// Construction and destruction of the QObjects that Python makes.
 #include "object_shim.h"
 
 #include "class_registration.h"

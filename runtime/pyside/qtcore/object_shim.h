@@ -1,5 +1,5 @@
 // QObject classes as Python makes them: virtual operations go to Python overrides, the meta-object is the Python
-// class's, and the wrapper object learns of the end.
+// class's, and the wrapper object is told when the QObject is destroyed.
 #ifndef OBJECT_SHIM_H
 #define OBJECT_SHIM_H
 

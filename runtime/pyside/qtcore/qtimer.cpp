@@ -1,4 +1,4 @@
-// QTimer.
+// QTimer: single and repeated timers.
 #include "class_registration.h"
 #include "connections.h"
 #include "old_style_signals.h"

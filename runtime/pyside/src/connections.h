@@ -1,4 +1,4 @@
-// Connecting, disconnecting and emitting by signature: what both styles of scripts come down to.
+// Connecting, disconnecting and emitting by signature, on which both styles of signals are built.
 #ifndef CONNECTIONS_H
 #define CONNECTIONS_H
 

@@ -1,4 +1,4 @@
-// Declared parameter types.
+// Finds the C++ types for the parameter types that scripts declare.
 #include "declared_types.h"
 
 #include "qobject_wrappers.h"

@@ -12,7 +12,7 @@ namespace PySide {
 
 class SignalHub;
 
-// Hangs on the QObject unseen by scripts, and goes with it. All use of it needs the lock.
+// Attached to the QObject, where scripts cannot see it, and destroyed with it. All use of it needs the lock.
 class ObjectLife
 {
 public:

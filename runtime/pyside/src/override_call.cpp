@@ -1,4 +1,4 @@
-// The way of a virtual operation into Python.
+// Calling the Python method that overrides a virtual operation.
 #include "override_call.h"
 
 namespace PySide {

@@ -1,4 +1,4 @@
-// The reference that a Qt value holds.
+// PyObjectWrapper: a Qt value that holds a reference to a Python object.
 #include "pyobjectwrapper.h"
 
 #include "python_scopes.h"

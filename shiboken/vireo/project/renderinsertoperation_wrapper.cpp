@@ -1,4 +1,4 @@
-// RenderInsertOperation.
+// RenderInsertOperation: lays the layers' matte colours over the footage.
 #include "renderoperation_wrapper.h"
 
 class RenderInsertOperationWrapper : public binding::Wrapper<RenderInsertOperation>

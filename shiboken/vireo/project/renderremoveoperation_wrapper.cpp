@@ -1,4 +1,4 @@
-// RenderRemoveOperation.
+// RenderRemoveOperation: fills what the layers cover from other frames.
 #include "renderoperation_wrapper.h"
 
 class RenderRemoveOperationWrapper : public binding::Wrapper<RenderRemoveOperation>

@@ -1,4 +1,4 @@
-// RenderStabilizeOperation.
+// RenderStabilizeOperation: undoes the motion of a layer.
 #include "renderoperation_wrapper.h"
 
 class RenderStabilizeOperationWrapper : public binding::Wrapper<RenderStabilizeOperation>
