@@ -45,22 +45,22 @@ struct Field
     using Record = Owner;
     using Value = T;
     using Check = Problem (*)(const T&);
-    using Fit = Problem (*)(const Owner&);
+    using RecordCheck = Problem (*)(const Owner&);
 
-    constexpr Field(const char* name, T Owner::*member, Check check = nullptr, Fit fit = nullptr)
-        : name(name), member(member), check(check), fit(fit)
+    constexpr Field(const char* name, T Owner::*member, Check check = nullptr, RecordCheck checkRecord = nullptr)
+        : name(name), member(member), check(check), checkRecord(checkRecord)
     {}
-    constexpr Field(const char* name, T Owner::*member, std::nullptr_t, Fit fit)
-        : name(name), member(member), check(nullptr), fit(fit)
+    constexpr Field(const char* name, T Owner::*member, std::nullptr_t, RecordCheck checkRecord)
+        : name(name), member(member), check(nullptr), checkRecord(checkRecord)
     {}
 
     Problem problemOf(const T& value) const { return check ? check(value) : Problem(); }
-    Problem problemIn(const Owner& record) const { return fit ? fit(record) : Problem(); }
+    Problem problemIn(const Owner& record) const { return checkRecord ? checkRecord(record) : Problem(); }
 
     const char* name;
     T Owner::*member;
-    Check check; // of a value alone; null where every value is taken
-    Fit fit;     // of the value beside the record's others
+    Check check;             // of a value alone; null where every value is taken
+    RecordCheck checkRecord; // of the value together with the record's others; may be null
 };
 
 template <class Record, class Function>

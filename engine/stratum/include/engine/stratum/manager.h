@@ -71,7 +71,7 @@ public:
     // What can be animated of the project itself.
     Stratum::ProjectParameters& parameters() { return *m_parameters; }
 
-    // New objects, not in the tree yet: that is a change of its own (tree.h).
+    // New objects, which are not in the tree yet: addLayer() and addGroup() put them there.
     boost::shared_ptr<Stratum::LayerModel> makeLayer();
     boost::shared_ptr<Stratum::GroupModel> makeGroup();
     // The same with ids of a saved project, in any order and each once; idsGiven() ends it, and says from which id on
