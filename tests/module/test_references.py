@@ -1,4 +1,5 @@
-"""Every operation many times, on the interpreter that counts its references: the total stays what it was."""
+"""Every operation a thousand times, on the interpreter that counts its references: the total stays what it was, and so
+does the number of the library's objects."""
 
 import gc
 import sys
@@ -8,7 +9,7 @@ from test_calls import CONSTRUCTORS, RECEIVED, RESULTS, asked
 from test_conversions import FROM_PYTHON, TO_PYTHON
 from test_errors import WAYS
 
-ROUNDS = 50
+ROUNDS = 1000
 NOISE = 5
 
 
@@ -16,19 +17,25 @@ class References(ModuleTest):
     keep_engine = True
 
     def grows(self, work):
-        """By how many references that stay a round of the work makes the total grow."""
+        """By how many references the total grows, and of which classes objects stay."""
         for _ in range(3):  # what is made once
             work()
         gc.collect()
-        before = sys.gettotalrefcount()
+        objects, references = self.alive(), sys.gettotalrefcount()
         for _ in range(ROUNDS):
             work()
         gc.collect()
-        return sys.gettotalrefcount() - before
+        references = sys.gettotalrefcount() - references
+        return references, sorted(set(self.alive()) ^ set(objects))
+
+    def alive(self):
+        return [(name, recording.counts(name)["alive"]) for name in sorted(CLASSES)]
 
     def holds(self, rows):
         def check(code, work):
-            self.assertLessEqual(abs(self.grows(work)), NOISE, code)
+            references, objects = self.grows(work)
+            self.assertLessEqual(abs(references), NOISE, code)
+            self.assertEqual(objects, [], code)
 
         recording.clear()
         self.each(rows, check)
