@@ -2,6 +2,8 @@
 #include "class_registration.h"
 #include "qobject_constructor.h"
 
+#include <QCoreApplication>
+
 namespace QtCore {
 
 namespace {
@@ -21,6 +23,19 @@ public:
     }
 
     void ownRun() { QThread::run(); }
+
+    // A thread that lives in itself cannot wait for its own end: it dies in the application's thread, or not at all.
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::DeferredDelete || QThread::currentThread() != this || !isRunning())
+            return ObjectShim::event(event);
+        quit();
+        if (QCoreApplication* const application = QCoreApplication::instance()) {
+            moveToThread(application->thread());
+            deleteLater();
+        }
+        return true;
+    }
 
 protected:
     void run() override

@@ -158,6 +158,16 @@ f.wait()
         self.assertEqual(application.exec_(), 0)
         QtCore.QThread.msleep(1)
 
+    def test_a_thread_that_lives_in_itself_ends_elsewhere(self):
+        thread, gone = QtCore.QThread(), []
+        thread.destroyed.connect(lambda: gone.append(here()), QtCore.Qt.DirectConnection)
+        thread.start()
+        thread.moveToThread(thread)
+        thread.deleteLater()
+        wait_until(thread.isFinished)
+        application.sendPostedEvents(thread, int(QtCore.QEvent.DeferredDelete))
+        self.assertEqual(gone, [here()])
+
     def test_events_from_threads(self):
         class Receiver(QtCore.QObject):
             def customEvent(receiver, event): self.note(int(event.type()))
