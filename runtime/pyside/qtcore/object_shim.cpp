@@ -5,7 +5,6 @@
 #include "pyside.h"
 #include "pysidesignal.h"
 
-#include <QAbstractEventDispatcher>
 #include <cstring>
 
 namespace QtCore {
@@ -53,19 +52,6 @@ bool attach(PyObject* self, PyTypeObject* type, QObject* object, PythonQObject* 
     Signal::updateSourceObject(self);
     return setQtParent(self, object, parent) &&
            (!keywords || fillQtProperties(self, object->metaObject(), keywords, ignoredKeywords, ignoredCount));
-}
-
-void deleteQObject(void* address)
-{
-    QObject* const object = static_cast<QObject*>(address);
-    const Unlocked unlocked;
-    // Timers, sockets and queued calls must not be pulled from under a thread that is at work on them.
-    const bool isElsewhere =
-        object->thread() != QThread::currentThread() && QAbstractEventDispatcher::instance(object->thread());
-    if (isElsewhere)
-        object->deleteLater();
-    else
-        delete object;
 }
 
 } // namespace QtCore

@@ -4,6 +4,7 @@
 #define OBJECT_SHIM_H
 
 #include "class_meta.h"
+#include "object_life.h"
 #include "override_call.h"
 #include "qt_types.h"
 #include "signalmanager.h"
@@ -132,9 +133,6 @@ private:
 // one. Then come the parent, which may be null or None, and the keywords.
 bool attach(PyObject* self, PyTypeObject* type, QObject* object, PythonQObject* pythonPart, PyObject* parent,
             PyObject* keywords, const char** ignoredKeywords = nullptr, unsigned ignoredCount = 0);
-
-// Deletes a QObject that a wrapper object owned, in the thread that it lives in.
-void deleteQObject(void* object);
 
 } // namespace QtCore
 

@@ -44,7 +44,11 @@ int initialise(PyObject* self, PyObject* arguments, PyObject* keywords)
         const Unlocked unlocked;
         application = new ApplicationShim(commandLine().count, commandLine().texts);
     }
-    return attach(self, typeOf<QCoreApplication>(), application, application, nullptr, keywords) ? 0 : -1;
+    if (!attach(self, typeOf<QCoreApplication>(), application, application, nullptr, keywords))
+        return -1;
+    // It lives until the interpreter ends, whether a name holds it or not.
+    Shiboken::Object::releaseOwnership(self);
+    return 0;
 }
 
 QCoreApplication* instance() { return QCoreApplication::instance(); }

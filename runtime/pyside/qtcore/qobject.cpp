@@ -57,11 +57,19 @@ Reference childWrapper(PyObject* self, QObject* child)
     return wrapper;
 }
 
+// Without those whose destructor runs, for slots that are told of it.
+QObjectList livingChildren(const QObject& object)
+{
+    QObjectList list = object.children();
+    list.erase(std::remove_if(list.begin(), list.end(), [](QObject* child) { return !guarded(child); }), list.end());
+    return list;
+}
+
 PyObject* children(QObject& object)
 {
     const Reference self(wrapperOf(&object));
     Reference list(PyList_New(0));
-    for (QObject* child : QObjectList(object.children())) {
+    for (QObject* child : livingChildren(object)) {
         const Reference wrapper = childWrapper(self.get(), child);
         if (!wrapper || !list || PyList_Append(list.get(), wrapper.get()) < 0)
             return nullptr;
@@ -82,7 +90,7 @@ bool isSearchable(PyObject* type)
 template <class Visit>
 bool visitDescendants(const Reference& self, QObject& object, const Visit& visit)
 {
-    for (QObject* child : QObjectList(object.children())) {
+    for (QObject* child : livingChildren(object)) {
         const Reference wrapper = childWrapper(self.get(), child);
         if (!wrapper || !visit(wrapper.get(), *child) || !visitDescendants(wrapper, *child, visit))
             return false;

@@ -107,6 +107,13 @@ std::shared_ptr<const DynamicMetaObject> classMetaObject(PyTypeObject* type)
     return meta ? meta->own : nullptr;
 }
 
+void addPythonMetaObject(QObject* object, PyTypeObject* type)
+{
+    const std::shared_ptr<const DynamicMetaObject> own = classMetaObject(type);
+    if (own && !dynamic_cast<PythonQObject*>(object))
+        attachMetaObject(object, own);
+}
+
 void initDynamicMetaObject(SbkObjectType* type, const QMetaObject* base, const std::size_t&)
 {
     setMeta(type, new ClassMeta{base, nullptr});

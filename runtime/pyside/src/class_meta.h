@@ -10,6 +10,9 @@ namespace PySide {
 // What Qt is to see of an object of that Python class: null for a wrapped class itself, whose meta-object C++ knows.
 std::shared_ptr<const DynamicMetaObject> classMetaObject(PyTypeObject* type);
 
+// Lets Qt see that of an object whose C++ class knows nothing of Python classes.
+void addPythonMetaObject(QObject* object, PyTypeObject* type);
+
 } // namespace PySide
 
 #endif

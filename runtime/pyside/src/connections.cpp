@@ -40,13 +40,6 @@ BoundCppMethod cppMethodOf(PyObject* callable, const QMetaMethod& signal)
     return best;
 }
 
-// What the interpreter cannot hash cannot be told apart from its equals later.
-bool isRecognisable(PyObject* callable)
-{
-    PyObject* const self = PyCFunction_Check(callable) ? PyCFunction_GET_SELF(callable) : nullptr;
-    return !self || PyObject_Hash(self) != -1;
-}
-
 SignalHub& hubOf(QObject* sender)
 {
     std::unique_ptr<SignalHub>& hub = ObjectLife::of(sender).hub;
@@ -58,13 +51,13 @@ SignalHub& hubOf(QObject* sender)
 // Qt tells the sender of these, which may run any code.
 bool connectMethods(QObject* sender, int signal, QObject* receiver, int method, Qt::ConnectionType type)
 {
-    const Unlocked unlocked;
+    const UnlockedFor unlocked(sender, receiver);
     return static_cast<bool>(QMetaObject::connect(sender, signal, receiver, method, type));
 }
 
 bool disconnectMethods(QObject* sender, int signal, QObject* receiver, int method)
 {
-    const Unlocked unlocked;
+    const UnlockedFor unlocked(sender, receiver);
     return receiver ? QMetaObject::disconnectOne(sender, signal, receiver, method)
                     : QMetaObject::disconnect(sender, signal, nullptr, method);
 }
@@ -90,7 +83,7 @@ SignalPlace::SignalPlace(const QObject* sender, const QByteArray& signature)
 bool connectToCallable(QObject* sender, const QByteArray& signature, PyObject* callable, Qt::ConnectionType type)
 {
     const SignalPlace signal(sender, signature);
-    if (!signal.exists() || !isRecognisable(callable))
+    if (!signal.exists())
         return false;
     const BoundCppMethod cpp = cppMethodOf(callable, signal.method);
     if (cpp.receiver)
@@ -150,15 +143,17 @@ bool disconnectAll(QObject* sender, const QByteArray& signature)
     return true;
 }
 
-bool emitSignal(QObject* sender, const QMetaMethod& signal, PyObject* arguments)
+bool emitSignal(QObject* sender, const SignalPlace& signal, PyObject* arguments)
 {
     const int given = static_cast<int>(PyTuple_GET_SIZE(arguments));
-    if (given != signal.parameterCount()) { // the count that is named has always included the signal itself
-        PyErr_Format(PyExc_TypeError, "%s only accepts %d arguments, %d given!", signal.methodSignature().constData(),
-                     signal.parameterCount(), given + 1);
+    const int taken = signal.method.parameterCount();
+    if (given != taken) {
+        // The count that is named has always included the signal itself, which must not make it look right.
+        PyErr_Format(PyExc_TypeError, "%s only accepts %d arguments, %d given!",
+                     signal.method.methodSignature().constData(), taken, given + 1 == taken ? given : given + 1);
         return false;
     }
-    CallArguments values(parameterTypes(signal));
+    CallArguments values(parameterTypes(sender->metaObject()->method(signal.index)));
     if (!values.isComplete()) {
         PyErr_Format(PyExc_TypeError, "Values of the C++ type '%s' have no Python counterpart",
                      values.missing().constData());
@@ -167,8 +162,8 @@ bool emitSignal(QObject* sender, const QMetaMethod& signal, PyObject* arguments)
     if (!values.fromPython(arguments))
         return false;
     void** const data = values.data();
-    const Unlocked unlocked;
-    QMetaObject::activate(sender, signal.methodIndex(), data);
+    const UnlockedFor unlocked(sender);
+    QMetaObject::activate(sender, signal.index, data);
     return true;
 }
 

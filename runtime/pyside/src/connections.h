@@ -37,8 +37,9 @@ bool connectToName(QObject* sender, const QByteArray& signature, PyObject* recei
 // Ends all connections of the signal, those of C++ too. False when there was none.
 bool disconnectAll(QObject* sender, const QByteArray& signature);
 
-// Emits a signal that exists, with the arguments of a tuple. False with an error when they do not fit.
-bool emitSignal(QObject* sender, const QMetaMethod& signal, PyObject* arguments);
+// Emits a signal that exists, with the arguments of a tuple; those that C++ would default get their type's default
+// value. False with an error when they do not fit.
+bool emitSignal(QObject* sender, const SignalPlace& signal, PyObject* arguments);
 
 // Gives an object that Python made a signal that it does not have. False for other objects.
 bool addSignal(QObject* sender, const QByteArray& signature);

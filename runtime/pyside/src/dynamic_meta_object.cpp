@@ -1,6 +1,8 @@
 // The tables that Qt's meta-object compiler would have written, in the layout that all of Qt 5 reads.
 #include "dynamic_meta_object.h"
 
+#include "signalmanager.h"
+
 #include <QByteArrayList>
 #include <QMetaType>
 #include <algorithm>
@@ -152,6 +154,44 @@ DynamicMetaObject::DynamicMetaObject(const QMetaObject* base, const QByteArray& 
     m_strings = texts.block();
     m_metaObject.d = {base,   reinterpret_cast<const QByteArrayData*>(m_strings.get()), m_data.data(), nullptr, nullptr,
                       nullptr};
+}
+
+namespace {
+
+// What Qt asks about an object in place of its class. No public header has it, but all of Qt 5 this layout: the
+// meta-object follows the pointer to these virtual functions.
+class AttachedMetaObject
+{
+public:
+    explicit AttachedMetaObject(std::shared_ptr<const DynamicMetaObject> kept)
+        : m_metaObject(*kept->metaObject()), m_kept(std::move(kept))
+    {}
+    virtual ~AttachedMetaObject() = default;
+    virtual void objectDestroyed(QObject*) { delete this; }
+    virtual void* toDynamicMetaObject(QObject*) { return this; }
+    virtual int metaCall(QObject* object, QMetaObject::Call call, int id, void** arguments)
+    {
+        const int left = object->qt_metacall(call, id, arguments);
+        return left < 0 ? left : SignalManager::qt_metacall(object, call, id, arguments);
+    }
+
+private:
+    const QMetaObject m_metaObject;
+    const std::shared_ptr<const DynamicMetaObject> m_kept; // the tables that the copy refers to
+};
+static_assert(QT_VERSION_MAJOR == 5, "another Qt may ask otherwise");
+
+} // namespace
+
+void attachMetaObject(QObject* object, std::shared_ptr<const DynamicMetaObject> metaObject)
+{
+    struct Protected : QObject
+    {
+        using QObject::d_ptr;
+    };
+    QDynamicMetaObjectData*& place = (object->*&Protected::d_ptr)->metaObject;
+    if (!place)
+        place = reinterpret_cast<QDynamicMetaObjectData*>(new AttachedMetaObject(std::move(metaObject)));
 }
 
 PythonQObject::~PythonQObject() = default;

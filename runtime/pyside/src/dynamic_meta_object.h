@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QEvent>
 #include <QMetaObject>
+#include <QObject>
 #include <atomic>
 #include <memory>
 #include <vector>
@@ -53,6 +54,9 @@ private:
     std::unique_ptr<char[]> m_strings;
     QMetaObject m_metaObject;
 };
+
+// Makes it the meta-object of a QObject that has only its C++ class's, and keeps it as long as the QObject.
+void attachMetaObject(QObject* object, std::shared_ptr<const DynamicMetaObject> metaObject);
 
 // The part of a QObject that Python made: what the object's metaObject() returns, and the operations of its C++ class
 // without regard to Python overrides. All of it may be used on any thread, without the lock.

@@ -5,6 +5,7 @@
 #include "python_scopes.h"
 
 #include <QObject>
+#include <QPointer>
 #include <memory>
 #include <vector>
 
@@ -27,6 +28,29 @@ public:
     static ObjectLife& of(QObject* object);
 
     std::unique_ptr<SignalHub> hub; // null while nothing of Python is connected
+};
+
+// The destructor of all wrapped classes that derive from QObject, which their C++ objects begin with. Called with the
+// lock, and lets go of it: the object and what is below it are deleted in the thread that they live in.
+void deleteQObject(void* object);
+
+// Whether the object, or one above it, is being deleted for Python, by a thread that does not hold the lock meanwhile.
+bool isBeingDeleted(const QObject* object);
+
+// Lets other threads run Python, which keep their hands off an object meanwhile: its wrapper object and those of its
+// ancestors live at least as long as this. The object may be null.
+class UnlockedFor
+{
+public:
+    explicit UnlockedFor(const QObject* object, const QObject* other = nullptr) : m_kept(familyOf(object, other)) {}
+    UnlockedFor(const UnlockedFor&) = delete;
+    UnlockedFor& operator=(const UnlockedFor&) = delete;
+
+private:
+    static std::vector<Reference> familyOf(const QObject* object, const QObject* other);
+
+    const std::vector<Reference> m_kept; // let go of with the lock
+    const Unlocked m_unlocked;
 };
 
 } // namespace PySide

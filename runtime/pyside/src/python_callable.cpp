@@ -40,6 +40,9 @@ Reference weakReference(PyObject* object)
 
 bool isSameMethod(PyObject* left, PyObject* right)
 {
+    if (PyCFunction_Check(left) && PyCFunction_Check(right))
+        return PyCFunction_GET_SELF(left) == PyCFunction_GET_SELF(right) &&
+               reinterpret_cast<PyCFunctionObject*>(left)->m_ml == reinterpret_cast<PyCFunctionObject*>(right)->m_ml;
     return PyMethod_Check(left) && PyMethod_Check(right) && PyMethod_GET_SELF(left) == PyMethod_GET_SELF(right) &&
            PyMethod_GET_FUNCTION(left) == PyMethod_GET_FUNCTION(right);
 }
@@ -114,9 +117,6 @@ bool PythonCallable::isFrom(PyObject* callable) const
         PyErr_Clear();
         return false;
     }
-    if (PyCFunction_Check(mine.get()) && PyCFunction_Check(callable))
-        return PyCFunction_GET_SELF(mine.get()) == PyCFunction_GET_SELF(callable) &&
-               PyCFunction_GET_FUNCTION(mine.get()) == PyCFunction_GET_FUNCTION(callable);
     return isSameMethod(mine.get(), callable);
 }
 

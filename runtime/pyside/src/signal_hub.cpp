@@ -1,12 +1,14 @@
 // Calls of Python callables for signals: in which thread, with what, and for how long.
 #include "signal_hub.h"
 
+#include "object_life.h"
 #include "qobject_wrappers.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QThread>
 #include <cassert>
+#include <limits>
 #include <set>
 
 namespace PySide {
@@ -47,11 +49,21 @@ private:
     RunningCall m_call;
 };
 
-// An object that lives in the current thread, and as long as it.
+// An object that lives in the current thread, and as long as it. It goes with the lock held, like all that slots look
+// at.
 QObject* threadContext()
 {
-    static thread_local QObject context;
-    return &context;
+    struct Context
+    {
+        ~Context()
+        {
+            const Shiboken::GilState lock;
+            object.reset();
+        }
+        std::unique_ptr<QObject> object = std::make_unique<QObject>();
+    };
+    static thread_local Context context;
+    return context.object.get();
 }
 
 // Threads of Python's own, and the main one of a program without an application, have no event loop and never look for
@@ -110,7 +122,10 @@ void PythonSlot::cut()
 
 void PythonSlot::deliver(QObject* sender, void** arguments)
 {
-    QObject* const context = m_context;
+    if (!isPythonAlive())
+        return;
+    const Shiboken::GilState lock;
+    QObject* const context = isBeingDeleted(m_context) ? nullptr : m_context.data();
     if (m_isCut || (m_callable.hasOwner() && !context))
         return;
     const bool isHere = context && context->thread() == QThread::currentThread();
@@ -130,6 +145,7 @@ void PythonSlot::deliver(QObject* sender, void** arguments)
     auto deferred = [self = shared_from_this(), guardedSender = guarded(sender), copies] {
         self->call(guardedSender, copies->data());
     };
+    const UnlockedFor unlocked(waiting);
     QMetaObject::invokeMethod(waiting, deferred,
                               m_type == Qt::BlockingQueuedConnection ? m_type : Qt::QueuedConnection);
 }
@@ -173,16 +189,17 @@ SignalHub::~SignalHub()
 bool SignalHub::connectSignal(int signal, PythonCallable callable, ValueTypes types, Qt::ConnectionType type)
 {
     auto slot = std::make_shared<PythonSlot>(std::move(callable), std::move(types), type);
-    int id;
+    const int id = freeId();
+    if (!id)
+        return false;
     {
         const QMutexLocker locker(&m_mutex);
-        id = ++m_lastId;
         m_connections.emplace(id, Connection{signal, std::move(slot)});
     }
     const QPointer<SignalHub> guard(this);
     bool isDone;
     {
-        const Unlocked unlocked; // Qt tells the sender, which may run any code
+        const UnlockedFor unlocked(m_sender); // Qt tells the sender, which may run any code
         isDone = static_cast<bool>(QMetaObject::connect(m_sender, signal, this, methodOf(id), Qt::DirectConnection));
     }
     if (!isDone && guard)
@@ -190,6 +207,18 @@ bool SignalHub::connectSignal(int signal, PythonCallable callable, ValueTypes ty
     if (guard)
         purge();
     return isDone;
+}
+
+// Qt keeps the number of a receiver's method in 16 bits, so those of connections that have ended come round again.
+int SignalHub::freeId()
+{
+    const int most = std::numeric_limits<quint16>::max() - methodOf(0);
+    if (m_connections.size() >= static_cast<std::size_t>(most))
+        return 0;
+    do
+        m_lastId = m_lastId % most + 1;
+    while (m_connections.count(m_lastId));
+    return m_lastId;
 }
 
 int SignalHub::find(int signal, PyObject* callable) const
@@ -212,7 +241,7 @@ bool SignalHub::disconnectSignal(int signal, PyObject* callable)
     if (!slot)
         return false;
     slot->cut();
-    const Unlocked unlocked;
+    const UnlockedFor unlocked(m_sender);
     return QMetaObject::disconnect(m_sender, signal, this, methodOf(id));
 }
 
@@ -240,7 +269,7 @@ void SignalHub::purge()
         take(each.first);
     m_purgeSize = std::max<std::size_t>(16, 2 * m_connections.size());
     const QPointer<SignalHub> guard(this);
-    const Unlocked unlocked;
+    const UnlockedFor unlocked(m_sender);
     for (const auto& [id, signal] : dead)
         if (guard)
             QMetaObject::disconnect(m_sender, signal, this, methodOf(id));

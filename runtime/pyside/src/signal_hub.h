@@ -24,7 +24,7 @@ public:
     PythonSlot& operator=(const PythonSlot&) = delete;
     ~PythonSlot();
 
-    // Calls now, or has it called in its thread, as the connection's type says. Any thread, without the lock.
+    // Calls now, or has it called in its thread, as the connection's type says. Any thread, with or without the lock.
     void deliver(QObject* sender, void** arguments);
     // Calls now, whatever the thread. An exception is printed.
     void call(QObject* sender, void** arguments);
@@ -74,6 +74,7 @@ private:
     std::shared_ptr<PythonSlot> slot(int id) const;
     std::shared_ptr<PythonSlot> take(int id);
     void purge();
+    int freeId();
 
     QObject* const m_sender;
     mutable QMutex m_mutex; // held for look-ups and changes of the map only

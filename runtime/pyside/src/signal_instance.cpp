@@ -1,6 +1,7 @@
 // The type SignalInstance: connect, disconnect and emit of one object's signal.
 #include "connections.h"
 #include "declared_types.h"
+#include "object_life.h"
 #include "pysidesignal.h"
 #include "qobject_wrappers.h"
 #include "signal_objects.h"
@@ -121,7 +122,7 @@ PyObject* emitIt(PyObject* self, PyObject* arguments)
     const SignalPlace signal(source, data.signatures[0]);
     if (!signal.exists())
         return fail("emit", data);
-    if (!emitSignal(source, signal.method, arguments))
+    if (!emitSignal(source, signal, arguments))
         return nullptr;
     Py_RETURN_TRUE;
 }
@@ -185,10 +186,11 @@ PyObject* newSignalInstance(const SignalData& signal, QObject* source, PyTypeObj
 
 QObject* sourceOf(const SignalInstanceData& instance)
 {
-    if (!instance.source)
+    QObject* const source = isBeingDeleted(instance.source) ? nullptr : instance.source.data();
+    if (!source)
         PyErr_Format(PyExc_RuntimeError, "Internal C++ object (%s) already deleted.",
                      reinterpret_cast<PyTypeObject*>(instance.sourceType.get())->tp_name);
-    return instance.source;
+    return source;
 }
 
 void setWrongConnectArguments(const char* operation, PyObject* arguments)

@@ -63,7 +63,7 @@ bool SignalManager::emitSignal(QObject* source, const char* signal, PyObject* ar
 {
     const QByteArray signature = QMetaObject::normalizedSignature(*signal == '0' + QSIGNAL_CODE ? signal + 1 : signal);
     const SignalPlace place(source, signature);
-    return !place.exists() || PySide::emitSignal(source, place.method, arguments);
+    return !place.exists() || PySide::emitSignal(source, place, arguments);
 }
 
 bool SignalManager::isForProperty(QMetaObject::Call call)

@@ -1,5 +1,8 @@
 // The type Signal: a class's signal, which becomes a SignalInstance when it is read from an object.
+#include "class_meta.h"
 #include "declared_types.h"
+#include "object_life.h"
+#include "pyside.h"
 #include "pysidesignal.h"
 #include "qobject_wrappers.h"
 #include "signal_objects.h"
@@ -72,13 +75,24 @@ PyObject* refuseCall(PyObject*, PyObject*, PyObject*)
     return nullptr;
 }
 
-// Of an object that is no QObject, or has none, the Signal itself is given.
+bool isDead(PyObject* object)
+{
+    if (!isQObjectType(Py_TYPE(object)) || Shiboken::Object::isValid(object, false))
+        return false;
+    return !Shiboken::Object::isUserType(object) ||
+           Shiboken::Object::wasCreatedByPython(reinterpret_cast<SbkObject*>(object));
+}
+
+// Of an object that is no QObject, or has not got one yet, the Signal itself is given.
 PyObject* get(PyObject* self, PyObject* object, PyObject*)
 {
     const SignalData& data = signalData(self);
     QObject* const source = object && !data.attribute.isEmpty() ? qObjectOf(object) : nullptr;
+    if (!source && object && !data.attribute.isEmpty() && isDead(object))
+        return newSignalInstance(data, nullptr, Py_TYPE(object));
     if (!source)
         return Reference::borrow(self).release();
+    addPythonMetaObject(source, Py_TYPE(object));
     Reference instance(newSignalInstance(data, source, Py_TYPE(object)));
     // The next time the object's dictionary answers.
     PyObject** const dictionary = _PyObject_GetDictPtr(object);
@@ -124,6 +138,9 @@ void registerSignals(SbkObjectType* type, const QMetaObject* metaObject)
             return;
     }
     PyType_Modified(pythonType);
+    Shiboken::ObjectType::setDestructorFunction(type, &deleteQObject);
+    Shiboken::ObjectType::setSubTypeInitHook(type, &initQObjectSubType);
+    initDynamicMetaObject(type, metaObject, 0);
 }
 
 void updateSourceObject(PyObject* object)

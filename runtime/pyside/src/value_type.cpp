@@ -72,11 +72,8 @@ bool ValueType::fromPython(PyObject* object, void* value) const
         PyTypeObject* type = Conversions::getPythonTypeObject(m_name.constData());
         if (!type && isQObjectPointer())
             type = qObjectType();
-        if (!type || !PyObject_TypeCheck(object, type)) {
-            PyErr_Format(PyExc_TypeError, "a signal's argument of type '%s' cannot be made from %s", m_name.constData(),
-                         Py_TYPE(object)->tp_name);
-            return false;
-        }
+        if (!type || !PyObject_TypeCheck(object, type))
+            return refuse(object);
         if (!Object::isValid(object))
             return false;
         *static_cast<void**>(value) = Conversions::cppPointer(type, reinterpret_cast<SbkObject*>(object));
@@ -88,10 +85,19 @@ bool ValueType::fromPython(PyObject* object, void* value) const
         if (!Object::isValid(object))
             return false;
         convert(object, value);
+    } else if (!PyErr_Occurred() && object != Py_None) { // None stands for no value of any type
+        return refuse(object);
     }
     if (PyErr_Occurred())
         PyErr_Print();
     return true;
+}
+
+bool ValueType::refuse(PyObject* object) const
+{
+    PyErr_Format(PyExc_TypeError, "a value of type '%s' cannot be made from %s", m_name.constData(),
+                 Py_TYPE(object)->tp_name);
+    return false;
 }
 
 ValueTypes parameterTypes(const QMetaMethod& method)
@@ -146,7 +152,7 @@ CallArguments::~CallArguments()
 
 bool CallArguments::fromPython(PyObject* tuple)
 {
-    for (std::size_t i = 0; i < m_types.size(); ++i)
+    for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(tuple); ++i)
         if (!m_types[i].fromPython(PyTuple_GET_ITEM(tuple, i), m_values[i + 1]))
             return false;
     return true;

@@ -24,11 +24,13 @@ public:
 
     // A new reference; null with an error for a type that nothing is known of.
     PyObject* toPython(const void* value) const;
-    // Converts into an existing value. What does not convert leaves the value as it is, and its error is printed: a
-    // signal's arguments are not checked. False with an error where C++ would get a pointer to something else.
+    // Converts into an existing value. False with an error for what is of another kind. None, and what is only out of
+    // range, whose error is printed, leave the value as it is.
     bool fromPython(PyObject* object, void* value) const;
 
 private:
+    bool refuse(PyObject* object) const;
+
     QByteArray m_name;
     int m_metaType;
     bool m_isQObjectPointer;
@@ -57,7 +59,7 @@ public:
     bool isComplete() const { return m_missing.isEmpty(); }
     const QByteArray& missing() const { return m_missing; }
 
-    // False with an error; the tuple has as many items as there are types.
+    // False with an error; the tuple has at most as many items as there are types.
     bool fromPython(PyObject* tuple);
 
     // Valid while this lives. Pointers to QObjects that have died are null.

@@ -38,6 +38,7 @@ struct TypeData : SbkObjectTypePrivate
 
     std::string originalName;
     ObjectDestructor destroy = nullptr;
+    bool isDestroyedWithLock = false; ///< `destroy` lets go of the interpreter lock itself
     SpecialCastFunction cast = nullptr;
     TypeDiscoveryFuncV2 discover = nullptr;
     MultipleInheritanceInitFunction findOffsets = nullptr;

@@ -2,8 +2,10 @@
 #include "bindingmanager.h"
 #include "converter_data.h"
 #include "sbkenum.h"
+#include "threadstatesaver.h"
 #include "wrapper_data.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace Shiboken {
@@ -79,36 +81,47 @@ int clear(PyObject* object)
     return 0;
 }
 
-/// The C++ objects that Python owns, of an object that goes away.
-struct OwnedObject
+/// The C++ objects of a wrapper object at the time when it lets go of them.
+class OwnedObjects
 {
-    ObjectDestructor destroy;
-    void* cppObject;
+public:
+    explicit OwnedObjects(SbkObject* self)
+    {
+        TypeData& data = typeDataOf(self);
+        m_first = {&data.dataOfPart(0), cppObjectAt(self, 0)};
+        for (std::size_t part = 1; part < data.parts.size(); ++part)
+            m_others.push_back({&data.dataOfPart(part), cppObjectAt(self, part)});
+    }
+
+    void destroy() const
+    {
+        destroy(m_first);
+        std::for_each(m_others.begin(), m_others.end(), [](const Owned& each) { destroy(each); });
+    }
+
+private:
+    struct Owned
+    {
+        const TypeData* type;
+        void* cppObject;
+    };
+
+    /// Destructors of a library may wait for other threads. Values go with nearly every call, and wait for nothing.
+    static void destroy(const Owned& owned)
+    {
+        if (!owned.type->destroy || !owned.cppObject)
+            return;
+        const SbkConverter* const converter = owned.type->converter;
+        const bool isValue = converter && converter->copyToPython;
+        ThreadStateSaver unlocked;
+        if (!isValue && !owned.type->isDestroyedWithLock)
+            unlocked.save();
+        owned.type->destroy(owned.cppObject);
+    }
+
+    Owned m_first = {}; // nothing is allocated for an object that holds only one
+    std::vector<Owned> m_others;
 };
-
-/// Nothing is allocated for an object that holds only one.
-template <typename Function>
-void withOwnedObjects(SbkObject* self, Function function)
-{
-    TypeData& data = typeDataOf(self);
-    if (data.parts.size() == 1) {
-        const OwnedObject owned = {data.dataOfPart(0).destroy, self->d.cppObject};
-        function(&owned, &owned + 1);
-        return;
-    }
-    std::vector<OwnedObject> owned;
-    for (std::size_t part = 0; part < data.parts.size(); ++part)
-        owned.push_back({data.dataOfPart(part).destroy, cppObjectAt(self, part)});
-    function(owned.data(), owned.data() + owned.size());
-}
-
-void destroyAll(const OwnedObject* first, const OwnedObject* last)
-{
-    for (; first != last; ++first) {
-        if (first->destroy && first->cppObject)
-            first->destroy(first->cppObject);
-    }
-}
 
 /// Whether Python has to delete the C++ objects.
 bool ownsLivingObject(SbkObject* self)
@@ -122,6 +135,8 @@ bool ownsLivingObject(SbkObject* self)
     return self->d.isValid || partCount(self) > 1;
 }
 
+/// First nothing finds the wrapper object any more, then Python code hears of its end, and last its C++ objects go:
+/// what runs in between can neither bring it back nor reach them.
 void deallocate(PyObject* object, bool mayDestroy)
 {
     SbkObject* const self = reinterpret_cast<SbkObject*>(object);
@@ -129,24 +144,18 @@ void deallocate(PyObject* object, bool mayDestroy)
     assert(!self->d.isHeld && !(self->d.extra && self->d.extra->parent));
     PyObject_GC_UnTrack(object);
     const ErrorSaver errors;
+    const bool isOwner = mayDestroy && ownsLivingObject(self);
+    const OwnedObjects owned(self);
+    BindingManager::instance().releaseWrapper(self);
+    self->d.isValid = false;
     if (self->weakreflist)
         PyObject_ClearWeakRefs(object);
-    const auto release = [self] {
-        BindingManager::instance().releaseWrapper(self);
-        leaveFamily(self);
-        Py_CLEAR(self->ob_dict);
-        delete self->d.extra;
-        self->d.extra = nullptr;
-    };
-    // From the moment that its C++ objects are deleted nothing finds the wrapper any more.
-    if (mayDestroy && ownsLivingObject(self)) {
-        withOwnedObjects(self, [&release](const OwnedObject* first, const OwnedObject* last) {
-            release();
-            destroyAll(first, last);
-        });
-    } else {
-        release();
-    }
+    leaveFamily(self);
+    Py_CLEAR(self->ob_dict);
+    delete self->d.extra;
+    self->d.extra = nullptr;
+    if (isOwner)
+        owned.destroy();
     Py_TYPE(object)->tp_free(object);
 }
 
@@ -280,12 +289,12 @@ void callCppDestructors(SbkObject* object)
     const AutoDecRef guard(asObject(object));
     Py_INCREF(object);
     const ErrorSaver errors;
-    withOwnedObjects(object, &destroyAll);
-    // Those that do not report their own death are still entered.
+    const OwnedObjects owned(object);
     for (void* cppObject : cppPointers(object)) {
         if (cppObject)
             forgetCppObject(object, cppObject);
     }
+    owned.destroy();
 }
 
 void setTypeUserData(SbkObject* object, void* data, DeleteUserDataFunc deleteFunction)

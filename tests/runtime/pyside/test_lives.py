@@ -1,5 +1,6 @@
 # Who keeps whom, who deletes whom, and what is left of the other.
 import gc
+import itertools
 import sys
 import unittest
 import weakref
@@ -10,7 +11,8 @@ from event_loop import application
 from support import Case
 
 
-class Own(QtCore.QObject): pass
+class Own(QtCore.QObject):
+    own = QtCore.Signal()
 
 
 class Lives(Case):
@@ -25,6 +27,20 @@ class Lives(Case):
         self.assertEqual(child.note, 'kept')
         del parent, child
         self.assertIsNone(alive())
+
+    def test_weak_reference_finds_no_dying_object(self):
+        holder, o, got = Own(), Own(), []
+        holder.setProperty('it', o)
+        alive = weakref.ref(o, lambda _: got.append(holder.property('it')))
+        del o
+        self.assertEqual((alive(), shiboken.isValid(got[0]), holder.property('it')), (None, False, None))
+
+    def test_dying_child_is_not_listed(self):
+        parent, got = Own(), []
+        children = [Own(parent) for _ in range(3)]
+        children[1].destroyed.connect(lambda: got.extend([parent.children(), parent.findChildren(Own)]))
+        shiboken.delete(children.pop(1))
+        self.assertEqual(got, [children, children])
 
     def test_delete_later(self):
         o, kept = Own(), []
@@ -48,8 +64,8 @@ class Lives(Case):
                      lambda: dead.connect(QtCore.SIGNAL('destroyed()'), len)):
             self.assertDeleted('Own', call)
         self.assertEqual((bool(dead), dead == dead, shiboken.isValid(dead)), (True, True, False))
-        self.assertFails(AttributeError, "'PySide.QtCore.Signal' object has no attribute 'connect'",
-                         lambda: dead.objectNameChanged.connect)
+        for name, call in itertools.product(('destroyed', 'own'), ('connect', 'disconnect', 'emit')):
+            self.assertDeleted('Own', getattr(getattr(dead, name), call), *([len] if call == 'connect' else []))
 
     def test_destroyed_gives_the_object(self):
         got = []

@@ -78,12 +78,13 @@ class Values(Case):
         source, got = Source(), []
         for signal, given, back in ((source.texts, 'ab', [u'a', u'b']), (source.texts, [1, 'x'], [u'', u'x']),
                                     (source.values, (1, 'x'), [1, u'x']), (source.mapped, {'a': 1}, {u'a': 1}),
-                                    (source.mapped, {1: 1}, {}), (source.texts, {}, [])):
+                                    (source.mapped, None, {}), (source.texts, None, [])):
             note = lambda value: got.append(value)
             signal.connect(note)
             signal.emit(given)
             signal.disconnect(note)
             self.assertEqual(got.pop(), back)
+        self.assertFails(TypeError, "a value of type 'QVariantMap' cannot be made from dict", source.mapped.emit, {1: 1})
         self.assertFails(TypeError, "Values of the C++ type 'NoSuchType' have no Python counterpart", source.odd.emit, 1)
 
 
