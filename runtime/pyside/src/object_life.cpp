@@ -42,10 +42,21 @@ private:
 typedef std::vector<QPointer<QObject>> Family;
 
 // The objects that isBeingDeleted() is asked about. Guarded by the lock; never destroyed, as objects may outlive it.
-std::list<Family>& deletions()
+struct Deletions
 {
-    static auto* const all = new std::list<Family>;
-    return *all;
+    std::list<Family> running; // an entry for each call that deletes
+    Family posted;             // to other threads
+
+    static Deletions& all()
+    {
+        static auto* const all = new Deletions;
+        return *all;
+    }
+};
+
+bool contains(const Family& family, const QObject* object)
+{
+    return std::find(family.begin(), family.end(), object) != family.end();
 }
 
 // The object and all that is below it.
@@ -57,6 +68,15 @@ void collectFamily(QObject* object, Family& family)
     family.push_back(guard);
     for (QObject* child : object->children())
         collectFamily(child, family);
+}
+
+// Timers, sockets and queued calls must not be pulled from under a thread that is at work on them. A thread that has
+// just been started may have no event dispatcher yet; one that Qt has not started itself is its own object's thread.
+bool isAtWorkElsewhere(const QObject* object)
+{
+    QThread* const thread = object->thread();
+    return thread && thread != QThread::currentThread() && thread->isRunning() &&
+           (QAbstractEventDispatcher::instance(thread) || thread->thread() != thread);
 }
 
 uint slot()
@@ -88,31 +108,28 @@ ObjectLife& ObjectLife::of(QObject* object)
 void deleteQObject(void* address)
 {
     QObject* const object = static_cast<QObject*>(address);
-    std::list<Family>& all = deletions();
-    all.remove_if([](const Family& each) {
-        return std::all_of(each.begin(), each.end(), [](const QPointer<QObject>& object) { return object.isNull(); });
-    });
-    // Timers, sockets and queued calls must not be pulled from under a thread that is at work on them.
-    if (object->thread() != QThread::currentThread() && QAbstractEventDispatcher::instance(object->thread())) {
-        all.push_back({guarded(object)});
+    Deletions& all = Deletions::all();
+    if (isAtWorkElsewhere(object)) {
+        all.posted.erase(std::remove(all.posted.begin(), all.posted.end(), nullptr), all.posted.end());
+        all.posted.push_back(guarded(object));
         object->deleteLater();
         return;
     }
-    const auto own = all.emplace(all.end());
+    const auto own = all.running.emplace(all.running.end());
     collectFamily(object, *own);
     {
         const Unlocked unlocked;
         delete object;
     }
-    all.erase(own);
+    all.running.erase(own);
 }
 
 bool isBeingDeleted(const QObject* object)
 {
-    const std::list<Family>& all = deletions();
-    return std::any_of(all.begin(), all.end(), [object](const Family& family) {
-        return std::find(family.begin(), family.end(), object) != family.end();
-    });
+    const Deletions& all = Deletions::all();
+    return contains(all.posted, object) ||
+           std::any_of(all.running.begin(), all.running.end(),
+                       [object](const Family& family) { return contains(family, object); });
 }
 
 std::vector<Reference> UnlockedFor::familyOf(const QObject* object, const QObject* other)
