@@ -21,7 +21,10 @@ PyObject* wrappersOfParents(const QObject& object)
 void destroyQtObject(QObject* object)
 {
     const Unlocked unlocked;
-    if (object->thread() != QThread::currentThread() && QAbstractEventDispatcher::instance(object->thread()))
+    QThread* const thread = object->thread();
+    // A thread that has just been started has no event dispatcher yet; one that Qt did not start is its own object's.
+    if (thread && thread != QThread::currentThread() && thread->isRunning() &&
+        (QAbstractEventDispatcher::instance(thread) || thread->thread() != thread))
         object->deleteLater();
     else
         delete object;

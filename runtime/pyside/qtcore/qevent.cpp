@@ -22,7 +22,11 @@ public:
     }
 };
 
-void deleteEvent(void* event) { delete static_cast<QEvent*>(event); }
+void deleteEvent(void* event)
+{
+    const Unlocked unlocked;
+    delete static_cast<QEvent*>(event);
+}
 
 template <class Event, class... A>
 bool attachEvent(PyObject* self, A... arguments)

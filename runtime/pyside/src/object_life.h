@@ -30,8 +30,8 @@ public:
     std::unique_ptr<SignalHub> hub; // null while nothing of Python is connected
 };
 
-// The destructor of all wrapped classes that derive from QObject, which their C++ objects begin with. Called with the
-// lock, and lets go of it: the object and what is below it are deleted in the thread that they live in.
+// The destructor of QObject classes. Called with the lock, and lets go of it: the object and what is below it are
+// deleted in the thread that they live in.
 void deleteQObject(void* object);
 
 // Whether the object, or one above it, is being deleted for Python, by a thread that does not hold the lock meanwhile.

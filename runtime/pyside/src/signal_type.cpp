@@ -1,7 +1,6 @@
 // The type Signal: a class's signal, which becomes a SignalInstance when it is read from an object.
 #include "class_meta.h"
 #include "declared_types.h"
-#include "object_life.h"
 #include "pyside.h"
 #include "pysidesignal.h"
 #include "qobject_wrappers.h"
@@ -138,7 +137,6 @@ void registerSignals(SbkObjectType* type, const QMetaObject* metaObject)
             return;
     }
     PyType_Modified(pythonType);
-    Shiboken::ObjectType::setDestructorFunction(type, &deleteQObject);
     Shiboken::ObjectType::setSubTypeInitHook(type, &initQObjectSubType);
     initDynamicMetaObject(type, metaObject, 0);
 }

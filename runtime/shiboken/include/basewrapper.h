@@ -112,8 +112,7 @@ LIBSHIBOKEN_API bool introduceWrapperType(PyObject* enclosingObject, const char*
 LIBSHIBOKEN_API void initPrivateData(SbkObjectType* type);
 LIBSHIBOKEN_API void setOriginalName(SbkObjectType* type, const char* name);
 LIBSHIBOKEN_API const char* getOriginalName(SbkObjectType* type);
-/// Replaces the destructor that the type was introduced with. Unlike that one, which objects that are never copied run
-/// without the interpreter lock, it is called with the lock held and lets go of it as it sees fit.
+/// Called with the lock held. A destructor of a library that may wait for other threads lets go of it.
 LIBSHIBOKEN_API void setDestructorFunction(SbkObjectType* type, ObjectDestructor destructor);
 
 LIBSHIBOKEN_API bool hasCast(SbkObjectType* type);

@@ -38,7 +38,6 @@ struct TypeData : SbkObjectTypePrivate
 
     std::string originalName;
     ObjectDestructor destroy = nullptr;
-    bool isDestroyedWithLock = false; ///< `destroy` lets go of the interpreter lock itself
     SpecialCastFunction cast = nullptr;
     TypeDiscoveryFuncV2 discover = nullptr;
     MultipleInheritanceInitFunction findOffsets = nullptr;

@@ -2,7 +2,6 @@
 #include "bindingmanager.h"
 #include "converter_data.h"
 #include "sbkenum.h"
-#include "threadstatesaver.h"
 #include "wrapper_data.h"
 
 #include <algorithm>
@@ -106,17 +105,10 @@ private:
         void* cppObject;
     };
 
-    /// Destructors of a library may wait for other threads. Values go with nearly every call, and wait for nothing.
     static void destroy(const Owned& owned)
     {
-        if (!owned.type->destroy || !owned.cppObject)
-            return;
-        const SbkConverter* const converter = owned.type->converter;
-        const bool isValue = converter && converter->copyToPython;
-        ThreadStateSaver unlocked;
-        if (!isValue && !owned.type->isDestroyedWithLock)
-            unlocked.save();
-        owned.type->destroy(owned.cppObject);
+        if (owned.type->destroy && owned.cppObject)
+            owned.type->destroy(owned.cppObject);
     }
 
     Owned m_first = {}; // nothing is allocated for an object that holds only one

@@ -155,7 +155,7 @@ bool introduceWrapperType(PyObject* enclosingObject, const char* typeName, const
 {
     initPrivateData(type);
     setOriginalName(type, originalName);
-    dataOf(type).destroy = cppObjDtor;
+    setDestructorFunction(type, cppObjDtor);
 
     PyTypeObject* const pyType = asType(type);
     // Attributes are found in the interpreter's cache: whoever changes the type's dictionary says so.
@@ -204,11 +204,7 @@ void setOriginalName(SbkObjectType* type, const char* name) { dataOf(type).origi
 
 const char* getOriginalName(SbkObjectType* type) { return dataOf(type).originalName.c_str(); }
 
-void setDestructorFunction(SbkObjectType* type, ObjectDestructor destructor)
-{
-    dataOf(type).destroy = destructor;
-    dataOf(type).isDestroyedWithLock = true;
-}
+void setDestructorFunction(SbkObjectType* type, ObjectDestructor destructor) { dataOf(type).destroy = destructor; }
 
 bool hasCast(SbkObjectType* type) { return dataOf(type).dataOfPart(0).cast; }
 
