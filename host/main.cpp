@@ -31,8 +31,8 @@ int complain(int code, const QString& text)
 // for main() to return.
 struct ApplicationState
 {
-    std::unique_ptr<Project> project;
-    // The binding of Qt may end the application object itself.
+    // A script may destroy the project, and the binding of Qt may end the application object.
+    QPointer<Project> project;
     QPointer<QCoreApplication> application;
 };
 
@@ -41,7 +41,7 @@ ApplicationState state;
 void endApplication()
 {
     orrery::setCurrentProject(nullptr);
-    state.project.reset();
+    delete state.project;
     delete state.application;
 }
 
@@ -60,8 +60,8 @@ void startApplication(const std::string& program)
 
 void openProject(const std::string& file)
 {
-    state.project = std::make_unique<Project>(QFile::decodeName(file.c_str()), nullptr);
-    orrery::setCurrentProject(state.project.get());
+    state.project = new Project(QFile::decodeName(file.c_str()), nullptr);
+    orrery::setCurrentProject(state.project);
 }
 
 // Asked before a project is opened, which may take its time.

@@ -102,7 +102,7 @@ void throwInvalidObject()
     throw STRM_BadState(__FILE__, __LINE__, message, message);
 }
 
-Edit::Edit(STRM_ProjectManager& manager) : m_manager(manager), m_lock(modelMutex(manager)) {}
+Edit::Edit(STRM_ProjectManager& manager) : m_manager(manager.shared_from_this()), m_lock(modelMutex(manager)) {}
 
 Edit::~Edit()
 {
@@ -123,10 +123,10 @@ void Edit::perform(std::unique_ptr<Change> change)
 void Edit::commit()
 {
     assert(m_lock.owns_lock()); // an edit is committed once
-    m_manager.history.record(std::move(m_changes), m_notices);
+    m_manager->history.record(std::move(m_changes), m_notices);
     m_changes.clear();
     m_lock.unlock();
-    m_manager.announce(m_notices);
+    m_manager->announce(m_notices);
 }
 
 } // namespace Stratum

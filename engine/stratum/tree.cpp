@@ -188,6 +188,7 @@ public:
     {
         const Position from = leave();
         enter(m_to);
+        m_item.setParentGroup(m_to.parent); // at once: threads that ask without the lock never find it absent
         m_to = from;
     }
     void takeBack() override { make(); }
@@ -212,17 +213,15 @@ private:
         const Position position{parent, itemsIn(*parent, m_item.manager()).index(m_item)};
         itemsIn(*parent, m_item.manager()).remove(m_item);
         weigh(*parent);
-        m_item.setParentGroup(nullptr);
         return position;
     }
     void enter(const Position& position)
     {
-        assert(!m_item.sequence() && !m_item.parentGroup());
+        assert(!m_item.sequence());
         if (!position.parent)
             return;
         itemsIn(*position.parent, m_item.manager()).insert(m_item, position.index);
         weigh(*position.parent);
-        m_item.setParentGroup(position.parent);
     }
 
     Item& m_item;

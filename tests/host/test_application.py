@@ -152,6 +152,11 @@ class CurrentProject(Folder):
         for ending, code in (("", 0), ("sys.exit(3)", 3), ("1 / 0", 1), ("del sys.modules['vireo.project']", 0)):
             found, _, complaints = vireo("--project", file, "-c", hold + ending)
             self.assertEqual((found, complaints.count("\n")), (code, 3 if code == 1 else 0), complaints)
+        look = self.look + "import shiboken; from PySide import QtCore; mine = project.Project(None)\n"
+        for taking in ("shiboken.delete(current)", "owner = QtCore.QObject(); current.setParent(owner)",
+                       "current.setParent(mine); shiboken.delete(mine)", "mine.setParent(current)",
+                       "current.setParent(QtCore.QCoreApplication.instance())"):
+            self.assertEqual(vireo("--project", file, "-c", look + taking), (0, "", ""), taking)
 
     def test_event_loop_runs(self):
         code = "from PySide.QtCore import *\napplication = QCoreApplication.instance()\n" \

@@ -82,7 +82,13 @@ Clip::Clip(const QString& location, const QString& clip_name, bool validate, uns
     m_data->model->setState(std::move(state));
 }
 
-Clip::~Clip() { tellDestruction(this); }
+Clip::~Clip()
+{
+    tellDestruction(this);
+    setParent(nullptr); // who has it as a child may be among what goes with it
+    if (m_data->owner)
+        m_data->owner->forget(*this);
+}
 
 // ---- Streams --------------------------------------------------------------------------------------------------------
 

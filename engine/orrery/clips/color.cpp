@@ -5,6 +5,7 @@
 
 #include <engine/errors/message.h>
 #include <engine/handles/access.h>
+#include <engine/handles/announcement.h>
 #include <map>
 #include <mutex>
 
@@ -72,20 +73,21 @@ ColorSettings settingsOf(const ColorParameters& parameters)
 void writeSettings(ColorParameters& parameters, const ColorSettings& settings)
 {
     const ColorSettings now = settingsOf(parameters);
+    const Announcement announcement(parameters);
     if (now.colorspace != settings.colorspace)
-        parameters.set_colorspace(static_cast<Colorspace>(settings.colorspace));
+        announcement([&] { parameters.set_colorspace(static_cast<Colorspace>(settings.colorspace)); });
     if (now.conversion != settings.conversion)
-        parameters.set_conversion(static_cast<ColorConversion>(settings.conversion));
+        announcement([&] { parameters.set_conversion(static_cast<ColorConversion>(settings.conversion)); });
     if (now.offset != settings.offset)
-        parameters.set_offset(settings.offset);
+        announcement([&] { parameters.set_offset(settings.offset); });
     if (now.softclip != settings.softclip)
-        parameters.set_softclip(settings.softclip);
+        announcement([&] { parameters.set_softclip(settings.softclip); });
     if (now.logReferenceWhite != settings.logReferenceWhite)
-        parameters.set_log_reference_white(settings.logReferenceWhite);
+        announcement([&] { parameters.set_log_reference_white(settings.logReferenceWhite); });
     if (now.logReferenceBlack != settings.logReferenceBlack)
-        parameters.set_log_reference_black(settings.logReferenceBlack);
+        announcement([&] { parameters.set_log_reference_black(settings.logReferenceBlack); });
     if (now.gamma != settings.gamma)
-        parameters.set_gamma(settings.gamma);
+        announcement([&] { parameters.set_gamma(settings.gamma); });
 }
 
 } // namespace orrery
@@ -129,18 +131,27 @@ void Clip::Data::adopt(ColorParameters* parameters)
     if (!owners().claim(parameters, this))
         raise<STRM_BadArgument>(text("The colour parameters belong to another clip"));
     m_colorLink->attach(parameters);
-    ColorParameters* const replaced = exchange(parameters);
+    ColorParameters* const former = exchange(parameters);
+    const QPointer<ColorParameters> replaced = former;
+    if (replaced)
+        m_colorLink->detach(replaced);
+    // Whoever is told may destroy the clip, which owns the new object by then; the old one is nobody's any more.
+    const bool ownMade = made.release();
     try {
         const ColorSettings settings = settingsOf(*parameters);
         change([&settings](ClipState& state) { state.color = settings; }, settingChanged("color_parameters"));
-    } catch (...) {
-        exchange(replaced);
+    } catch (...) { // before anybody was told
+        if (former)
+            m_colorLink->attach(former);
+        exchange(former);
         m_colorLink->detach(parameters);
         owners().release(parameters);
+        if (ownMade)
+            delete parameters;
         throw;
     }
-    made.release();
-    destroy(replaced);
+    owners().release(former);
+    delete replaced;
 }
 
 void Clip::Data::destroy(ColorParameters* parameters)

@@ -9,7 +9,11 @@ ColorParameters::ColorParameters(Colorspace colorspace, ColorConversion conversi
       m_log_reference_white(log_reference_white), m_log_reference_black(log_reference_black), m_gamma(gamma)
 {}
 
-ColorParameters::~ColorParameters() { orrery::tellDestruction(this); }
+ColorParameters::~ColorParameters()
+{
+    orrery::tellDestruction(this);
+    setParent(nullptr);
+}
 
 bool ColorParameters::operator==(const ColorParameters& other) const
 {

@@ -28,6 +28,7 @@ Clip::Data::Data(Clip& clip)
 
 Clip::Data::~Data()
 {
+    m_alive.reset();
     model->close();
     if (detached) {
         manager->close();

@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <engine/document/document.h>
 #include <engine/errors/arguments.h>
+#include <engine/handles/announcement.h>
 
 using namespace orrery;
 
@@ -35,7 +36,8 @@ void Project::save_as(const QString& file)
         renamed = m_data->file != path;
         m_data->file = path;
     }
+    const Announcement announcement(*this);
     if (renamed)
-        emit settingChanged(QString::fromLatin1("project_file"));
-    emit saved(path);
+        announcement([this] { emit settingChanged(QString::fromLatin1("project_file")); });
+    announcement([this, &path] { emit saved(path); });
 }

@@ -67,6 +67,10 @@ void Clip::exportClip(Clip* destination, const QString& path, const QString& pre
                       const QString& view_format, unsigned int first, unsigned int last, unsigned int index_width,
                       const QVector<View>& views, bool separate_streams)
 {
+    // From the first report on both clips may be gone: only what is held here is used.
+    const boost::shared_ptr<STRM_ProjectManager> manager = m_data->manager;
+    const boost::shared_ptr<ClipModel> model = m_data->model;
+    const QPointer<Clip> target = destination;
     const ClipState source = m_data->state();
     const ExportPlan plan({path, prefix, suffix, view_format, first, last, index_width, separate_streams},
                           source.frameCount(), viewsToWrite(*m_data, views));
@@ -74,7 +78,7 @@ void Clip::exportClip(Clip* destination, const QString& path, const QString& pre
     std::vector<Footage> footage;
     std::vector<pixels::WriteOptions> options(plan.views.size());
     for (const ExportedView& view : plan.views) {
-        footage.emplace_back(*m_data->model, view.id, plan.first, plan.last);
+        footage.emplace_back(*model, view.id, plan.first, plan.last);
         options[footage.size() - 1].depth = depthOf(footage.back(), plan.first, source.color.conversion, suffix);
     }
     StagedFiles files(path);
@@ -86,6 +90,6 @@ void Clip::exportClip(Clip* destination, const QString& path, const QString& pre
         },
         [&plan](int done) { return text("%1 of %2 frames", done, plan.count()); });
     files.commit();
-    if (destination)
-        giveStreams(*destination->m_data, plan);
+    if (target)
+        giveStreams(*target->m_data, plan);
 }

@@ -78,7 +78,9 @@ Clip* Project::export_rendered_shapes(const QVector<Layer>& layers, ColorizeOutp
     requireText("clip_name", clip_name);
     if (colorize < Grayscale || colorize > ByLayer)
         raise<STRM_BadArgument>(text("colorize: %1 is no way to colour", static_cast<int>(colorize)));
-    STRM_ProjectManager& manager = *m_data->manager;
+    // From the first report on the project may be gone: only what is held here is used.
+    const boost::shared_ptr<STRM_ProjectManager> held = m_data->manager;
+    STRM_ProjectManager& manager = *held;
     const Settings settings = settingsFor(manager, layers, views, separate_streams);
     const ExportPlan plan(
         {path, prefix, suffix, QString::fromLatin1(viewFormat), first, last, index_width, separate_streams},

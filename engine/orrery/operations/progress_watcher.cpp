@@ -16,12 +16,16 @@
 
 ProgressWatcher::ProgressWatcher(QObject* parent) : QObject(parent), m_data(new Data(*this)) {}
 
-ProgressWatcher::~ProgressWatcher() { orrery::tellDestruction(this); }
+ProgressWatcher::~ProgressWatcher()
+{
+    orrery::tellDestruction(this);
+    setParent(nullptr);
+}
 
 void ProgressWatcher::cancel()
 {
-    Data::State running = Data::Running;
-    m_data->state.compare_exchange_strong(running, Data::CancelWanted);
+    auto running = Data::State::Running;
+    m_data->state->compare_exchange_strong(running, Data::State::CancelWanted);
 }
 
 ProgressWatcher::Data::Data(ProgressWatcher& watcher) : watcher(watcher), cancelLink(new orrery::CancelLink(watcher)) {}
@@ -50,30 +54,37 @@ bool cancelOperations()
     return true;
 }
 
-OperationProgress::OperationProgress(ProgressWatcher& watcher, const QString& title)
-    : m_watcher(watcher), m_title(title), m_cancelsAtStart(cancels.load())
+template <class... Parameters, class... Arguments>
+void OperationProgress::tell(void (ProgressWatcher::Data::*what)(Parameters...), const Arguments&... arguments)
 {
-    auto idle = ProgressWatcher::Data::Idle;
-    if (!watcher.data().state.compare_exchange_strong(idle, ProgressWatcher::Data::Running))
+    if (m_watcher)
+        (m_watcher->data().*what)(arguments...);
+}
+
+OperationProgress::OperationProgress(ProgressWatcher& watcher, const QString& title)
+    : m_watcher(&watcher), m_state(watcher.data().state), m_title(title), m_cancelsAtStart(cancels.load())
+{
+    auto idle = ProgressState::Idle;
+    if (!m_state->compare_exchange_strong(idle, ProgressState::Running))
         raise<STRM_OperationInProgress>(text("%1: another operation that reports to the same watcher runs", title));
     ++running;
     if (OperationListener* const host = listener.load())
         host->started(title);
     try {
-        watcher.data().tellStarted(title);
+        tell(&ProgressWatcher::Data::tellStarted, title);
     } catch (...) {
-        watcher.data().state.store(ProgressWatcher::Data::Idle);
+        m_state->store(ProgressState::Idle);
         throw;
     }
 }
 
 OperationProgress::~OperationProgress()
 {
-    assert(m_watcher.data().state.load() != ProgressWatcher::Data::Idle && running.load() > 0);
-    m_watcher.data().state.store(ProgressWatcher::Data::Idle);
+    assert(m_state->load() != ProgressState::Idle && running.load() > 0);
+    m_state->store(ProgressState::Idle);
     if (m_cancelled)
-        m_watcher.data().tellCancelled();
-    m_watcher.data().tellFinished();
+        tell(&ProgressWatcher::Data::tellCancelled);
+    tell(&ProgressWatcher::Data::tellFinished);
     --running;
     if (OperationListener* const host = listener.load())
         host->finished(m_cancelled);
@@ -88,7 +99,7 @@ ProgressWatcher& presentWatcher(const QPointer<ProgressWatcher>& watcher)
 
 bool OperationProgress::cancelWanted() const noexcept
 {
-    return m_watcher.data().state.load() == ProgressWatcher::Data::CancelWanted || cancels.load() != m_cancelsAtStart;
+    return m_state->load() == ProgressState::CancelWanted || cancels.load() != m_cancelsAtStart;
 }
 
 void OperationProgress::throwIfCancelled()
@@ -111,7 +122,7 @@ void OperationProgress::report(double fraction, const QString& doing)
     m_fraction = fraction;
     if (OperationListener* const host = listener.load())
         host->progressed(fraction, doing);
-    m_watcher.data().tellProgress(fraction, doing);
+    tell(&ProgressWatcher::Data::tellProgress, fraction, doing);
     throwIfCancelled();
 }
 

@@ -56,7 +56,9 @@ Clip* Project::render(RenderOperation* operation, int first, int last, const QVe
 {
     if (!operation)
         raise<STRM_BadArgument>(text("operation: there is none"));
-    STRM_ProjectManager& manager = *m_data->manager;
+    // From the first report on the project may be gone: only what is held here is used.
+    const boost::shared_ptr<STRM_ProjectManager> held = m_data->manager;
+    STRM_ProjectManager& manager = *held;
     requireFrames(manager, first, last);
     const BusyProject busy(*m_data);
     const QVector<Layer> selected = layersToRender(manager, layers);
@@ -66,6 +68,7 @@ Clip* Project::render(RenderOperation* operation, int first, int last, const QVe
     auto* rendered = dynamic_cast<RenderedClip*>(result.get());
     if (!rendered)
         raise<STRM_OperationFailed>(text("The operation rendered nothing that a project can keep"));
+    requireOpen(manager);
     Stratum::Settings settings;
     {
         Stratum::Reading reading(manager);
@@ -73,8 +76,8 @@ Clip* Project::render(RenderOperation* operation, int first, int last, const QVe
     }
     std::unique_ptr<Clip> clip = newClip(m_data->manager, stateOver(*rendered, settings));
     Stratum::Edit edit(manager);
-    Clip* const adopted = adoptClip(edit, *m_data, std::move(clip));
+    const std::shared_ptr<Clip*> adopted = adoptClip(edit, *m_data, std::move(clip));
     edit.commit();
     rendered->keep();
-    return adopted;
+    return *adopted;
 }

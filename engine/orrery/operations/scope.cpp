@@ -11,10 +11,16 @@
 
 namespace orrery {
 
-BusyProject::BusyProject(Project::Data& project) : m_project(project)
+BusyProject::BusyProject(Project::Data& project) : m_busy(project.busy)
 {
-    if (project.busy.exchange(true))
+    if (m_busy->exchange(true))
         raise<STRM_OperationInProgress>(text("The project is being tracked, rendered or exported already"));
+}
+
+void requireOpen(const STRM_ProjectManager& manager)
+{
+    if (!manager.isOpen())
+        raise<STRM_BadState>(text("The project was destroyed while it was worked on"));
 }
 
 std::vector<Stratum::LayerModel*> selectLayers(STRM_ProjectManager& manager, const QVector<Layer>& layers)

@@ -18,11 +18,14 @@ public:
     explicit BusyProject(Project::Data& project);
     BusyProject(const BusyProject&) = delete;
     BusyProject& operator=(const BusyProject&) = delete;
-    ~BusyProject() { m_project.busy = false; }
+    ~BusyProject() { *m_busy = false; }
 
 private:
-    Project::Data& m_project;
+    const std::shared_ptr<std::atomic<bool>> m_busy;
 };
+
+// STRM_BadState when the project is gone, as it may be after a report.
+void requireOpen(const STRM_ProjectManager& manager);
 
 // The given layers, each once, from the bottom of the drawing order to its top; when none are given, all that are
 // visible. STRM_BadArgument for a null handle and for a layer of another project. With the lock held, which keeps them

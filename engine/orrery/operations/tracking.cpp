@@ -150,6 +150,7 @@ void trackView(Plan& plan, Range range, OperationProgress& progress, double shar
 
 void writeTracks(STRM_ProjectManager& manager, const std::vector<Found>& tracks)
 {
+    requireOpen(manager);
     Stratum::Edit edit(manager);
     for (const Found& track : tracks)
         if (track.layer->present())
@@ -162,7 +163,9 @@ void writeTracks(STRM_ProjectManager& manager, const std::vector<Found>& tracks)
 void Project::track_layers(unsigned int start_index, unsigned int stop_index, const QVector<Layer>& layers,
                            const QVector<View>& views)
 {
-    STRM_ProjectManager& manager = *m_data->manager;
+    // From the first report on the project may be gone: only what is held here is used.
+    const boost::shared_ptr<STRM_ProjectManager> held = m_data->manager;
+    STRM_ProjectManager& manager = *held;
     const BusyProject busy(*m_data);
     Range range;
     std::vector<Plan> plans;

@@ -30,7 +30,7 @@ QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted)
     return name;
 }
 
-Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip)
+std::shared_ptr<Clip*> adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip)
 {
     std::vector<Clip*>& clips = project.manager->clips;
     renameNewClip(*clip, freeClipName(*project.manager, lockedName(*clip)));
@@ -52,7 +52,7 @@ Clip* adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Cli
             clips.erase(place);
         },
         notices));
-    return *adopted;
+    return adopted;
 }
 
 } // namespace orrery
@@ -64,9 +64,9 @@ Clip* Project::add_clip(Clip* clip, const QString& name)
     requireName("name", name);
     std::unique_ptr<Clip> own = copyForProject(*clip, name, m_data->manager);
     Stratum::Edit edit(*m_data->manager);
-    Clip* const adopted = adoptClip(edit, *m_data, std::move(own));
+    const std::shared_ptr<Clip*> adopted = adoptClip(edit, *m_data, std::move(own));
     edit.commit();
-    return adopted;
+    return *adopted;
 }
 
 QHash<QString, Clip*> Project::get_clips()

@@ -1,12 +1,11 @@
 // A project's own settings, its life and its signals.
-#include "clip_link.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
 #include <engine/clips/data.h>
 #include <engine/clips/project_clip.h>
 #include <engine/handles/access.h>
+#include <engine/handles/announcement.h>
 #include <engine/handles/destruction_hook.h>
 #include <engine/handles/undo_group_data.h>
 #include <engine/project/clips.h>
@@ -90,8 +89,7 @@ std::vector<Stratum::ViewSettings> viewsFor(std::size_t count)
 // ---- The data ----
 
 Project::Data::Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager)
-    : project(project), manager(std::move(manager)), progressWatcher(new ProgressWatcher(&project)),
-      m_clipLink(std::make_unique<ClipLink>([this](QObject* clip) { forgetClip(clip); }))
+    : project(project), manager(std::move(manager)), progressWatcher(new ProgressWatcher(&project))
 {
     const auto clips = boost::make_shared<ClipsBranch>(*this->manager);
     this->manager->parameters().addBranch(QString::fromLatin1("clips"), clips.get());
@@ -103,39 +101,39 @@ Project::Data::~Data()
 {
     manager->close();
     manager->setListener(nullptr);
-    std::vector<std::shared_ptr<Clip*>> going;
-    {
-        const Stratum::Reading lock(*manager);
-        manager->clips.clear();
-        going.swap(allClips);
-    }
-    for (const auto& clip : going) {
-        if (!*clip)
-            continue;
-        m_clipLink->detach(*clip);
-        delete *clip;
-    }
+    // One by one: a clip may take others with it, which are forgotten then.
+    while (Clip* const clip = takeClip())
+        delete clip;
+}
+
+// The next clip to destroy; null when none is left.
+Clip* Project::Data::takeClip()
+{
+    const Stratum::Reading lock(*manager);
+    manager->clips.clear();
+    for (; !allClips.empty(); allClips.pop_back())
+        if (Clip* const clip = std::exchange(*allClips.back(), nullptr))
+            return clip;
+    return nullptr;
 }
 
 void Project::Data::ownClip(std::unique_ptr<Clip> clip)
 {
     allClips.push_back(std::make_shared<Clip*>(nullptr));
-    m_clipLink->attach(clip.get());
+    clip->data().owner = this;
     *allClips.back() = clip.release();
 }
 
-// Called from the destructor of QObject, when nothing else is left of the clip: the pointer is only compared.
-void Project::Data::forgetClip(QObject* clip)
+void Project::Data::forget(Clip& clip)
 {
     Notices notices;
     {
         const Stratum::Reading lock(*manager);
-        const auto isIt = [clip](Clip* other) { return static_cast<QObject*>(other) == clip; };
         for (const auto& owned : allClips)
-            if (isIt(*owned))
+            if (*owned == &clip)
                 *owned = nullptr;
         std::vector<Clip*>& clips = manager->clips;
-        const auto end = std::remove_if(clips.begin(), clips.end(), isIt);
+        const auto end = std::remove(clips.begin(), clips.end(), &clip);
         notices.clips = end != clips.end();
         clips.erase(end, clips.end());
     }
@@ -144,18 +142,20 @@ void Project::Data::forgetClip(QObject* clip)
 
 void Project::Data::announce(const Notices& notices)
 {
+    Project* const sender = &project;
+    const Announcement announcement(*sender);
     for (const auto& call : notices.others)
         call();
     for (const char* name : notices.settings)
-        emit project.settingChanged(QString::fromLatin1(name));
+        announcement([=] { emit sender->settingChanged(QString::fromLatin1(name)); });
     if (notices.views)
-        emit project.viewsChanged();
+        announcement([=] { emit sender->viewsChanged(); });
     if (notices.clips)
-        emit project.clipsChanged();
+        announcement([=] { emit sender->clipsChanged(); });
     if (notices.layers)
-        emit project.layersChanged();
+        announcement([=] { emit sender->layersChanged(); });
     if (notices.history)
-        emit project.historyChanged();
+        announcement([=] { emit sender->historyChanged(); });
 }
 
 // ---- The project ----
@@ -193,6 +193,7 @@ Project::Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent)
 Project::~Project()
 {
     tellDestruction(this);
+    setParent(nullptr); // who has it as a child may be among what goes with it
     forgetProject(this);
 }
 

@@ -126,7 +126,8 @@ private:
 };
 
 // Holds the model lock for a change, which may be of many parts and is made as a whole: what was performed is taken
-// back when the edit ends without a commit, as it does when an exception is thrown.
+// back when the edit ends without a commit, as it does when an exception is thrown. The model stays there as long as
+// the edit does, also when whoever is told of the change destroys the project.
 //
 //     Stratum::Edit edit(manager);
 //     layer.requirePresent();                       // check everything
@@ -152,10 +153,10 @@ public:
 
     void commit();
 
-    STRM_ProjectManager& manager() { return m_manager; }
+    STRM_ProjectManager& manager() { return *m_manager; }
 
 private:
-    STRM_ProjectManager& m_manager;
+    const boost::shared_ptr<STRM_ProjectManager> m_manager;
     std::unique_lock<std::mutex> m_lock;
     Changes m_changes;
     Notices m_notices;

@@ -20,6 +20,20 @@ void writeSettings(ColorParameters& parameters, const ColorSettings& settings);
 
 } // namespace orrery
 
+namespace orrery {
+
+// Whose a clip is: is told before the clip is gone, by whoever destroys it.
+class ClipOwner
+{
+public:
+    virtual void forget(Clip& clip) = 0;
+
+protected:
+    ~ClipOwner() = default;
+};
+
+} // namespace orrery
+
 // A clip that belongs to no project has a manager of its own, so that everything else is the same for both.
 struct Clip::Data : Stratum::Listener
 {
@@ -50,6 +64,7 @@ struct Clip::Data : Stratum::Listener
     Clip& clip;
     const unsigned int id;
     bool detached = true;
+    orrery::ClipOwner* owner = nullptr; // outlives the clip
     boost::shared_ptr<STRM_ProjectManager> manager;
     boost::shared_ptr<orrery::ClipModel> model;
     const QPointer<ProgressWatcher> progressWatcher; // owned; null once a script destroyed it
@@ -63,5 +78,5 @@ private:
     const std::unique_ptr<orrery::ColorLink> m_colorLink;
     std::mutex m_colorMutex; // guards the pointer; nothing is called while it is held
     ColorParameters* m_color = nullptr;
-    const std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
+    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };

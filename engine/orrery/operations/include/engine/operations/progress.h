@@ -12,6 +12,8 @@ namespace orrery {
 
 class CancelLink;
 
+enum class ProgressState { Idle, Running, CancelWanted };
+
 // One operation, reported to a watcher from the thread that runs it: started() when this is constructed, finished(),
 // after cancelled() if it was, when it is destroyed. Construct it before everything that a failure undoes, so that
 // finished() comes last. No lock may be held by whoever constructs, calls or destroys it.
@@ -33,7 +35,12 @@ public:
     void throwIfCancelled();
 
 private:
-    ProgressWatcher& m_watcher;
+    // With the watcher, as long as it lives: whoever is told may destroy it, and what owns it.
+    template <class... Parameters, class... Arguments>
+    void tell(void (ProgressWatcher::Data::*what)(Parameters...), const Arguments&... arguments);
+
+    const QPointer<ProgressWatcher> m_watcher;
+    const std::shared_ptr<std::atomic<ProgressState>> m_state;
     const QString m_title;
     std::chrono::steady_clock::time_point m_told;
     double m_fraction = -1;
@@ -54,10 +61,10 @@ void forEachFrame(OperationProgress& progress, int count, const std::function<vo
 
 struct ProgressWatcher::Data
 {
+    using State = orrery::ProgressState;
+
     explicit Data(ProgressWatcher& watcher);
     ~Data();
-
-    enum State { Idle, Running, CancelWanted };
 
     void tellStarted(const QString& text) { emit watcher.started(text); }
     void tellProgress(double fraction, const QString& text) { emit watcher.progressChanged(fraction, text); }
@@ -65,6 +72,6 @@ struct ProgressWatcher::Data
     void tellFinished() { emit watcher.finished(); }
 
     ProgressWatcher& watcher;
-    std::atomic<State> state{Idle};
+    const std::shared_ptr<std::atomic<State>> state = std::make_shared<std::atomic<State>>(State::Idle);
     const std::unique_ptr<orrery::CancelLink> cancelLink;
 };

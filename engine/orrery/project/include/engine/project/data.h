@@ -5,22 +5,20 @@
 #include <QString>
 #include <atomic>
 #include <boost/shared_ptr.hpp>
+#include <engine/clips/data.h>
 #include <engine/stratum/manager.h>
 #include <memory>
 #include <mutex>
 #include <orrery/project.h>
 #include <vector>
 
-namespace orrery {
-class ClipLink;
-}
-
-struct Project::Data : Stratum::Listener
+struct Project::Data : Stratum::Listener, orrery::ClipOwner
 {
     Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager);
     ~Data();
 
     void announce(const Stratum::Notices& notices) override;
+    void forget(Clip& clip) override;
 
     Project& project;
     const boost::shared_ptr<STRM_ProjectManager> manager;
@@ -32,14 +30,13 @@ struct Project::Data : Stratum::Listener
     std::vector<std::shared_ptr<Clip*>> allClips;
     void ownClip(std::unique_ptr<Clip> clip); // with the lock held
 
-    std::mutex saving;             // one save at a time; never held while waiting for an interpreter's lock
-    std::atomic<bool> busy{false}; // tracking, rendering or an export runs
+    std::mutex saving; // one save at a time; never held while waiting for an interpreter's lock
+    // Tracking, rendering or an export runs. Shared with it: it may see the project go.
+    const std::shared_ptr<std::atomic<bool>> busy = std::make_shared<std::atomic<bool>>(false);
     const QPointer<ProgressWatcher> progressWatcher; // a child object; null once a script destroyed it
 
 private:
-    void forgetClip(QObject* clip);
-
-    const std::unique_ptr<orrery::ClipLink> m_clipLink;
+    Clip* takeClip();
 };
 
 namespace orrery {
