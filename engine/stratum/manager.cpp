@@ -11,9 +11,7 @@
 STRM_ProjectManager::STRM_ProjectManager()
     : m_root(boost::make_shared<Stratum::RootModel>()),
       m_parameters(std::make_unique<Stratum::ProjectParameters>(*this))
-{
-    settings.views.push_back({QString::fromLatin1("Main"), QString::fromLatin1("M"), {1, 1, 1}});
-}
+{}
 
 STRM_ProjectManager::~STRM_ProjectManager() = default;
 
@@ -36,9 +34,17 @@ void STRM_ProjectManager::announce(const Stratum::Notices& notices)
         listener->announce(notices);
 }
 
-boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer() { return makeLayer(m_lastId + 1); }
+unsigned int STRM_ProjectManager::newId() const
+{
+    if (m_lastId < Stratum::largestId)
+        return m_lastId + 1;
+    const QString message = QString::fromLatin1("the project has used up the numbers of layers and groups");
+    throw STRM_OutOfRange(__FILE__, __LINE__, message, message);
+}
 
-boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup() { return makeGroup(m_lastId + 1); }
+boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer() { return makeLayer(newId()); }
+
+boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup() { return makeGroup(newId()); }
 
 boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer(unsigned int id)
 {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <engine/stratum/by_id.h>
 #include <engine/stratum/shapes.h>
+#include <stratum/exception.h>
 
 namespace Stratum {
 
@@ -14,6 +15,14 @@ Knob::Value turned(const Knob::Value& value, double angle)
         return value;
     const double c = std::cos(angle), s = std::sin(angle);
     return {c * value.x - s * value.y, s * value.x + c * value.y};
+}
+
+void requireId(unsigned int id)
+{
+    if (id <= largestId)
+        return;
+    const QString message = QString::fromLatin1("the numbers of contours or points are used up");
+    throw STRM_OutOfRange(__FILE__, __LINE__, message, message);
 }
 
 } // namespace
@@ -142,6 +151,7 @@ ContourModel* LayerModel::makeContour(int type, unsigned int id)
 {
     if (id < nextContourId)
         return nullptr;
+    requireId(id);
     allContours.push_back(boost::make_shared<ContourModel>(*this, type, id));
     allContours.back()->setPresent(false);
     nextContourId = id + 1;
@@ -174,6 +184,7 @@ boost::shared_ptr<ControlPoint> ContourModel::pointByID(unsigned int id)
 
 PointModel& ContourModel::makePoint(unsigned int id)
 {
+    requireId(id);
     allPoints.push_back(boost::make_shared<PointModel>(*this, id));
     nextPointId = id + 1;
     return *allPoints.back();

@@ -65,7 +65,10 @@ public:
 
     // The file that save() writes; empty for a project that was never saved.
     QString get_project_file();
-    // STRM_BadState without a file. The file on disk is whole at every moment: the old one or the new one.
+    // STRM_BadState without a file; STRM_BadArgument for an empty path or one with a NUL. The file on disk is whole at
+    // every moment: the old one or the new one. A project that could not be opened again is not saved: STRM_OutOfRange
+    // for more than 1 GiB, else STRM_OperationFailed with what is wrong and where. Other threads wait while the model
+    // is copied, not while it is written.
     void save();
     void save_as(const QString& file);
 

@@ -140,7 +140,7 @@ private:
 
 QStringList describe(Project& project) { return Description(project).all(); }
 
-std::string documentOf(Project& project) { return orrery::writeProject(project.data()); }
+std::string documentOf(Project& project) { return orrery::writeProject(project.data(), QString()); }
 
 BezierControlPointData bezierPoint(float x, float y)
 {

@@ -6,8 +6,13 @@
 #include <QFileInfo>
 #include <cmath>
 #include <csignal>
+#include <engine/project/data.h>
+#include <functional>
 #include <nlohmann/json.hpp>
+#include <orrery/clip.h>
+#include <orrery/color_parameters.h>
 #include <random>
+#include <set>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -94,23 +99,197 @@ TEST(Saving, RefusesWhatIsNoProject)
         copy[Json::json_pointer(pointer)] = value;
         return copy.dump();
     };
-    refused(changed("/version", 2), "newer");
+    refused(changed("/version", 3), "newer");
     refused(changed("/version", "1"), "version");
     refused(changed("/settings/frame_rate", 0), "settings.frame_rate");
-    refused(changed("/settings/hero_view", 3), "settings.hero_view");
+    refused(changed("/settings/default_hero_view", 3), "settings: default_hero_view");
     refused(changed("/settings/views", Json::array()), "settings.views");
-    refused(changed("/settings/playback", Json::array({5, 60})), "settings.playback[1]");
+    refused(changed("/settings/playback_out_point", 60), "settings: playback_out_point: frame 60");
     refused(changed("/items/0/layer/name", 7), "items[0].layer.name");
     refused(changed("/items/0/layer/clip", 2), "items[0].layer.clip");
-    refused(changed("/items/0/layer/matte_color", Json::array({0, 0, 2})), "matte_color[2]");
+    refused(changed("/items/0/layer/matte_color", Json::array({0, 0, 2})), "layer.matte_color: ");
     refused(changed("/items/0/layer/id", document["items"][1]["group"]["id"]), "another");
     refused(changed("/items/0/layer/contours/0/type", 2), "type");
-    refused(changed("/items/0/layer/contours/0/points/0/fields/2", Json::array({1e300})), "fields[2][0]");
-    refused(changed("/items/0/layer/contours/0/points/0/fields/2", Json::array({0, 0, 1})), "fields[2]");
-    refused(changed("/items/0/layer/contours/0/points/0/fields/2", Json::array({0, 0, 1, 5, 0, 1, 6})), "second");
+    refused(changed("/items/0/layer/contours/0/points/0/fields/x", Json::array({1e300})), "fields.x[0]");
+    refused(changed("/items/0/layer/contours/0/points/0/fields/x", Json::array({0, 0, 1})), "fields.x");
+    refused(changed("/items/0/layer/contours/0/points/0/fields/x", Json::array({0, 0, 1, 5, 0, 1, 6})), "second");
     refused(changed("/items/0/layer/tracked_with", document["items"][0]["layer"]["id"]), "circle");
     refused(changed("/items/0/layer/tracked_with", 4000), "not there");
     refused(changed("/items/0", Json::object()), "items[0]");
+}
+
+TEST(Saving, OpensFilesOfTheFirstVersionAndSavesThemInThisOne)
+{
+    TemporaryFolder folder;
+    auto expected = sampleProject();
+    Clip clip("/shots/a/plate.####.png", "graded", false, 64, 48, 60, nullptr);
+    clip.add_stream("/shots/b/plate.####.png", View(3), 1, 60, false);
+    clip.assign_project_view(View(3), View(2));
+    clip.get_color_parameters()->set_gamma(2.2f);
+    clip.set_frame_rate(12.5f);
+    clip.parameter({"streams", "3", "gain"}).set(1.5, 10, View(0));
+    expected->add_clip(&clip, "graded");
+    Project old(QString::fromUtf8(VIREO_TEST_DOCUMENTS "/version_1.vireo"), nullptr);
+    EXPECT_EQ(describe(old), describe(*expected));
+    EXPECT_EQ(documentOf(old), documentOf(*expected));
+    old.save_as(folder.path("new"));
+    EXPECT_EQ(Json::parse(read(folder.path("new")))["version"], 2);
+    EXPECT_EQ(describe(*std::make_unique<Project>(folder.path("new"), nullptr)), describe(old));
+}
+
+// Takes one member after the other away, puts one in that nobody knows, and opens what is left.
+void tryEachMember(const Json& document, const Json::json_pointer& place, const QString& file)
+{
+    static const std::set<std::string> needed{"format", "version", "id",    "name",  "abbr", "type",
+                                              "path",   "view",    "layer", "group", "time", "fields"};
+    const auto opens = [&](const Json& changed) {
+        write(file, changed.dump());
+        try {
+            Project(file, nullptr);
+            return std::string();
+        } catch (const STRM_BadFile& error) {
+            return std::string(error.what());
+        }
+    };
+    Json more = document;
+    more[place]["colour"] = 1;
+    EXPECT_NE(opens(more).find("\"colour\", which is unknown"), std::string::npos) << place;
+    for (const auto& member : document[place].items()) {
+        if (place.to_string() == "/clips/0" && member.key() == "name")
+            continue; // a clip may be without
+        Json less = document;
+        less[place].erase(member.key());
+        const std::string problem = opens(less);
+        const bool missed = problem.find("not there") != std::string::npos || // by what refers to it
+                            problem.find("does not exist") != std::string::npos ||
+                            problem.find("is not from 0 to") != std::string::npos;
+        EXPECT_EQ(needed.count(member.key()) > 0, !problem.empty() && !missed) << place << member.key() << problem;
+    }
+}
+
+TEST(Saving, TakesADefaultForWhatIsMissingAndRefusesWhatIsUnknown)
+{
+    TemporaryFolder folder;
+    auto project = sampleProject();
+    Clip clip("/shots/a/plate.####.png", "graded", false, 64, 48, 60, nullptr);
+    project->add_clip(&clip, "graded");
+    const Json document = Json::parse(documentOf(*project));
+    for (const char* place :
+         {"", "/settings", "/settings/views/0", "/render", "/clips/0", "/clips/2/color", "/clips/2/streams/0",
+          "/clips/2/streams/0/values", "/items/0/layer", "/items/0/layer/values", "/items/0/layer/contours/0",
+          "/items/0/layer/contours/0/points/0", "/items/0/layer/contours/0/points/0/fields", "/items/1/group",
+          "/items/1/group/layers/1/contours/0"})
+        tryEachMember(document, Json::json_pointer(place), folder.path("p"));
+}
+
+TEST(Saving, TakesWhatSettersTakeAndNoMore)
+{
+    TemporaryFolder folder;
+    const QString file = folder.path("p");
+    Clip clip("/shots/a/plate.####.png", "c", false, 64, 48, 60, nullptr);
+    auto project = emptyProject();
+    project->add_clip(&clip, "c");
+    project->add_layer(nullptr, "l", 0, 0);
+    const Json document = Json::parse(documentOf(*project));
+    struct Case
+    {
+        const char* place;
+        std::vector<Json> taken, refused;
+        std::function<void(const Json&)> set;
+    };
+    const auto text = [](const Json& value) { return QString::fromStdString(value.get<std::string>()); };
+    const std::string longest(65535, 'n'), longer(65536, 'n'), nul("a\0b", 3),
+        mark = "\xef\xbb\xbf"
+               "mark";
+    Layer layer = project->get_layers()[0];
+    Clip* own = project->get_clips()["c"];
+    const auto stream = [&](const char* part, const Json& value) {
+        StreamInfo info = own->get_info(View(0));
+        if (std::string(part) == "prefix")
+            info.set_prefix(text(value));
+        else if (std::string(part) == "suffix")
+            info.set_suffix(text(value));
+        else
+            info.set_index_width(value.get<unsigned int>());
+        own->apply(info, View(0));
+    };
+    const Case cases[] = {
+        {"/settings/frame_rate",
+         {1e-3, 24, 1000},
+         {0, -1, 1000.001},
+         [&](const Json& v) { project->set_frame_rate(v); }},
+        {"/settings/length", {100, 1 << 24}, {0, (1 << 24) + 1}, [&](const Json& v) { project->set_length(v); }},
+        {"/settings/playback_in_point", {0, 99}, {1 << 24}, [&](const Json& v) { project->set_playback_in_point(v); }},
+        {"/settings/notes", {"", nul, mark}, {}, [&](const Json& v) { project->set_notes(text(v)); }},
+        {"/settings/output_dir",
+         {"", "/x", mark},
+         {nul},
+         [&](const Json& v) { project->set_output_dir(text(v), false); }},
+        {"/settings/default_hero_view", {0}, {1}, [&](const Json& v) { project->set_default_hero_view(View(v)); }},
+        {"/items/0/layer/name", {"n", longest, mark}, {"", longer}, [&](const Json& v) { layer.set_name(text(v)); }},
+        {"/items/0/layer/visible", {true, false}, {}, [&](const Json& v) { layer.set_visibility(v); }},
+        {"/items/0/layer/matte_color",
+         {{0, 0.5, 1}},
+         {{0, 0, 1.01}, {-0.1, 0, 0}},
+         [&](const Json& v) {
+             layer.set_matte_color({v[0], v[1], v[2]});
+         }},
+        {"/clips/0/frame_rate", {1e-3, 5000}, {0, -2}, [&](const Json& v) { own->set_frame_rate(v); }},
+        {"/clips/0/frame_size",
+         {{1, 65536}},
+         {{1, 65537}},
+         [&](const Json& v) {
+             own->set_frame_size({v[0], v[1]});
+         }},
+        {"/clips/0/streams/0/prefix", {"", "a.", mark}, {"../sub/x", nul}, [&](const Json& v) { stream("prefix", v); }},
+        {"/clips/0/streams/0/suffix", {"", ".b"}, {"/x", nul}, [&](const Json& v) { stream("suffix", v); }},
+        {"/clips/0/streams/0/index_width", {0, 32}, {33}, [&](const Json& v) { stream("width", v); }},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.place);
+        const Json::json_pointer place(row.place);
+        for (const Json& value : row.taken) {
+            row.set(value);
+            project->save_as(file);
+            EXPECT_EQ(documentOf(*std::make_unique<Project>(file, nullptr)), documentOf(*project));
+        }
+        for (const Json& value : row.refused) {
+            EXPECT_THROW(row.set(value), STRM_Exception) << value;
+            Json changed = document;
+            changed[place] = value;
+            write(file, changed.dump());
+            const std::string last = place.back();
+            expectThrow<STRM_BadFile>([&] { Project(file, nullptr); }, last);
+        }
+    }
+    Json relative = document;
+    relative["/clips/0/streams/0/path"_json_pointer] = "shots/../a";
+    write(file, relative.dump());
+    expectThrow<STRM_BadFile>([&] { Project(file, nullptr); }, "clips[0].streams[0].path");
+}
+
+TEST(Saving, KeepsTheOldFileWhenTheNewOneCouldNotBeOpened)
+{
+    TemporaryFolder folder;
+    const QString file = folder.path("p");
+    auto project = emptyProject();
+    project->save_as(file);
+    const std::string before = read(file);
+    // Beyond what any setter takes, as a fault of the engine could leave it.
+    project->data().manager->settings.frameRate = 2000;
+    expectThrow<STRM_OperationFailed>([&] { project->save(); }, "settings.frame_rate: 2000");
+    EXPECT_EQ(read(file), before);
+    for (const QString& name : {QString("a") + QChar(0) + "b", QString()})
+        expectThrow<STRM_BadArgument>([&] { project->save_as(name); }, "file");
+    // The last number of a layer.
+    Json document = Json::parse(before);
+    document["next_id"] = 0xfffffff0u;
+    write(file, document.dump());
+    Project last(file, nullptr);
+    last.add_layer(nullptr, "one", 0, 0);
+    expectThrow<STRM_OutOfRange>([&] { last.add_layer(nullptr, "two", 0, 0); }, "numbers");
+    last.save();
+    EXPECT_EQ(Project(file, nullptr).get_layers().size(), 1);
 }
 
 TEST(Saving, SurvivesDamageOfEveryKind)

@@ -2,20 +2,6 @@
 #include <engine/clips/project_clip.h>
 
 namespace orrery {
-namespace {
-
-template <std::size_t count>
-void copyValues(std::array<Knob::Animation, count>& to, const std::array<Knob::Animation, count>& from)
-{
-    for (std::size_t i = 0; i < count; ++i) {
-        Knob::Animation copy(from[i].rest());
-        from[i].forEachKey([&copy](const Knob::Key& key) { copy.setKey(key.time, key.view, key.value); });
-        to[i] = std::move(copy);
-    }
-}
-
-} // namespace
-
 std::unique_ptr<Clip> newClip(const boost::shared_ptr<STRM_ProjectManager>& manager, ClipState state)
 {
     auto clip = std::make_unique<Clip>(QString(), QString(), false, 0, 0, 0, nullptr);
@@ -33,10 +19,10 @@ std::unique_ptr<Clip> copyForProject(const Clip& source, const QString& name,
     // The copy is nobody's yet, so the source's lock guards all that is read here.
     ClipModel& to = *clip->data().model;
     Stratum::Reading reading(*from.manager);
-    copyValues(to.values, from.model->values);
+    to.values = from.model->values;
     for (const auto& stream : to.state.streams)
         if (const StreamBranch* branch = from.model->stream(stream.first))
-            copyValues(to.stream(stream.first)->values, branch->values);
+            to.stream(stream.first)->values = branch->values;
     return clip;
 }
 

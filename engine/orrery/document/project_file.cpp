@@ -10,6 +10,7 @@ using namespace orrery;
 Project::Project(QString file, QObject* parent)
     : QObject(parent), m_data(std::make_unique<Data>(*this, STRM_ProjectManager::create()))
 {
+    require("file", Knob::checkPath(file));
     if (!file.isEmpty())
         readProject(*m_data, file);
 }
@@ -24,14 +25,14 @@ void Project::save()
 
 void Project::save_as(const QString& file)
 {
-    requireText("file", file);
+    require("file", Knob::checkPath(file));
     if (file.isEmpty())
         raise<STRM_BadArgument>(QString::fromLatin1("file: the name of the project's file must not be empty"));
     const QString path = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
     bool renamed = false;
     {
         const std::lock_guard<std::mutex> one(m_data->saving);
-        replaceFile(path, writeProject(*m_data));
+        replaceFile(path, writeProject(*m_data, path));
         const Stratum::Reading lock(*m_data->manager);
         renamed = m_data->file != path;
         m_data->file = path;

@@ -1,12 +1,9 @@
 // The document of a project, as it is written. docs/engine.md describes the format.
-#include "clips.h"
-#include "format.h"
+#include "records.h"
+#include "values.h"
 
-#include <algorithm>
 #include <engine/document/document.h>
-#include <engine/project/data.h>
-#include <engine/stratum/shapes.h>
-#include <orrery/clip.h>
+#include <engine/errors/arguments.h>
 
 namespace orrery {
 
@@ -14,173 +11,194 @@ namespace {
 
 using namespace Stratum;
 
-Json colorJson(const Fundo::Colour3<float>& color) { return Json::array({color.red, color.green, color.blue}); }
-
-Json settingsJson(const Settings& settings)
+void writeAnimation(JsonWriter& json, const Knob::Description& description, const Knob::Animation& animation)
 {
-    Json json;
-    json["frame_rate"] = settings.frameRate;
-    json["first_frame_offset"] = settings.firstFrameOffset;
-    json["length"] = settings.length;
-    json["playback"] = Json::array({settings.playbackInPoint, settings.playbackOutPoint});
-    json["in_out_range"] = Json::array({settings.inOutRange.first, settings.inOutRange.second});
-    json["interlace_mode"] = settings.interlaceMode;
-    json["notes"] = toJson(settings.notes);
-    json["output_dir"] = toJson(settings.outputFolder);
-    json["hero_view"] = settings.heroView;
-    json["views"] = Json::array();
-    for (const ViewSettings& view : settings.views)
-        json["views"].push_back({{"name", toJson(view.name)},
-                                 {"abbreviation", toJson(view.abbreviation)},
-                                 {"color", colorJson(view.color)}});
-    return json;
+    json.name(description.name);
+    write(json, animation, description.kind);
 }
 
-Json renderJson(ProjectParameters& parameters)
+template <std::size_t count>
+void writeValues(JsonWriter& json, const Animations<count>& values, const Knob::Description (&table)[count])
 {
-    Json json = Json::object();
-    for (int i = 0; i < ProjectParameters::RenderValueCount; ++i) {
-        const auto value = static_cast<ProjectParameters::RenderValue>(i);
-        const Knob::Description& description = ProjectParameters::description(value);
-        json[description.name] = writeAnimation(parameters.animation(value), description.kind);
-    }
-    return json;
+    json.name("values");
+    json.beginObject();
+    for (std::size_t i = 0; i < count; ++i)
+        if (table[i].writable && (values[i].animated() || values[i].rest() != table[i].initial))
+            writeAnimation(json, table[i], values[i]);
+    json.endObject();
 }
 
-Json masterJson(const PointModel& point)
+void write(JsonWriter& json, const StreamRecord& record)
 {
-    const PointModel& master = *point.masterModel();
-    const MasterLink& link = *point.link();
-    return {{"layer", master.contourModel().layer().id()},
-            {"contour", master.contourModel().id()},
-            {"point", master.id()},
-            {"time", link.time},
-            {"reference", Json::array({link.reference.x, link.reference.y})},
-            {"lock_tangents", link.lockTangents},
-            {"angle", link.referenceAngle}};
+    json.beginObject();
+    writeMember(json, "view", record.view);
+    writeFields(json, record.stream.name);
+    writeFields(json, record.stream);
+    if (record.projectView)
+        writeMember(json, "project_view", *record.projectView);
+    writeValues(json, record.values, StreamBranch::descriptions);
+    json.endObject();
 }
 
-Json pointJson(const PointModel& point)
+void write(JsonWriter& json, const ClipRecord& record)
 {
-    const int type = point.contourModel().type();
-    Json json{{"id", point.id()}};
+    json.beginObject();
+    writeFields(json, record.state);
+    json.name("streams");
+    json.beginList();
+    for (const StreamRecord& stream : record.streams)
+        write(json, stream);
+    json.endList();
+    writeValues(json, record.values, ClipModel::descriptions);
+    json.endObject();
+}
+
+void write(JsonWriter& json, const MasterRecord& record)
+{
+    json.beginObject();
+    writeMember(json, "layer", record.layer);
+    writeMember(json, "contour", record.contour);
+    writeMember(json, "point", record.point);
+    writeMember(json, "time", record.link.time);
+    writeMember(json, "reference", record.link.reference);
+    writeMember(json, "lock_tangents", record.link.lockTangents);
+    writeMember(json, "angle", record.link.referenceAngle);
+    json.endObject();
+}
+
+void write(JsonWriter& json, const PointRecord& record, int type)
+{
+    json.beginObject();
+    writeMember(json, "id", record.id);
+    json.name("fields");
+    json.beginObject();
     for (std::size_t i = 0; i < pointFieldCount(type); ++i)
-        json["fields"].push_back(writeAnimation(point.fields[i], pointDescriptions(type)[i].kind));
-    if (point.masterModel())
-        json["master"] = masterJson(point);
-    return json;
+        writeAnimation(json, pointDescriptions(type)[i], record.fields[i]);
+    json.endObject();
+    if (record.master) {
+        json.name("master");
+        write(json, *record.master);
+    }
+    json.endObject();
 }
 
-Json contourJson(const ContourModel& contour)
+void write(JsonWriter& json, const ContourRecord& record)
 {
-    Json json{{"id", contour.id()}, {"type", contour.type()}, {"next_point", contour.nextPointId}};
-    json["edge_width"] = writeAnimation(contour.settings[1], Knob::Kind::Number);
-    json["points"] = Json::array();
-    for (const PointModel& point : contour.points)
-        json["points"].push_back(pointJson(point));
-    return json;
+    json.beginObject();
+    writeMember(json, "id", record.id);
+    writeMember(json, "type", record.type);
+    writeMember(json, "next_point", record.nextPoint);
+    writeAnimation(json, contourDescription(1), record.edgeWidth);
+    json.name("points");
+    json.beginList();
+    for (const PointRecord& point : record.points)
+        write(json, point, record.type);
+    json.endList();
+    json.endObject();
 }
 
-Json itemJson(const TreeItem& item)
+void writeAnimations(JsonWriter& json, const LayerAnimationsRecord& record)
 {
-    return {{"id", item.id()},
-            {"name", toJson(item.name)},
-            {"visible", item.visible},
-            {"locked", item.locked},
-            {"matte_color", colorJson(item.matteColor)},
-            {"stroke_color", colorJson(item.strokeColor)}};
+    json.name("values");
+    json.beginObject();
+    for (std::size_t i = 0; i < record.values.size(); ++i)
+        writeAnimation(json, description(static_cast<LayerValue>(i)), record.values[i]);
+    json.endObject();
+    json.name("transform");
+    json.beginList();
+    for (std::size_t i = 0; i < record.corners.size(); ++i)
+        write(json, record.corners[i], cornerDescription(i).kind);
+    json.endList();
 }
 
-Json layerJson(const LayerModel& layer)
+void write(JsonWriter& json, const LayerRecord& record)
 {
-    Json json = itemJson(layer);
-    json["selected"] = layer.selected;
-    json["in_point"] = Json::array({layer.inView, layer.inFrame});
-    const std::vector<Clip*>& clips = layer.manager().clips;
-    const auto clip =
-        std::find_if(clips.begin(), clips.end(), [&layer](const Clip* clip) { return clip->get_id() == layer.clip; });
-    if (clip != clips.end())
-        json["clip"] = clip - clips.begin();
-    if (layer.trackedWith())
-        json["tracked_with"] = layer.trackedWith()->id();
-    if (const LayerAnimations* animations = layer.animationsIfAny()) {
-        for (int i = 0; i < LayerValueCount; ++i) {
-            const Knob::Description& entry = description(static_cast<LayerValue>(i));
-            json["values"][entry.name] = writeAnimation(animations->values[static_cast<std::size_t>(i)], entry.kind);
-        }
-        for (const Knob::Animation& corner : animations->corners)
-            json["transform"].push_back(writeAnimation(corner, Knob::Kind::Number));
-    }
-    json["next_contour"] = layer.nextContourId;
-    json["contours"] = Json::array();
-    for (const ContourModel& contour : layer.contours)
-        json["contours"].push_back(contourJson(contour));
-    return json;
+    json.beginObject();
+    writeMember(json, "id", record.id);
+    writeFields(json, record.item);
+    writeFields(json, record.layer);
+    if (record.clip)
+        writeMember(json, "clip", *record.clip);
+    if (record.trackedWith)
+        writeMember(json, "tracked_with", *record.trackedWith);
+    if (record.animations)
+        writeAnimations(json, *record.animations);
+    writeMember(json, "next_contour", record.nextContour);
+    json.name("contours");
+    json.beginList();
+    for (const ContourRecord& contour : record.contours)
+        write(json, contour);
+    json.endList();
+    json.endObject();
 }
 
-// Items are turned into text one by one: a document of the whole project would take many times its memory.
-class DocumentText
+void write(JsonWriter& json, const ItemRecord& record)
 {
-public:
-    void add(const char* name, const Json& json) { m_text += separated() + '"' + name + "\": " + json.dump(); }
-    void beginList(const char* name)
-    {
-        m_text += separated() + '"' + name + "\": [";
-        m_separator = "\n";
+    json.beginObject();
+    if (record.group) {
+        json.name("group");
+        json.beginObject();
+        writeMember(json, "id", record.group->id);
+        writeFields(json, record.group->item);
+        if (record.group->opacity)
+            writeAnimation(json, groupOpacityDescription(), *record.group->opacity);
+        json.name("layers");
+        json.beginList();
+    } else {
+        json.name("layer");
     }
-    void addItem(const std::string& json)
-    {
-        m_text += m_separator + json;
-        m_separator = ",\n";
+    for (const LayerRecord& layer : record.layers)
+        write(json, layer);
+    if (record.group) {
+        json.endList();
+        json.endObject();
     }
-    void endList() { m_text += "]"; }
-    std::string finished() { return std::move(m_text) + "\n}\n"; }
+    json.endObject();
+}
 
-private:
-    std::string separated() const { return m_text.empty() ? "{\n" : ",\n"; }
-
-    std::string m_text;
-    std::string m_separator;
-};
-
-void addItems(DocumentText& text, const Ordered<TreeItem>& items)
+template <class Record>
+void writeAll(JsonWriter& json, const char* name, const std::vector<Record>& records)
 {
-    for (const TreeItem& item : items) {
-        if (const auto* layer = dynamic_cast<const LayerModel*>(&item)) {
-            text.addItem(Json{{"layer", layerJson(*layer)}}.dump());
-            continue;
-        }
-        const auto& group = static_cast<const GroupModel&>(item);
-        Json json = itemJson(group);
-        if (const Knob::Animation* opacity = group.opacityIfAny())
-            json["opacity"] = writeAnimation(*opacity, Knob::Kind::Number);
-        json["layers"] = Json::array();
-        for (const LayerModel& member : group.layers)
-            json["layers"].push_back(layerJson(member));
-        text.addItem(Json{{"group", std::move(json)}}.dump());
-    }
+    json.name(name);
+    json.beginList();
+    for (const Record& record : records)
+        write(json, record);
+    json.endList();
+}
+
+std::string textOf(const ProjectRecord& record)
+{
+    JsonWriter json;
+    json.beginObject();
+    writeMember(json, "format", QString::fromLatin1(document::format));
+    writeMember(json, "version", document::version);
+    writeMember(json, "next_id", record.nextId);
+    writeMember(json, "settings", record.settings);
+    json.name("render");
+    json.beginObject();
+    for (std::size_t i = 0; i < record.render.size(); ++i)
+        writeAnimation(json, ProjectParameters::description(static_cast<ProjectParameters::RenderValue>(i)),
+                       record.render[i]);
+    json.endObject();
+    writeAll(json, "clips", record.clips);
+    writeAll(json, "items", record.items);
+    json.endObject();
+    return json.finished();
 }
 
 } // namespace
 
-std::string writeProject(Project::Data& project)
+std::string writeProject(Project::Data& project, const QString& file)
 {
-    STRM_ProjectManager& manager = *project.manager;
-    DocumentText text;
-    const Reading lock(manager);
-    text.add("format", document::format);
-    text.add("version", document::version);
-    text.add("next_id", manager.nextId());
-    text.add("settings", settingsJson(manager.settings));
-    text.add("render", renderJson(manager.parameters()));
-    text.beginList("clips");
-    for (const Clip* clip : manager.clips)
-        text.addItem(writeClip(*clip).dump());
-    text.endList();
-    text.beginList("items");
-    addItems(text, manager.root().items);
-    text.endList();
-    return text.finished();
+    std::string text = textOf(snapshotOf(project));
+    RecordSink nobody;
+    try {
+        readDocument(file, text, nobody);
+    } catch (const STRM_BadFile& error) {
+        raise<STRM_OperationFailed>(QString::fromLatin1("the project is not saved, since it could not be opened: ") +
+                                    error.message());
+    }
+    return text;
 }
 
 } // namespace orrery

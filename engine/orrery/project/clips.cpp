@@ -21,8 +21,11 @@ Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id)
 
 QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted)
 {
+    const std::vector<Clip*>& clips = manager.clips;
+    if (std::none_of(clips.begin(), clips.end(), [&wanted](const Clip* clip) { return lockedName(*clip) == wanted; }))
+        return wanted;
     std::set<QString> taken;
-    for (const Clip* clip : manager.clips)
+    for (const Clip* clip : clips)
         taken.insert(lockedName(*clip));
     QString name = wanted;
     for (int number = 2; taken.count(name); ++number)
@@ -32,8 +35,13 @@ QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted)
 
 std::shared_ptr<Clip*> adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip)
 {
-    std::vector<Clip*>& clips = project.manager->clips;
     renameNewClip(*clip, freeClipName(*project.manager, lockedName(*clip)));
+    return adoptNamedClip(edit, project, std::move(clip));
+}
+
+std::shared_ptr<Clip*> adoptNamedClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip)
+{
+    std::vector<Clip*>& clips = project.manager->clips;
     unmapViewsFrom(edit, *clip, static_cast<int>(project.manager->settings.views.size()));
     project.ownClip(std::move(clip));
     const std::shared_ptr<Clip*> adopted = project.allClips.back();

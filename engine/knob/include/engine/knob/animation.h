@@ -39,8 +39,14 @@ class Animation
 public:
     Animation() = default;
     explicit Animation(Value rest) : m_rest(rest) {}
+    Animation(const Animation& other)
+        : m_rest(other.m_rest), m_single(other.m_single),
+          m_chunks(other.m_chunks ? std::make_unique<std::vector<Chunk>>(*other.m_chunks) : nullptr)
+    {}
     Animation(Animation&&) = default;
+    Animation& operator=(const Animation& other) { return *this = Animation(other); }
     Animation& operator=(Animation&&) = default;
+    ~Animation() = default;
 
     // The value where there are no keyframes.
     const Value& rest() const { return m_rest; }

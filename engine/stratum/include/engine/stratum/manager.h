@@ -95,6 +95,7 @@ public:
 private:
     friend std::mutex& modelMutex(STRM_ProjectManager& manager);
     STRM_ProjectManager();
+    unsigned int newId() const; // STRM_OutOfRange when there is none left
 
     std::mutex m_mutex;
     std::atomic<bool> m_open{true};

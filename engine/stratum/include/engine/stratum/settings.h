@@ -51,7 +51,7 @@ struct Settings
     int interlaceMode = 0;
     QString notes;
     QString outputFolder;
-    std::vector<ViewSettings> views;
+    std::vector<ViewSettings> views{{QString::fromLatin1("Main"), QString::fromLatin1("M"), {1, 1, 1}}};
     int heroView = 0;
 
     // Makes the length another, and frames past its end the last one.

@@ -14,6 +14,8 @@ namespace orrery {
 // also when the edit is taken back. The name is made unlike the others' by a number. What is returned points to null
 // once the clip is gone, as it may be when the edit has been announced.
 std::shared_ptr<Clip*> adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
+// The same with a name that is known to be unlike the others'.
+std::shared_ptr<Clip*> adoptNamedClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
 QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted);
 
 // The project's clip with that id (Clip::get_id()), or null.
