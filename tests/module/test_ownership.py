@@ -231,6 +231,32 @@ class Validity(ModuleTest):
         self.assertIs(watch(), None)
         self.assertEqual(recording.counts("Clip")["alive"], alive - 1)
 
+    def test_signals_of_a_python_class(self):
+        for name in "Project", "Clip", "ProgressWatcher", "ColorParameters":
+            class Own(getattr(vp, name)):
+                told = QtCore.Signal(int)
+                said = QtCore.Property(int, lambda self: 7)
+
+            own, got = Own(*[u"f"] * (name in ("Project", "Clip"))), []
+            own.told.connect(got.append)
+            own.told.emit(4)
+            self.assertEqual((got, own.property("said")), ([4], 7))
+            shiboken.delete(own)
+            self.raises(RuntimeError, "Internal C++ object (Own) already deleted.", own.destroyed.emit)
+
+    def test_children_that_die_while_the_interpreter_ends(self):
+        self.assertEqual(child("""if True:
+            import vireo.project as vp
+            class Last(vp.ProgressWatcher):
+                def __del__(self):
+                    try:
+                        self.finished.emit()
+                    except RuntimeError as error:
+                        print error
+            early, late = vp.ProgressWatcher(), None
+            z_late = Last(early)
+            """), (0, "Internal C++ object (Last) already deleted.\n", ""))
+
     def test_every_class_can_be_subclassed_beside_a_plain_one(self):
         class Plain(object):
             note = u"mine"

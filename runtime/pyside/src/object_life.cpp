@@ -22,14 +22,12 @@ public:
     explicit Companion(QObject* object) : m_object(object) {}
     ~Companion() override
     {
-        if (!isPythonAlive())
-            return;
-        const Shiboken::GilState lock;
-        const ErrorAside aside;
-        m_life.hub.reset();
-        Shiboken::BindingManager& manager = Shiboken::BindingManager::instance();
-        if (SbkObject* const wrapper = manager.retrieveWrapper(m_object))
-            Shiboken::Object::destroy(wrapper, m_object);
+        if (isPythonAlive()) {
+            const Shiboken::GilState lock;
+            const ErrorAside aside;
+            m_life.hub.reset();
+        }
+        Shiboken::Object::destroy(Shiboken::BindingManager::instance().retrieveWrapper(m_object), m_object);
     }
 
     ObjectLife& life() { return m_life; }

@@ -208,7 +208,11 @@ void forgetAddress(void* cppObject)
 {
     BindingManager& manager = BindingManager::instance();
     const std::lock_guard<BriefLock> guard(manager.m_d->lock);
-    manager.m_d->wrappers.erase(cppObject, manager.m_d->wrappers.find(cppObject));
+    SbkObject* const wrapper = manager.m_d->wrappers.find(cppObject);
+    if (!wrapper)
+        return;
+    wrapper->d.isValid = false;
+    manager.m_d->wrappers.erase(cppObject, wrapper);
 }
 
 void BindingManager::addClassInheritance(SbkObjectType* parent, SbkObjectType* child)

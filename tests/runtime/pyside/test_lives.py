@@ -8,7 +8,7 @@ import weakref
 import shiboken
 from PySide import QtCore
 from event_loop import application
-from support import Case
+from support import Case, run
 
 
 class Own(QtCore.QObject):
@@ -110,6 +110,14 @@ class Lives(Case):
             application.sendPostedEvents()
             parent.cycle = parent
         self.assertNoLeak(work)
+
+    def test_ends(self):
+        for script, said in (
+                ('def ensure():\n    QtCore.QCoreApplication.instance() or QtCore.QCoreApplication([])\n'
+                 'ensure()\nprint type(QtCore.QCoreApplication.instance()).__name__', 'QCoreApplication\n'),
+                ('QtCore.QCoreApplication([])\nthread = QtCore.QThread()\nthread.start()\ntimer = QtCore.QTimer()\n'
+                 'timer.moveToThread(thread)', '')):
+            self.assertEqual(run('from PySide import QtCore\n' + script), (0, said, ''))
 
     def test_classes_go_too(self):
         class Declared(QtCore.QObject):
