@@ -49,8 +49,11 @@ std::string signatureText(const Signature& signature)
     return text;
 }
 
+// Nothing to add when a test has failed with an error of its own.
 [[gnu::cold, gnu::noinline]] void raiseWrongArguments(const Operation& operation, PyObject* arguments)
 {
+    if (PyErr_Occurred())
+        return;
     std::vector<std::string> texts;
     for (int i = 0; i < operation.signatureCount; ++i)
         texts.push_back(signatureText(operation.signatures[i]));
@@ -161,6 +164,8 @@ const Signature* selectSignature(const Operation& operation, const Given& given,
             if (signature.testedFirst == first && takesCount(signature, given) &&
                 (given.positional == 0 || acceptsArgument(signature, given, 0, arguments)))
                 return &signature;
+            if (errorPending())
+                return nullptr;
         }
     return nullptr;
 }

@@ -80,7 +80,8 @@ void registerQtObject(const ClassTable& table)
 
 PyObject* raiseNotImplemented()
 {
-    PyErr_SetString(PyExc_NotImplementedError, "operator not implemented.");
+    if (!mustReachCaller())
+        PyErr_SetString(PyExc_NotImplementedError, "operator not implemented.");
     return nullptr;
 }
 
@@ -95,7 +96,7 @@ bool registerClass(PyObject* module, const ClassTable& table)
     createConverter(table);
     if (table.isQtObject)
         registerQtObject(table);
-    buildProperties(*table.place, bareName(table), table.properties);
+    buildProperties(*table.place, bareName(table), table.accessors);
     return true;
 }
 

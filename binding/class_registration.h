@@ -38,7 +38,7 @@ struct ClassTable
     const char* wrapperTypeName = nullptr;
     bool isValue = false;
     PyMethodDef* methods = nullptr;
-    std::vector<Property> properties;
+    std::vector<Accessor> accessors;
 
     ObjectDestructor destroy = nullptr;
     initproc initialise = nullptr;
@@ -214,12 +214,12 @@ PyMethodDef* methodDefinitions(std::index_sequence<i...>)
 
 // --- Type-level operations ------------------------------------------------------------------------------------------
 
-// Whether no Python class and no attribute of the object can replace the library's isNull(). Python owns only what is
+// Whether no Python class can replace the library's isNull(). Python owns only what is
 // of the module's own subclass; what the library owns may be of a subclass of the library's.
 inline bool isNullIsOwn(PyObject* self)
 {
     SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
-    return !wrapper->ob_dict && Shiboken::Object::hasOwnership(wrapper) && !Shiboken::Object::isUserType(self);
+    return Shiboken::Object::hasOwnership(wrapper) && !Shiboken::Object::isUserType(self);
 }
 
 template <class T>
@@ -377,7 +377,7 @@ ClassTable baseTable()
     table.wrapperTypeName = typeid(TWrapper).name();
     table.methods = methodDefinitions<T, members>(
         std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(members)>>>>());
-    table.properties = propertiesOf(members);
+    table.accessors = accessorsOf(members);
     table.destroy = &destroyUnused<T>;
     table.acceptsPointer = &WrapperConversions<T>::acceptsPointer;
     table.pointerFromPython = &WrapperConversions<T>::pointerFromPython;

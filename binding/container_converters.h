@@ -1,11 +1,13 @@
 // Containers, each composed from its elements' converters: sequences are lists in Python, maps are dicts.
 //
 // On the way in any sequence of convertible items is taken, or any dict of convertible keys and values. Testing one
-// leaves no error behind: an object whose items cannot be read is simply not accepted.
+// leaves no error behind, but for those that must reach the caller: an object whose items cannot be read is simply not
+// accepted.
 #ifndef BINDING_CONTAINER_CONVERTERS_H
 #define BINDING_CONTAINER_CONVERTERS_H
 
 #include "converter.h"
+#include "errors.h"
 #include "primitive_converters.h"
 #include "qt_converters.h"
 
@@ -38,13 +40,13 @@ bool isSequenceOf(PyObject* object, Accepts accepts)
     for (Py_ssize_t i = 0; i < length; ++i) {
         const Reference item(itemOf(object, i));
         if (!item || !accepts(item.get())) {
-            PyErr_Clear();
+            clearRefusal();
             return false;
         }
     }
     if (length >= 0)
         return true;
-    PyErr_Clear();
+    clearRefusal();
     return false;
 }
 
@@ -69,9 +71,11 @@ bool isPlainListOf(PyObject* object)
 template <class T>
 bool convertItem(PyObject* item, T& element)
 {
-    if (errorPending())
+    if (errorPending() || (Converter<T>::mayHoldWrapper && !Shiboken::Object::isValid(item)))
         return false;
     const FromPython convert = Converter<T>::accepts(item);
+    if (errorPending())
+        return false;
     if (!convert)
         PyErr_Format(PyExc_TypeError, "an item became a '%s' while it was converted", Py_TYPE(item)->tp_name);
     else
@@ -177,6 +181,17 @@ template <class T>
 struct Converter<QList<T>> : SequenceConverter<QList<T>, T>
 {};
 
+// A text is a sequence too, but no list of its letters.
+template <>
+struct Converter<QStringList> : SequenceConverter<QStringList, QString>
+{
+    static const char* text() { return "QStringList"; }
+    static FromPython accepts(PyObject* object)
+    {
+        return PyString_Check(object) || PyUnicode_Check(object) ? nullptr : SequenceConverter::accepts(object);
+    }
+};
+
 // Pointers to Qt objects are taken from instances of the Qt binding's QObject only, None is none.
 template <>
 struct Converter<QList<QObject*>> : SequenceConverter<QList<QObject*>, QObject*>
@@ -207,25 +222,27 @@ struct MapConverter
     {
         if (!PyDict_Check(object))
             return nullptr;
-        PyObject* key;
-        PyObject* item;
-        for (Py_ssize_t place = 0; PyDict_Next(object, &place, &key, &item);)
-            if (!Converter<Key>::accepts(key) || !acceptsValue<T>(item))
+        // A test may run Python code, too.
+        const Reference entries(PyDict_Items(object));
+        for (Py_ssize_t i = 0; entries && i < PyList_GET_SIZE(entries.get()); ++i) {
+            PyObject* const entry = PyList_GET_ITEM(entries.get(), i);
+            if (!Converter<Key>::accepts(PyTuple_GET_ITEM(entry, 0)) || !acceptsValue<T>(PyTuple_GET_ITEM(entry, 1)))
                 return nullptr;
-        return &fromPython;
+        }
+        return entries ? &fromPython : nullptr;
     }
 
     static void fromPython(PyObject* object, void* value)
     {
         Container container;
-        // Converting an item may run Python code that changes the dict: a copy is walked.
-        const Reference entries(PyDict_Copy(object));
-        PyObject* key;
-        PyObject* item;
-        for (Py_ssize_t place = 0; entries && PyDict_Next(entries.get(), &place, &key, &item);) {
+        // Converting an item may run Python code that changes the dict: a list of its entries, in its order, is walked.
+        const Reference entries(PyDict_Items(object));
+        for (Py_ssize_t i = 0; entries && i < PyList_GET_SIZE(entries.get()); ++i) {
+            PyObject* const entry = PyList_GET_ITEM(entries.get(), i);
             Key convertedKey = Key();
             T convertedItem = T();
-            if (!convertItem(key, convertedKey) || !convertItem(item, convertedItem))
+            if (!convertItem(PyTuple_GET_ITEM(entry, 0), convertedKey) ||
+                !convertItem(PyTuple_GET_ITEM(entry, 1), convertedItem))
                 return;
             container.insert(convertedKey, convertedItem);
         }
@@ -266,9 +283,11 @@ struct Converter<QPair<First, Second>>
             return nullptr;
         const Reference first(itemOf(object, 0));
         const Reference second(itemOf(object, 1));
-        return first && second && Converter<First>::accepts(first.get()) && Converter<Second>::accepts(second.get())
-                   ? &fromPython
-                   : nullptr;
+        const bool accepted =
+            first && second && Converter<First>::accepts(first.get()) && Converter<Second>::accepts(second.get());
+        if (!accepted)
+            clearRefusal();
+        return accepted ? &fromPython : nullptr;
     }
 
     static void fromPython(PyObject* object, void* value)

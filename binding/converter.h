@@ -94,8 +94,7 @@ struct WrapperConversions
 
     static void pointerFromPython(PyObject* object, void* pointer)
     {
-        *static_cast<T**>(pointer) = static_cast<T*>(
-            Shiboken::Conversions::cppPointer(Wrapped<T>::type(), reinterpret_cast<SbkObject*>(object)));
+        *static_cast<T**>(pointer) = validObject<T>(object);
     }
 
     static void valueFromPython(PyObject* object, void* value)

@@ -4,7 +4,13 @@
 
 #include "converter.h"
 
+#include <limits>
+
 namespace binding {
+
+// Gives a pending OverflowError of the runtime the value that did not fit, and the range that it did not fit into. What
+// a script's own code has raised stays.
+void nameRange(PyObject* object, const char* type, double lowest, double highest);
 
 // `Exact` names the short way: isExact(object) and get(object) for objects whose conversion cannot fail.
 template <class T, class Exact>
@@ -16,13 +22,19 @@ struct PrimitiveConverter
     {
         if (Exact::isExact(object))
             return &fromExact;
-        return Shiboken::Conversions::isPythonToCppConvertible(Shiboken::Conversions::PrimitiveTypeConverter<T>(),
-                                                               object);
+        return ofRuntime(object) ? &fromOther : nullptr;
     }
 
     static void fromExact(PyObject* object, void* value)
     {
         *static_cast<T*>(value) = static_cast<T>(Exact::get(object));
+    }
+
+    static void fromOther(PyObject* object, void* value)
+    {
+        ofRuntime(object)(object, value);
+        if (errorPending())
+            nameRange(object, Converter<T>::text(), std::numeric_limits<T>::lowest(), std::numeric_limits<T>::max());
     }
 
     // Both steps in one, for an object that is known to be accepted.
@@ -32,6 +44,13 @@ struct PrimitiveConverter
             fromExact(object, &value);
         else
             accepts(object)(object, &value);
+    }
+
+private:
+    static FromPython ofRuntime(PyObject* object)
+    {
+        return Shiboken::Conversions::isPythonToCppConvertible(Shiboken::Conversions::PrimitiveTypeConverter<T>(),
+                                                               object);
     }
 };
 

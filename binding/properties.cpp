@@ -15,28 +15,31 @@ namespace {
     std::abort(); // not reached; the interpreter's headers do not say so
 }
 
-bool buildProperty(PyObject* type, const Property& property)
+bool buildProperty(PyObject* type, const Accessor& getter, const Accessor* setter)
 {
-    const Reference getter(PyObject_GetAttrString(type, property.getter));
-    if (!getter)
+    const Reference get(PyObject_GetAttrString(type, getter.method));
+    if (!get)
         return false;
-    const Reference setter(property.setter ? PyObject_GetAttrString(type, property.setter) : none());
-    if (!setter)
+    const Reference set(setter ? PyObject_GetAttrString(type, setter->method) : none());
+    if (!set)
         return false;
-    const Reference made(PyObject_CallFunctionObjArgs(reinterpret_cast<PyObject*>(&PyProperty_Type), getter.get(),
-                                                      setter.get(), Py_None, nullptr));
-    return made && PyObject_SetAttrString(type, property.name, made.get()) == 0 &&
-           PyObject_DelAttrString(type, property.getter) == 0 &&
-           (!property.setter || PyObject_DelAttrString(type, property.setter) == 0);
+    const Reference made(PyObject_CallFunctionObjArgs(reinterpret_cast<PyObject*>(&PyProperty_Type), get.get(),
+                                                      set.get(), Py_None, nullptr));
+    return made && PyObject_SetAttrString(type, getter.property, made.get()) == 0 &&
+           PyObject_DelAttrString(type, getter.method) == 0 &&
+           (!setter || PyObject_DelAttrString(type, setter->method) == 0);
 }
 
 } // namespace
 
-void buildProperties(PyTypeObject* type, const char* className, const std::vector<Property>& properties)
+void buildProperties(PyTypeObject* type, const char* className, const std::vector<Accessor>& accessors)
 {
-    for (const Property& property : properties)
-        if (!buildProperty(reinterpret_cast<PyObject*>(type), property))
-            failProperty(property.name, className);
+    for (std::size_t i = 0; i < accessors.size(); ++i) {
+        const Accessor& getter = accessors[i];
+        const bool isWritable = i + 1 < accessors.size() && accessors[i + 1].isSetter;
+        if (!buildProperty(reinterpret_cast<PyObject*>(type), getter, isWritable ? &accessors[++i] : nullptr))
+            failProperty(getter.property, className);
+    }
 }
 
 } // namespace binding

@@ -8,15 +8,16 @@
 
 namespace binding {
 
-struct Property
+// A method that is one side of a property. A setter follows its getter.
+struct Accessor
 {
-    const char* name;
-    const char* getter;
-    const char* setter; // null: read-only
+    const char* property;
+    const char* method;
+    bool isSetter;
 };
 
 constexpr const char* methodName(const char* name) { return name; }
-inline void addAccessor(std::vector<Property>&, const char*) {}
+inline void addAccessor(std::vector<Accessor>&, const char*) {}
 
 template <std::size_t size>
 constexpr const char* methodName(const AccessorName<size>& name)
@@ -24,26 +25,23 @@ constexpr const char* methodName(const AccessorName<size>& name)
     return name.text.data();
 }
 template <std::size_t size>
-void addAccessor(std::vector<Property>& properties, const AccessorName<size>& name)
+void addAccessor(std::vector<Accessor>& accessors, const AccessorName<size>& name)
 {
-    if (name.isSetter)
-        properties.back().setter = methodName(name);
-    else
-        properties.push_back({name.property, methodName(name), nullptr});
+    accessors.push_back({name.property, methodName(name), name.isSetter});
 }
 
-// The properties among the rows of a class's table, in their order.
+// The accessors among the rows of a class's table, in their order.
 template <class... Rows>
-std::vector<Property> propertiesOf(const std::tuple<Rows...>& table)
+std::vector<Accessor> accessorsOf(const std::tuple<Rows...>& table)
 {
-    std::vector<Property> properties;
-    std::apply([&](const auto&... row) { (addAccessor(properties, row.name), ...); }, table);
-    return properties;
+    std::vector<Accessor> accessors;
+    std::apply([&](const auto&... row) { (addAccessor(accessors, row.name), ...); }, table);
+    return accessors;
 }
 
-// Turns the accessor methods of a type into properties, in their order, and takes the methods off the type. A property
-// that cannot be made ends the process: the class would not be what scripts are promised.
-void buildProperties(PyTypeObject* type, const char* className, const std::vector<Property>& properties);
+// Turns the accessors of a type into properties, in their order, and takes the methods off the type. A property that
+// cannot be made ends the process: the class would not be what scripts are promised.
+void buildProperties(PyTypeObject* type, const char* className, const std::vector<Accessor>& accessors);
 
 } // namespace binding
 

@@ -34,12 +34,6 @@ struct Converter<QString> : QtConverter<QString, SBK_QSTRING_IDX>
 };
 
 template <>
-struct Converter<QStringList> : QtConverter<QStringList, SBK_QSTRINGLIST_IDX>
-{
-    static const char* text() { return "QStringList"; }
-};
-
-template <>
 struct Converter<QVariant> : QtConverter<QVariant, SBK_QVARIANT_IDX>
 {
     static constexpr bool mayHoldWrapper = true;

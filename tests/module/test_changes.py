@@ -69,6 +69,33 @@ class Conversions(ModuleTest):
         ], check)
 
 
+    def test_what_must_reach_the_caller_does(self):
+        class Failing(Acting):
+            def __len__(self):
+                return 2
+
+            def __getitem__(self, index):
+                self.action()
+
+        def fail():
+            raise errors[0]
+
+        def check(code):
+            project, view, dictionary = vp.Project(u"f"), vp.View(1), {1: Failing(fail)}
+            for errors[0] in (KeyboardInterrupt("stop"), SystemExit(3), MemoryError()):
+                self.raises(type(errors[0]), None, run, code, project, Failing(fail), handle("ParameterSet", 1),
+                            vp.Clip(u"f"), handle("Layer", 1))
+
+        errors = [None]
+        self.each(["a.track_layers(layers=b)", "a.track_layers(b)", "a.in_out_range = (1, b)",
+                   "a.views = b", "c[b]", "d.relink(u'', u'', u'', b)", "e.matte_color = (b, 0, 0)",
+                   "BezierControlPointData(handle_offset_forward=(b, 1))", "e.parameter_set(b)"], check)
+
+    def test_a_list_of_names_has_names_only(self):
+        for given in ([1], [handle("Layer", 1)], "layers", u"layers", {u"a": 1}, [u"a", ["b"]]):
+            self.raises(TypeError, None, handle("Layer", 1).parameter_set, given)
+
+
 class Threads(ModuleTest):
     def in_call(self, function, code, one):
         """Runs code in another thread until the library is in the function; gives what ends it and takes its result."""

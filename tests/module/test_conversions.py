@@ -1,6 +1,8 @@
 """Every converter by its name, from another extension module: what it accepts, what it makes of that, and the way
 back."""
 
+import shiboken
+
 from support import *
 
 PLACES = [
@@ -47,6 +49,48 @@ class Sequence(object):
         return self.items[index]
 
 
+class Name(str):
+    """A text that a dict holds several times."""
+
+    def __new__(cls, code):
+        name = str.__new__(cls, "a")
+        name.code = code
+        return name
+
+    def __hash__(self):
+        return self.code
+
+    def __eq__(self, other):
+        return self is other
+
+
+TWICE = {}
+for code in (7, 15):  # two places of the same table: a copy has them the other way round
+    TWICE[Name(code)] = code
+
+
+class Failing(object):
+    """Neither a number nor a list, as soon as one looks."""
+
+    def __init__(self, error):
+        self.error = error
+
+    def __len__(self):
+        return 3
+
+    def __getitem__(self, index):
+        raise self.error
+
+    def __int__(self):
+        raise self.error
+
+    __float__ = __int__
+
+
+def out_of_range(value, kind="unsigned int, 0 to 4294967295"):
+    return OverflowError("%s is not in the range of %s" % (value, kind))
+
+
 def red(value):
     return OverflowError("Red value '%s' must be between 0.0 and 1.0 values" % value)
 
@@ -55,6 +99,8 @@ L1, L2 = handle("Layer", 1), handle("Layer", 2)
 CLIP = vp.Clip(u"plate")
 QOBJECT = QtCore.QObject()
 QOBJECT.setObjectName(u"thing")
+DEAD = QtCore.QObject()
+shiboken.delete(DEAD)
 
 # converter: rows of (a Python object, the library value as plain data, NO, or the error)
 FROM_PYTHON = {
@@ -69,6 +115,7 @@ FROM_PYTHON = {
     "OptionalLayer": [(None, None), (L2, (2,)), (5, (0,)), (handle("LayerGroup", 3), (0,))],
     "Color": [((1.0, 0.5, 0), (1.0, 0.5, 0.0)), ([0, 0, 1], (0.0, 0.0, 1.0)), (Pair((0, 0, 0)), (0.0, 0.0, 0.0)),
               ((1.5, 0, 0), red("1.5")), ((-0.25, 0, 0), red("-0.25")), (("x", 0, 0), red("-1")),
+              ((Failing(LookupError("no")), 0, 0), red("-1")), ((Failing(SystemExit(3)), 0, 0), SystemExit(3)),
               ((None, 0, 0), red("-1")), ((1.00001, 0, 0), red("1.00001")), ((1.23456789, 0, 0), red("1.23457")),
               ((INFINITE, 0, 0), red("inf")), ((1e10, 0, 0), red("1e+10")),
               ((0.5, -0.25, 2.0), OverflowError("Green value '-0.25' must be between 0.0 and 1.0 values")),
@@ -80,14 +127,15 @@ FROM_PYTHON = {
                      (([1, 2, 3],) * 3, NO), (None, NO)],
     "Knob::Context": [((1, 2.0), NO), (None, NO)],
     "QPair<uint,uint>": [((640, 480), (640, 480)), ([0, UINT_MAX], (0, UINT_MAX)), ((1.9, True), (1, 1)), ((640,), NO),
-                         ((1, 2, 3), NO), ((1, "x"), NO), (None, NO), ("ab", NO), ((-1, 0), OverflowError),
-                         ((0, 2 ** 32), OverflowError)],
+                         ((1, 2, 3), NO), ((1, "x"), NO), (None, NO), ("ab", NO), ((-1, 0), out_of_range("-1")),
+                         ((0, 2 ** 32), out_of_range("4294967296"))],
     "QPair<View,double>": [((vp.View(2), 1.5), (2, 1.5)), ([3, 1], (3, 1.0)), ((2,), NO), (("x", 1.0), NO),
                            ((1, "x"), NO), (None, NO)],
     "QVector<QPair<View,double>>": [([(1, 2.5), [vp.View(0), 1]], ((1, 2.5), (0, 1.0))), ([], ()), ([(1,)], NO)],
     "Fundo::FSPercentEscapedString": [(u"plate", u"plate"), ("plate", u"plate"), (Text("plate"), u"plate"),
                                       ("\xe4", u"\xe4"), (None, None), (5, NO), ([], NO)],
     "QList<float>": [([1, 2.5], (1.0, 2.5)), ((), ()), (Sequence(1, 2), (1.0, 2.0)), (["x"], NO), (None, NO),
+                     ([Failing(LookupError("no"))], LookupError("no")), ([10 ** 30], (1.0000000150474662e+30,)),
                      ({1.0}, NO), (iter([1.0]), NO)],
     "QVector<Layer>": [([L1, L2], (1, 2)), ((L2,), (2,)), ([], ()), ([handle("Layer", 0)], (0,)), ([L1, 5], NO),
                        ([None], NO), (L1, NO), (None, NO), ({L1}, NO), ((one for one in [L1]), NO),
@@ -105,7 +153,8 @@ FROM_PYTHON = {
     "const QVector<View>&": [([0, vp.View(1), True], (0, 1, 1)), ((), ()), ([1L], NO), ([1.0], NO),
                              ([2 ** 31], OverflowError)],
     "QVector<ViewInfo>": [([vp.ViewInfo(u"L", u"l", (0, 0, 1))], ((u"L", u"l", (0.0, 0.0, 1.0)),)), ([None], NO)],
-    "const QList<QObject*>&": [([QOBJECT, CLIP], (u"thing", number(CLIP))), ([], ()), ([None], NO), ([L1], NO)],
+    "const QList<QObject*>&": [([QOBJECT, CLIP], (u"thing", number(CLIP))), ([], ()), ([None], NO), ([L1], NO),
+                               ([DEAD], RuntimeError)],
     "QList<QByteArray>": [([QtCore.QByteArray("ab")], (u"ab",)), ([], ()), ([5], NO), (None, NO)],
     "QList<QString>": [([u"a", "b", None], (u"a", u"b", None)), ([5], NO)],
     "QList<QVariant>": [([1, u"a", None], ((u"int", 1), (u"QString", u"a"), (None, None))), (5, NO)],
@@ -113,11 +162,12 @@ FROM_PYTHON = {
                              (Names(a=CLIP), ((u"a", number(CLIP)),)),
                              ({u"a": None}, NO), ({5: CLIP}, NO), ([(u"a", CLIP)], NO), (None, NO)],
     "QMap<View,View>": [({2: 1, vp.View(0): vp.View(3)}, ((0, 3), (2, 1))), ({"x": 1}, NO), ([], NO)],
-    "QMap<QString,QVariant>": [({u"b": 1, "a": True}, ((u"a", (u"bool", True)), (u"b", (u"int", 1)))), ({5: 1}, NO)],
+    "QMap<QString,QVariant>": [({u"b": 1, "a": True}, ((u"a", (u"bool", True)), (u"b", (u"int", 1)))), ({5: 1}, NO),
+                              (TWICE, ((u"a", (u"int", TWICE.values()[-1])),))],
     "InterlaceMode": [(vp.LowerFieldFirst, 2), (vp.InvalidInterlaceMode, 13), (2, NO), (vp.LogColorspace, NO),
                       (None, NO)],
     "View": [(vp.View(3), 3), (3, 3), (True, 1), (-1, -1), (3L, NO), (3.0, NO), (None, NO), (vp.LogColorspace, NO),
-             (2 ** 31, OverflowError)],
+             (2 ** 31, out_of_range("2147483648", "int, -2147483648 to 2147483647"))],
     "Layer": [(L2, 2), (None, NO), (2, NO)],
     "StreamInfo": [(vp.StreamInfo(u"a"), (u"a", u"", u"", UINT_MAX, UINT_MAX, 0)), (None, NO), (u"a", NO)],
 }
@@ -160,7 +210,7 @@ class Conversions(ModuleTest):
     def check_from_python(self, name, given, expected):
         if expected == NO:
             self.raises(ValueError, NO, second_extension.from_python, name, given)
-        elif isinstance(expected, Exception):
+        elif isinstance(expected, BaseException):
             self.raises(type(expected), str(expected), second_extension.from_python, name, given)
         elif isinstance(expected, type):
             self.raises(expected, None, second_extension.from_python, name, given)
@@ -194,7 +244,8 @@ class Conversions(ModuleTest):
         for name in ENGINE:
             result = second_extension.to_python(name, 2)
             self.assertEqual((result, type(result)), (2, int))
-            for given, expected in [(2, 2), (True, 1), (2L, NO), (2.0, NO), (None, NO), (vp.LogColorspace, NO)]:
+            for given, expected in [(2, 2), (True, 1), (2L, NO), (2.0, NO), (None, NO), (vp.LogColorspace, NO),
+                                    (2 ** 31, out_of_range("2147483648", "int, -2147483648 to 2147483647"))]:
                 self.check_from_python(name, given, expected)
             recording.returns("Parameter.get", (name, 2))
             value = handle("Parameter", 1).get()

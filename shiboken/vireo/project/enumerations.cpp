@@ -1,6 +1,7 @@
 // The module's four enumerations, and the engine's, which cross as plain integers inside variants.
 #include "module.h"
 
+#include <climits>
 #include <cstddef>
 #include <cstring>
 #include <fundo/qt_version.h>
@@ -105,7 +106,11 @@ PyObject* integerToPython(const void* value) { return PyInt_FromLong(*static_cas
 
 void integerFromPython(PyObject* object, void* value)
 {
-    *static_cast<int*>(value) = static_cast<int>(PyInt_AS_LONG(object));
+    const long number = PyInt_AS_LONG(object);
+    if (number < INT_MIN || number > INT_MAX)
+        PyErr_Format(PyExc_OverflowError, "%ld is not in the range of int, %d to %d", number, INT_MIN, INT_MAX);
+    else
+        *static_cast<int*>(value) = static_cast<int>(number);
 }
 
 binding::FromPython acceptsInteger(PyObject* object) { return PyInt_Check(object) ? &integerFromPython : nullptr; }

@@ -41,7 +41,7 @@ void translateLibraryException(const std::exception& caught)
 {
     static const QHash<QString, PyObject*> table = exceptionTable();
     const QString name = Fundo::detail::prettyTypeName(typeid(caught).name());
-    PyErr_SetString(table.value(name, PyExc_RuntimeError), caught.what());
+    PyErr_SetString(table.value(name, PyExc_RuntimeError), binding::textOf(caught));
 }
 
 } // namespace vireo

@@ -79,7 +79,9 @@ PyObject* subscript(PyObject* self, PyObject* key)
             const Unlocked unlocked;
             found = find(*set, names);
         }
-        PyErr_Clear();
+        clearRefusal();
+        if (errorPending())
+            return nullptr;
         if (found.set)
             return Converter<ParameterSet>::toPython(*found.set);
         if (found.parameter)

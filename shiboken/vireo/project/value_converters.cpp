@@ -29,6 +29,8 @@ void pointFromPython(PyObject* tuple, void* value)
     double coordinates[2];
     for (int i = 0; i < 2; ++i) {
         coordinates[i] = PyFloat_AsDouble(PyTuple_GET_ITEM(tuple, i));
+        if (mustReachCaller())
+            return;
         if (errorPending()) {
             PyErr_Format(PyExc_TypeError, "a point has two numbers, not a '%s'",
                          Py_TYPE(PyTuple_GET_ITEM(tuple, i))->tp_name);
@@ -70,6 +72,8 @@ void colourFromPython(PyObject* sequence, void* value)
     for (int i = 0; i < 3; ++i) {
         const Reference item(PySequence_GetItem(sequence, i));
         components[i] = item ? static_cast<float>(PyFloat_AsDouble(item.get())) : -1.f;
+        if (mustReachCaller())
+            return;
         if (errorPending()) {
             PyErr_Clear();
             components[i] = -1.f;
@@ -84,12 +88,10 @@ void colourFromPython(PyObject* sequence, void* value)
 void matrixFromPython(PyObject* rows, void* value)
 {
     Lum_Matrix33 matrix;
-    for (int i = 0; i < 9; ++i) {
-        PyObject* const number = PyTuple_GET_ITEM(PyTuple_GET_ITEM(rows, i / 3), i % 3);
-        Converter<double>::accepts(number)(number, &matrix.values[i]);
-    }
-    if (!errorPending())
-        set(value, matrix);
+    for (int i = 0; i < 9; ++i)
+        if (!convertItem(PyTuple_GET_ITEM(PyTuple_GET_ITEM(rows, i / 3), i % 3), matrix.values[i]))
+            return;
+    set(value, matrix);
 }
 
 void setEscaped(const QString& text, void* value)
