@@ -38,6 +38,24 @@ struct Converter<QVariant> : QtConverter<QVariant, SBK_QVARIANT_IDX>
 {
     static constexpr bool mayHoldWrapper = true;
     static const char* text() { return "QVariant"; }
+
+    // The Qt binding passes instances of subclasses of float and long as mere objects; a library wants numbers.
+    static FromPython accepts(PyObject* object)
+    {
+        return PyFloat_Check(object) ? &fromFloat : PyLong_Check(object) ? &fromLong : QtConverter::accepts(object);
+    }
+
+private:
+    static void fromFloat(PyObject* object, void* value)
+    {
+        *static_cast<QVariant*>(value) = QVariant(PyFloat_AS_DOUBLE(object));
+    }
+    static void fromLong(PyObject* object, void* value)
+    {
+        const long long number = PyLong_AsLongLong(object);
+        if (!errorPending())
+            *static_cast<QVariant*>(value) = QVariant(static_cast<qlonglong>(number));
+    }
 };
 
 // The Qt binding's value class of byte arrays.

@@ -26,10 +26,16 @@ function(vireo_warnings target)
         $<$<BOOL:${VIREO_SANITIZE}>:-Wno-uninitialized;-Wno-maybe-uninitialized>)
 endfunction()
 
+# Where what is installed looks for its libraries, in the build tree too: CMake would leave an empty entry in the path of
+# the latter, which stands for the current folder.
+function(vireo_run_path target)
+    set_target_properties(${target} PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "${ARGN}")
+endfunction()
+
 # A shared library of the engine or the runtime: lib/libNAME.so, found by its neighbours beside it.
 function(vireo_library target output)
-    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output} BUILD_RPATH_USE_ORIGIN ON
-        INSTALL_RPATH "$ORIGIN")
+    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output})
+    vireo_run_path(${target} "$ORIGIN")
     vireo_warnings(${target})
     install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endfunction()
@@ -37,8 +43,14 @@ endfunction()
 # An extension module: FOLDER/NAME.so below the Python path, which finds the libraries in the prefix's own folder.
 function(vireo_extension target folder name)
     file(RELATIVE_PATH up /${VIREO_INSTALL_SITE}/${folder} /${CMAKE_INSTALL_LIBDIR})
+    file(RELATIVE_PATH up_in_build ${VIREO_SITE}/${folder} ${VIREO_LIB})
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${name} SUFFIX ".so"
-        LIBRARY_OUTPUT_DIRECTORY ${VIREO_SITE}/${folder} INSTALL_RPATH "$ORIGIN/${up}")
+        LIBRARY_OUTPUT_DIRECTORY ${VIREO_SITE}/${folder})
+    vireo_run_path(${target} "$ORIGIN/${up}" "$ORIGIN/${up_in_build}")
+    # Templates of others' headers have default visibility: only what the interpreter calls is exported.
+    set(exports ${CMAKE_CURRENT_BINARY_DIR}/${target}.exports)
+    file(WRITE ${exports} "{ global: init${name}; local: *; };\n")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${exports}")
     vireo_warnings(${target})
     install(TARGETS ${target} LIBRARY DESTINATION ${VIREO_INSTALL_SITE}/${folder})
 endfunction()

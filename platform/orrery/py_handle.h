@@ -30,8 +30,12 @@ protected:
     PyHandle& operator=(const PyHandle&) = default;
     ~PyHandle();
 
+    // Whether both refer to the same engine object, which may be gone from memory meanwhile.
+    bool refersToSame(const PyHandle& other) const;
+
     boost::weak_ptr<T> m_object;
     boost::weak_ptr<STRM_ProjectManager> m_manager;
+    const void* m_identity = nullptr; // what handles compare and hash by; never followed
 };
 
 extern template class PyHandle<STRM_Layer>;

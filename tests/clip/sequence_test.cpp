@@ -119,4 +119,7 @@ TEST(StreamInfo, ItsTextCanBeTyped)
               QString::fromLatin1("StreamInfo('/shots/a', 'plate.', '.png', 1, 100, 4)"));
     EXPECT_EQ(StreamInfo("it's", "a\\", "%1", 0, 0, 0).__repr__(),
               QString::fromLatin1("StreamInfo('it\\'s', 'a\\\\', '%1', 0, 0, 0)"));
+    EXPECT_EQ(StreamInfo(QString::fromUtf8("\xc3\xa4\xe2\x82\xac\n"), "", "", 0, 0, 0).__repr__(),
+              QString::fromLatin1("StreamInfo(u'\\xe4\\u20ac\\n', '', '', 0, 0, 0)"));
+    EXPECT_EQ(View(-2).__repr__(), QString::fromLatin1("View(-2)"));
 }

@@ -19,12 +19,14 @@ def project():
 """
 
 
-class StartUp(ModuleTest):
+class ChildTest(ModuleTest):
     def child(self, code, **environment):
         status, output, errors = child(PREAMBLE + code, **environment)
         self.assertEqual((status, errors), (0, ""))
         return output.splitlines()
 
+
+class StartUp(ChildTest):
     def test_what_the_library_sees(self):
         output = self.child("""
 import vireo.project
@@ -133,7 +135,25 @@ clip = vp.Clip(u"f")
         self.assertEqual(output, ["pyCleanup"])
 
 
-class FailingStartUp(ModuleTest):
+class Files(ModuleTest):
+    site = os.path.dirname(os.path.dirname(os.path.realpath(vp.__file__)))
+
+    def test_only_the_start_is_exported(self):
+        for path, name in [(vp.__file__, "initproject"), (QtCore.__file__, "initQtCore")]:
+            listed = subprocess.check_output(["nm", "-D", "--defined-only", path]).splitlines()
+            self.assertEqual([line.split()[-1] for line in listed], [name])
+
+    def test_no_library_is_looked_for_in_the_current_folder(self):
+        binaries = [os.path.join(folder, name) for root in (self.site, os.path.join(self.site, "..", "lib"))
+                    for folder, _, names in os.walk(root) for name in names if name.endswith(".so")]
+        self.assertIn(os.path.realpath(vp.__file__), [os.path.realpath(path) for path in binaries])
+        for path in binaries:
+            for line in subprocess.check_output(["readelf", "-d", path]).splitlines():
+                if "RUNPATH" in line or "RPATH" in line:
+                    self.assertNotIn("", line.split("[")[1].split("]")[0].split(":"), path)
+
+
+class FailingStartUp(ChildTest):
     """The import fails with the error that was met, and the interpreter goes on."""
 
     attempts = """
@@ -164,6 +184,33 @@ print steps()
         lines = output.splitlines()
         self.assertEqual(lines[1:4:2], ["False", "False"])
         return lines[0], eval(lines[-1])
+
+    def test_a_second_start_is_refused(self):
+        output = self.child("""
+import imp, vireo.project
+sys.modules.pop("vireo.project")
+try:
+    imp.load_dynamic("other", vireo.project.__file__)
+except ImportError as error:
+    print error
+print "other" in sys.modules, type(vireo.project.View(1)) is vireo.project.View
+""")
+        self.assertEqual(output, ["vireo.project can be started once in a process", "False True"])
+
+    def test_exceptions_of_the_library(self):
+        for function in ("STRM_ErrorDetector.init", "pyBootstrap", "isEmbedded"):
+            for kind, text in [("STRM_BadState", "no licence"), ("int", "Unknown error")]:
+                output = self.child("""
+recording.throws("%s", "%s", "no licence")
+for _ in range(2):
+    try:
+        import vireo.project
+    except ImportError as error:
+        print error
+    print "vireo.project" in sys.modules
+    recording.clear()
+""" % (function, kind))
+                self.assertEqual(output, [text, "False", "True"])
 
     def test_without_the_gui_module(self):
         error, steps = self.outcome(QtCore=None)

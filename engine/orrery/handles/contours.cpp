@@ -138,10 +138,7 @@ ParameterSet BezierContour::parameter_set(const QStringList& name_components)
 
 void BezierContour::remove() { removeContour(handledObject()); }
 
-bool BezierContour::operator==(const BezierContour& other) const
-{
-    return identityOf(m_object) == identityOf(other.m_object);
-}
+bool BezierContour::operator==(const BezierContour& other) const { return refersToSame(other); }
 
 unsigned int qHash(const BezierContour& contour) { return hashOf(contour); }
 
@@ -182,9 +179,6 @@ ParameterSet XSplineContour::parameter_set(const QStringList& name_components)
 
 void XSplineContour::remove() { removeContour(handledObject()); }
 
-bool XSplineContour::operator==(const XSplineContour& other) const
-{
-    return identityOf(m_object) == identityOf(other.m_object);
-}
+bool XSplineContour::operator==(const XSplineContour& other) const { return refersToSame(other); }
 
 unsigned int qHash(const XSplineContour& contour) { return hashOf(contour); }

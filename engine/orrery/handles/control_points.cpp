@@ -103,10 +103,7 @@ ParameterSet BezierControlPoint::parameter_set(const QStringList& name_component
 
 void BezierControlPoint::remove() { removePoint(handledObject()); }
 
-bool BezierControlPoint::operator==(const BezierControlPoint& other) const
-{
-    return identityOf(m_object) == identityOf(other.m_object);
-}
+bool BezierControlPoint::operator==(const BezierControlPoint& other) const { return refersToSame(other); }
 
 XControlPoint::XControlPoint() = default;
 XControlPoint::XControlPoint(const XControlPoint& other) = default;
@@ -148,7 +145,4 @@ ParameterSet XControlPoint::parameter_set(const QStringList& name_components)
 
 void XControlPoint::remove() { removePoint(handledObject()); }
 
-bool XControlPoint::operator==(const XControlPoint& other) const
-{
-    return identityOf(m_object) == identityOf(other.m_object);
-}
+bool XControlPoint::operator==(const XControlPoint& other) const { return refersToSame(other); }

@@ -176,7 +176,7 @@ void Layer::set_z_order(int z_order) { setZOrder(handledObject(), z_order); }
 bool Layer::get_selected() const { return LockedItem<Stratum::LayerModel>(handledObject())->selected; }
 void Layer::set_selected(bool selected) { assign<&Stratum::LayerSettings::selected>(handledObject(), selected); }
 
-bool Layer::operator==(const Layer& other) const { return identityOf(m_object) == identityOf(other.m_object); }
+bool Layer::operator==(const Layer& other) const { return refersToSame(other); }
 
 bool Layer::operator!=(const Layer& other) const { return !(*this == other); }
 

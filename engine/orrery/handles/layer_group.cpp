@@ -98,7 +98,4 @@ void LayerGroup::set_locked(bool locked) { assign<&Stratum::ItemSettings::locked
 int LayerGroup::get_z_order() const { return zOrder(handledObject()); }
 void LayerGroup::set_z_order(int z_order) { setZOrder(handledObject(), z_order); }
 
-bool LayerGroup::operator==(const LayerGroup& other) const
-{
-    return identityOf(m_object) == identityOf(other.m_object);
-}
+bool LayerGroup::operator==(const LayerGroup& other) const { return refersToSame(other); }

@@ -151,7 +151,7 @@ QVector<QPair<View, double>> Parameter::get_keyframes()
     return visible(keys, *node.manager());
 }
 
-bool Parameter::operator==(const Parameter& other) const { return identityOf(m_object) == identityOf(other.m_object); }
+bool Parameter::operator==(const Parameter& other) const { return refersToSame(other); }
 
 bool Parameter::operator!=(const Parameter& other) const { return !(*this == other); }
 
@@ -193,10 +193,7 @@ QString ParameterSet::get_display_name() { return handledObject()->displayName()
 
 QString ParameterSet::get_script_name() { return handledObject()->scriptName(); }
 
-bool ParameterSet::operator==(const ParameterSet& other) const
-{
-    return identityOf(m_object) == identityOf(other.m_object);
-}
+bool ParameterSet::operator==(const ParameterSet& other) const { return refersToSame(other); }
 
 bool ParameterSet::operator!=(const ParameterSet& other) const { return !(*this == other); }
 

@@ -7,11 +7,19 @@ PyHandle<T>::PyHandle() = default;
 
 template <class T>
 PyHandle<T>::PyHandle(boost::shared_ptr<T> object, boost::weak_ptr<STRM_ProjectManager> manager)
-    : m_object(object), m_manager(manager)
+    : m_object(object), m_manager(manager), m_identity(object ? orrery::identity(*object) : nullptr)
 {}
 
 template <class T>
 PyHandle<T>::~PyHandle() = default;
+
+// An address may be used again once its object is gone: by another project, or by a newer object of the same.
+template <class T>
+bool PyHandle<T>::refersToSame(const PyHandle& other) const
+{
+    const bool isSameProject = !m_manager.owner_before(other.m_manager) && !other.m_manager.owner_before(m_manager);
+    return m_identity == other.m_identity && isSameProject && m_object.expired() == other.m_object.expired();
+}
 
 template <class T>
 boost::shared_ptr<T> PyHandle<T>::handledObject() const

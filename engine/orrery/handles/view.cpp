@@ -1,21 +1,13 @@
 // View and ViewInfo: plain values.
 #include <QHash>
+#include <engine/errors/literal.h>
 #include <orrery/view.h>
 #include <orrery/view_info.h>
 
 namespace {
 
-// The text as a Python literal.
-QString literal(const QString& text)
-{
-    QString escaped = text;
-    escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));
-    escaped.replace(QLatin1Char('\n'), QLatin1String("\\n"));
-    return QLatin1Char('\'') + escaped + QLatin1Char('\'');
-}
-
 // With a decimal point even where there is no fraction, as Python writes floats.
-QString literal(float value)
+QString number(float value)
 {
     const QString text = QString::number(double(value), 'g', 8);
     return text.contains(QLatin1Char('.')) || text.contains(QLatin1Char('e')) ? text : text + QLatin1String(".0");
@@ -34,7 +26,7 @@ bool View::operator<(const View& other) const { return get_id() < other.get_id()
 QString View::__repr__() const
 {
     return m_id == Knob::View::defaultViewId() ? QString::fromLatin1("View()")
-                                               : QString::fromLatin1("View(%1)").arg(get_id());
+                                               : QString::fromLatin1("View(%1)").arg(m_id);
 }
 
 QString View::__str__() const
@@ -66,5 +58,6 @@ bool ViewInfo::operator==(const ViewInfo& other) const
 QString ViewInfo::__repr__() const
 {
     return QString::fromLatin1("ViewInfo(%1, %2, (%3, %4, %5))")
-        .arg(literal(m_name), literal(m_abbr), literal(m_color.red), literal(m_color.green), literal(m_color.blue));
+        .arg(orrery::literal(m_name), orrery::literal(m_abbr), number(m_color.red), number(m_color.green),
+             number(m_color.blue));
 }

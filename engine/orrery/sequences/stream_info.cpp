@@ -1,5 +1,6 @@
 // StreamInfo: a plain record, and its text.
 
+#include <engine/errors/literal.h>
 #include <orrery/stream_info.h>
 
 StreamInfo::StreamInfo(const QString& path, const QString& prefix, const QString& suffix, unsigned int start_frame,
@@ -20,11 +21,8 @@ QString StreamInfo::get_suffix() const { return m_suffix; }
 
 QString StreamInfo::__repr__() const
 {
-    const auto quoted = [](QString text) {
-        text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));
-        return QString(QLatin1Char('\'') + text + QLatin1Char('\''));
-    };
-    return QString(QLatin1String("StreamInfo(") + quoted(m_path) + QLatin1String(", ") + quoted(m_prefix) +
-                   QLatin1String(", ") + quoted(m_suffix)) +
+    using orrery::literal;
+    return QString(QLatin1String("StreamInfo(") + literal(m_path) + QLatin1String(", ") + literal(m_prefix) +
+                   QLatin1String(", ") + literal(m_suffix)) +
            QString::fromLatin1(", %1, %2, %3)").arg(m_start_frame).arg(m_end_frame).arg(m_index_width);
 }

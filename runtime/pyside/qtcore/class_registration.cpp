@@ -51,7 +51,13 @@ SbkConverter* registerClass(PyObject* module, const ClassTable& table, Conversio
 
 bool canInitialise(PyObject* self, PyTypeObject* type)
 {
-    return !Object::isUserType(self) || ObjectType::canCallConstructor(Py_TYPE(self), type);
+    if (Object::isUserType(self))
+        return ObjectType::canCallConstructor(Py_TYPE(self), type);
+    // A base class's object cannot stand for one of a class derived from it.
+    if (Py_TYPE(self) == type || Object::isValid(self, false))
+        return true;
+    PyErr_Format(PyExc_TypeError, "%s isn't the class of a %s", type->tp_name, Py_TYPE(self)->tp_name);
+    return false;
 }
 
 bool takeCppObject(PyObject* self, PyTypeObject* type, void* object, bool isShim)

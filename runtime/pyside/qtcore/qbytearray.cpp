@@ -115,6 +115,8 @@ QByteArray copy(QByteArray& bytes) { return bytes; }
 QByteArray fromHex(const QByteArray& text) { return QByteArray::fromHex(text); }
 QByteArray fromBase64(const QByteArray& text) { return QByteArray::fromBase64(text); }
 
+PyObject* reduce(PyObject* self, PyObject*);
+
 PyMethodDef methods[] = {method<&data>("data"),
                          method<&append>("append"),
                          method<&size>("size"),
@@ -134,6 +136,7 @@ PyMethodDef methods[] = {method<&data>("data"),
                          method<&mid>("mid"),
                          method<&clear>("clear"),
                          method<&copy>("__copy__"),
+                         {"__reduce__", &reduce, METH_NOARGS, nullptr},
                          staticMethod<QByteArray, &fromHex>("fromHex"),
                          staticMethod<QByteArray, &fromBase64>("fromBase64"),
                          {}};
@@ -206,6 +209,13 @@ PyObject* concatenate(PyObject* left, PyObject* right)
     const QByteArray second = PyErr_Occurred() ? QByteArray() : bytesOf(right);
     const QByteArray sum = first + second;
     return PyErr_Occurred() ? nullptr : copyToPython(&sum);
+}
+
+// For pickle and deep copies.
+PyObject* reduce(PyObject* self, PyObject*)
+{
+    PyObject* const bytes = text(self);
+    return bytes ? Py_BuildValue("(O(N))", Py_TYPE(self), bytes) : nullptr;
 }
 
 SbkObjectType type = {};

@@ -69,12 +69,11 @@ QVariant fromDictionary(PyObject* object)
     if (!hasOnlyTextKeys(object))
         return wrapped(object);
     const Nesting nesting;
-    const Reference entries(nesting.isTooDeep() ? nullptr : PyDict_Copy(object));
+    const Reference entries(nesting.isTooDeep() ? nullptr : PyDict_Items(object));
     QVariantMap map;
-    PyObject* key;
-    PyObject* value;
-    for (Py_ssize_t place = 0; entries && PyDict_Next(entries.get(), &place, &key, &value);) {
-        map.insert(textFromPython(key), variantFromPython(value));
+    for (Py_ssize_t i = 0; entries && i < PyList_GET_SIZE(entries.get()); ++i) {
+        PyObject* const entry = PyList_GET_ITEM(entries.get(), i);
+        map.insert(textFromPython(PyTuple_GET_ITEM(entry, 0)), variantFromPython(PyTuple_GET_ITEM(entry, 1)));
         if (PyErr_Occurred())
             return QVariant();
     }

@@ -143,25 +143,15 @@ void BindingManager::releaseWrapper(SbkObject* wrapper)
 
 namespace {
 
-/// Methods that are written in C have a type of their own, which the interpreter does not name.
-bool isWrappedMethod(PyObject* attribute)
+/// A class further up defines the name otherwise than the function that was found.
+bool replacesAnother(PyObject* function, PyTypeObject* type, PyObject* name)
 {
-    static PyTypeObject* const type = Py_TYPE(PyDict_GetItemString(PyString_Type.tp_dict, "join"));
-    return Py_TYPE(attribute) == type;
-}
-
-/// The method found on the object is a Python method of this very object, and a class further up defines the name
-/// otherwise.
-bool replacesAnother(PyObject* method, PyObject* object, PyObject* name)
-{
-    if (!PyMethod_Check(method) || PyMethod_GET_SELF(method) != object)
-        return false;
-    PyObject* const classes = Py_TYPE(object)->tp_mro;
+    PyObject* const classes = type->tp_mro;
     for (Py_ssize_t i = 1; i < PyTuple_GET_SIZE(classes) - 1; ++i) {
         PyObject* const each = PyTuple_GET_ITEM(classes, i);
         PyObject* const attributes = PyType_Check(each) ? reinterpret_cast<PyTypeObject*>(each)->tp_dict : nullptr;
         PyObject* const other = attributes ? PyDict_GetItem(attributes, name) : nullptr;
-        if (other && other != PyMethod_GET_FUNCTION(method))
+        if (other && other != function)
             return true;
     }
     return false;
@@ -177,31 +167,21 @@ PyObject* BindingManager::getOverride(const void* cptr, const char* methodName)
     SbkObject* const wrapper = retrieveWrapper(cptr);
     if (!wrapper)
         return nullptr;
-    const bool isUserType = typeOf(wrapper)->d->isUserType;
-    if (!wrapper->ob_dict && !isUserType)
+    if (!typeOf(wrapper)->d->isUserType)
         return nullptr;
     const AutoDecRef name(PyString_InternFromString(methodName));
     if (name.isNull()) {
         PyErr_Clear();
         return nullptr;
     }
-    if (PyObject* const own = wrapper->ob_dict ? PyDict_GetItem(wrapper->ob_dict, name) : nullptr) {
-        if (PyCallable_Check(own)) {
-            Py_INCREF(own);
-            return own;
-        }
-    }
-    // Most often nothing replaces the C++ method, and its bound form need not be made to find that out.
-    PyObject* const attribute = isUserType ? _PyType_Lookup(Py_TYPE(wrapper), name) : nullptr;
-    if (!attribute || isWrappedMethod(attribute))
+    // Only a class replaces: an attribute of the object is no method.
+    PyObject* const function = _PyType_Lookup(Py_TYPE(wrapper), name);
+    if (!function || !PyFunction_Check(function) || !replacesAnother(function, Py_TYPE(wrapper), name))
         return nullptr;
-    PyObject* const method = PyObject_GetAttr(asObject(wrapper), name);
+    PyObject* const method = PyMethod_New(function, asObject(wrapper), reinterpret_cast<PyObject*>(Py_TYPE(wrapper)));
     if (!method)
         PyErr_Clear();
-    else if (replacesAnother(method, asObject(wrapper), name))
-        return method;
-    Py_XDECREF(method);
-    return nullptr;
+    return method;
 }
 
 void forgetAddress(void* cppObject)

@@ -14,6 +14,7 @@ struct SbkEnumTypePrivate
     std::string cppName;
     SbkConverter* converter = nullptr;
     PyObject* values = nullptr;
+    PyTypeObject* scope = nullptr; // null for an enumeration of a module
     std::unordered_map<long, PyObject*> items = {};
 };
 
@@ -78,8 +79,22 @@ PyObject* getItemName(PyObject* item, void*)
     return name;
 }
 
-/// What the constructor is given, for pickle and copy: without it a copy would be the item of value 0.
-PyObject* getConstructorArguments(PyObject* item, PyObject*) { return Py_BuildValue("(l)", getValue(item)); }
+/// Items never change: a copy is the item.
+PyObject* copyItem(PyObject* item, PyObject*)
+{
+    Py_INCREF(item);
+    return item;
+}
+
+/// For pickle: a named item is found again where it is an attribute, any other is made anew.
+PyObject* reduceItem(PyObject* item, PyObject*)
+{
+    PyTypeObject* const scope = dataOf(Py_TYPE(item)).scope;
+    if (!nameOf(item))
+        return Py_BuildValue("(O(l))", Py_TYPE(item), getValue(item));
+    PyObject* const getAttribute = PyDict_GetItemString(PyEval_GetBuiltins(), "getattr");
+    return Py_BuildValue("(O(OO))", getAttribute, scope ? scope : Py_TYPE(item), nameOf(item));
+}
 
 PyObject* createItem(PyTypeObject* enumType, PyObject* arguments, PyObject*)
 {
@@ -209,7 +224,9 @@ PyNumberMethods numberMethods = makeNumberMethods();
 PyGetSetDef itemAttributes[] = {{const_cast<char*>("name"), &getItemName, nullptr, nullptr, nullptr},
                                 {nullptr, nullptr, nullptr, nullptr, nullptr}};
 
-PyMethodDef itemMethods[] = {{"__getnewargs__", &getConstructorArguments, METH_NOARGS, nullptr},
+PyMethodDef itemMethods[] = {{"__copy__", &copyItem, METH_NOARGS, nullptr},
+                             {"__deepcopy__", &copyItem, METH_O, nullptr},
+                             {"__reduce__", &reduceItem, METH_NOARGS, nullptr},
                              {nullptr, nullptr, 0, nullptr}};
 
 // ---- Types
@@ -308,7 +325,10 @@ PyTypeObject* createScopedEnum(SbkObjectType* scope, const char* name, const cha
                                PyTypeObject* flagsType)
 {
     PyTypeObject* const type = createType(fullName, cppName, flagsType);
-    return type && enter(asType(scope), name, reinterpret_cast<PyObject*>(type)) ? type : nullptr;
+    if (!type || !enter(asType(scope), name, reinterpret_cast<PyObject*>(type)))
+        return nullptr;
+    dataOf(type).scope = asType(scope);
+    return type;
 }
 
 bool createGlobalEnumItem(PyTypeObject* enumType, PyObject* module, const char* itemName, long itemValue)

@@ -68,7 +68,7 @@ void integerToCpp(PyObject* pyIn, void* cppOut)
         overflow();
 }
 
-/// Every failure is the same OverflowError, and the result is a Python long.
+/// Whatever does not fit is the same OverflowError, and the result is a Python long.
 template <typename T>
 void unsignedToCpp(PyObject* pyIn, void* cppOut)
 {
@@ -80,8 +80,10 @@ void unsignedToCpp(PyObject* pyIn, void* cppOut)
         return;
     }
     const PY_LONG_LONG number = PyInt_CheckExact(pyIn) ? PyInt_AS_LONG(pyIn) : PyLong_AsLongLong(pyIn);
-    if ((number == -1 && PyErr_Occurred()) || number < 0 ||
-        static_cast<unsigned PY_LONG_LONG>(number) > std::numeric_limits<T>::max())
+    valueAt<T>(cppOut) = T();
+    if (number == -1 && PyErr_Occurred() && !PyErr_ExceptionMatches(PyExc_OverflowError))
+        return;
+    if (number < 0 || static_cast<unsigned PY_LONG_LONG>(number) > std::numeric_limits<T>::max())
         return fail<T>(cppOut);
     valueAt<T>(cppOut) = static_cast<T>(number);
 }
@@ -134,11 +136,7 @@ PyObject* floatToPython(const void* cppIn)
 template <typename T>
 void floatToCpp(PyObject* pyIn, void* cppOut)
 {
-    const bool isInteger = PyInt_Check(pyIn) || PyLong_Check(pyIn);
-    const double number = PyFloat_Check(pyIn) ? PyFloat_AS_DOUBLE(pyIn)
-                          : isInteger         ? static_cast<double>(PyInt_AsLong(pyIn))
-                                              : PyFloat_AsDouble(pyIn);
-    valueAt<T>(cppOut) = narrowed<T>(number);
+    valueAt<T>(cppOut) = narrowed<T>(PyFloat_AsDouble(pyIn));
 }
 
 PyObject* boolToPython(const void* cppIn) { return PyBool_FromLong(valueAt<bool>(cppIn)); }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstring>
 
 namespace Shiboken {
 
@@ -151,6 +152,16 @@ void deallocate(PyObject* object, bool mayDestroy)
     Py_TYPE(object)->tp_free(object);
 }
 
+/// For pickle and copy, which would make an object without a C++ object. Classes whose objects can be copied say how.
+PyObject* refuseToReduce(PyObject* object, PyObject*)
+{
+    const char* const name = Py_TYPE(object)->tp_name;
+    const char* const point = std::strrchr(name, '.');
+    return PyErr_Format(PyExc_TypeError, "can't pickle %s objects", point ? point + 1 : name);
+}
+
+PyMethodDef baseMethods[] = {{"__reduce__", &refuseToReduce, METH_NOARGS, nullptr}, {nullptr, nullptr, 0, nullptr}};
+
 SbkObjectType makeBaseType()
 {
     SbkObjectType wrapperType = SbkObjectType();
@@ -166,6 +177,7 @@ SbkObjectType makeBaseType()
     type.tp_clear = &clear;
     type.tp_weaklistoffset = offsetof(SbkObject, weakreflist);
     type.tp_dictoffset = offsetof(SbkObject, ob_dict);
+    type.tp_methods = baseMethods;
     type.tp_getset = attributes;
     return wrapperType;
 }

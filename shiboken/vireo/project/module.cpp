@@ -88,11 +88,67 @@ void publish(PyObject* module)
     }
 }
 
+// Takes a module that is not finished off the interpreter's list, so that nobody finds it.
+void withdraw(PyObject* module)
+{
+    PyObject *error, *value, *traceback;
+    PyErr_Fetch(&error, &value, &traceback);
+    if (PyDict_DelItemString(PyImport_GetModuleDict(), PyModule_GetName(module)) < 0)
+        PyErr_Clear();
+    PyErr_Restore(error, value, traceback);
+}
+
 // The binding runtime takes the lock of the process's first interpreter, whichever calls it.
 bool isFirstInterpreter()
 {
     const PyThreadState* const ofFirst = PyGILState_GetThisThreadState();
     return !ofFirst || ofFirst->interp == PyThreadState_GET()->interp;
+}
+
+bool bootLibrary()
+{
+    STRM_ErrorDetector::init();
+    STRM_ErrorDetector::setFullErrorDetection(true, false);
+    binding::libraryExceptionHook = &translateLibraryException;
+    pyBootstrap();
+    PySide::registerCleanupFunction(&pyCleanup);
+    return true;
+}
+
+// Each step once: an import that fails may be tried again.
+void startLibrary()
+{
+    [[maybe_unused]] static const bool isBooted = bootLibrary();
+    static const bool offersProject = isEmbedded();
+    if (!offersProject)
+        functions[0] = PyMethodDef();
+}
+
+// The types are filled in their places, once: a module that was not finished is taken back, and no second one is made.
+void makeModule()
+{
+    static bool isMade = false;
+    if (isMade) {
+        PyErr_SetString(PyExc_ImportError, "vireo.project can be started once in a process");
+        return;
+    }
+    isMade = true;
+    const binding::Reference module(binding::Reference::borrow(Shiboken::Module::create("project", functions)));
+    if (!module)
+        return;
+    try {
+        registerClasses(module.get());
+        registerConverters();
+        if (registerEnumerations(module.get())) {
+            publish(module.get());
+            registerEngineEnumerations();
+            return;
+        }
+    } catch (...) {
+        withdraw(module.get());
+        throw;
+    }
+    withdraw(module.get());
 }
 
 void start()
@@ -101,22 +157,15 @@ void start()
         PyErr_SetString(PyExc_ImportError, "vireo.project can be used in the process's first interpreter only");
         return;
     }
-    STRM_ErrorDetector::init();
-    STRM_ErrorDetector::setFullErrorDetection(true, false);
-    binding::libraryExceptionHook = &translateLibraryException;
-    pyBootstrap();
-    PySide::registerCleanupFunction(&pyCleanup);
-    if (!isEmbedded())
-        functions[0] = PyMethodDef();
-    if (!importQtBinding())
-        return;
-    PyObject* const module = Shiboken::Module::create("project", functions);
-    registerClasses(module);
-    registerConverters();
-    if (!registerEnumerations(module))
-        return;
-    publish(module);
-    registerEngineEnumerations();
+    try {
+        startLibrary();
+        if (importQtBinding())
+            makeModule();
+    } catch (const std::exception& caught) {
+        PyErr_SetString(PyExc_ImportError, binding::textOf(caught));
+    } catch (...) {
+        PyErr_SetString(PyExc_ImportError, "Unknown error");
+    }
 }
 
 } // namespace

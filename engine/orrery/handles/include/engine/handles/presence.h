@@ -34,22 +34,12 @@ const void* identity(const T& object)
 }
 inline const void* identity(const Knob::ParameterSet& node) { return node.target(); }
 
-// Null for an object that is gone from memory.
-template <class T>
-const void* identityOf(const boost::weak_ptr<T>& object)
-{
-    const boost::shared_ptr<T> found = object.lock();
-    return found ? identity(*found) : nullptr;
-}
-
-// What a handle refers to, for the free functions beside the classes.
+// The hash of a handle, for the free functions beside the classes: the same for equal handles, and for good.
 template <class Handle>
 struct HandleAccess : Handle
 {
-    static const void* identity(const Handle& handle) { return identityOf(handle.*(&HandleAccess::m_object)); }
+    static const void* identity(const Handle& handle) { return handle.*(&HandleAccess::m_identity); }
 };
-
-// The same for equal handles, also once the object was removed.
 template <class Handle>
 unsigned int hashOf(const Handle& handle)
 {
