@@ -33,7 +33,7 @@ Value between(const Key& before, const Key& after, double time)
 
 bool operator<(const Key& a, const Key& b) { return a.view != b.view ? a.view < b.view : a.time < b.time; }
 
-bool isUnanimated(double time) { return time == 4294967295.0 || time == 4294967296.0; }
+bool isUnanimated(double time) { return time == unanimated || time == unanimated + 1; }
 
 std::size_t Animation::keyCount() const
 {

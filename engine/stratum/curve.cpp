@@ -18,9 +18,8 @@ constexpr double unlimitedDistance = 1e300;
 Value mix(const Value& a, const Value& b, double t) { return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t}; }
 Value sum(const Value& a, const Value& b) { return {a.x + b.x, a.y + b.y}; }
 Value difference(const Value& a, const Value& b) { return {a.x - b.x, a.y - b.y}; }
-Value position(const CurvePoint& point) { return {point.x, point.y}; }
 
-const CurvePoint& pointAt(const Curve& curve, std::size_t index) { return curve.points[index % curve.points.size()]; }
+const PointState& pointAt(const Curve& curve, std::size_t index) { return curve.points[index % curve.points.size()]; }
 
 // ---- Bezier ----
 
@@ -28,8 +27,8 @@ using Cubic = std::array<Value, 4>;
 
 Cubic cubic(const Curve& curve, std::size_t segment)
 {
-    const CurvePoint &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
-    return {position(from), sum(position(from), from.forward), sum(position(to), to.backward), position(to)};
+    const PointState &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
+    return {from.position(), sum(from.position(), from.forward()), sum(to.position(), to.backward()), to.position()};
 }
 
 Value evaluate(const Cubic& c, double t)
@@ -88,7 +87,7 @@ double outerBlend(double u, double q)
     return u * (q + u * (2 * q + u2 * (-2 * q - u * q)));
 }
 
-double shape(const CurvePoint& point) { return point.corner ? 0 : std::clamp(point.weight, -1.0, 1.0); }
+double shape(const PointState& point) { return point.corner() ? 0 : std::clamp(point.weight(), -1.0, 1.0); }
 
 // The parts that the points before, at the start, at the end and after have in the place at t of a segment.
 std::array<double, 4> influences(double s1, double s2, double t)
@@ -118,9 +117,9 @@ Value evaluateXSpline(const Curve& curve, std::size_t segment, double t)
         influences(shape(pointAt(curve, segment)), shape(pointAt(curve, segment + 1)), t);
     double x = 0, y = 0, total = 0;
     for (std::size_t i = 0; i < 4; ++i) {
-        const CurvePoint& point = pointAt(curve, segment + count - 1 + i);
-        x += parts[i] * point.x;
-        y += parts[i] * point.y;
+        const PointState& point = pointAt(curve, segment + count - 1 + i);
+        x += parts[i] * point.x();
+        y += parts[i] * point.y();
         total += parts[i];
     }
     return {x / total, y / total};
@@ -241,68 +240,37 @@ void addBezierExtremes(const Cubic& c, Bounds& box)
 
 bool isZero(const Value& value) { return value.x == 0 && value.y == 0; }
 
-CurvePoint splitBezier(const Curve& curve, std::size_t segment, double t)
+void cutBezier(const Curve& curve, std::size_t segment, double t, PointState& point)
 {
-    const CurvePoint &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
+    const PointState &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
     const Cubic c = cubic(curve, segment);
-    CurvePoint point;
-    if (isZero(from.forward) && isZero(to.backward)) {
+    if (isZero(from.forward()) && isZero(to.backward())) {
         // A straight line stays one without tangents.
-        const Value middle = mix(c[0], c[3], t);
-        point.x = middle.x;
-        point.y = middle.y;
-        return point;
+        point.setPosition(mix(c[0], c[3], t));
+        point[PointHandleBackward] = point[PointHandleForward] = {};
+        return;
     }
     const Value a = mix(c[0], c[1], t), b = mix(c[1], c[2], t), d = mix(c[2], c[3], t);
     const Value left = mix(a, b, t), right = mix(b, d, t), middle = mix(left, right, t);
-    point.x = middle.x;
-    point.y = middle.y;
-    point.backward = difference(left, middle);
-    point.forward = difference(right, middle);
-    return point;
+    point.setPosition(middle);
+    point[PointHandleBackward] = difference(left, middle);
+    point[PointHandleForward] = difference(right, middle);
 }
 
-// How far the four segments around a new point lie from the three that were there.
-double deviation(const Curve& before, std::size_t segment, const Curve& after)
+// How far the two segments beside a new point lie from the one that was there. Its weight changes no others.
+double deviation(const std::vector<Value>& before, const Curve& after, std::size_t index)
 {
-    std::vector<Value> old;
-    const std::size_t count = before.points.size();
-    for (std::size_t i = 0; i < std::min<std::size_t>(3, count); ++i)
-        for (int step = 0; step <= 16; ++step)
-            old.push_back(evaluateXSpline(before, segment + count - 1 + i, step / 16.0));
     double furthest = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
+    for (const std::size_t segment : {index + after.points.size() - 1, index}) {
         for (int step = 1; step < 8; ++step) {
-            const Value point = evaluateXSpline(after, segment + after.points.size() - 1 + i, step / 8.0);
+            const Value point = evaluateXSpline(after, segment, step / 8.0);
             double nearest = unlimitedDistance;
-            for (std::size_t k = 1; k < old.size(); ++k)
-                nearest = std::min(nearest, distanceToChord(point, old[k - 1], old[k]));
+            for (std::size_t k = 1; k < before.size(); ++k)
+                nearest = std::min(nearest, distanceToChord(point, before[k - 1], before[k]));
             furthest = std::max(furthest, nearest);
         }
     }
     return furthest;
-}
-
-CurvePoint splitXSpline(const Curve& curve, std::size_t segment, double t)
-{
-    CurvePoint point;
-    const Value middle = evaluateXSpline(curve, segment, t);
-    point.x = middle.x;
-    point.y = middle.y;
-    // A point with a weight above 0 would have to lie off the curve; of the others the best is taken.
-    double least = unlimitedDistance;
-    Curve after = curve;
-    const std::size_t index = segment % curve.points.size() + 1;
-    after.points.insert(after.points.begin() + static_cast<std::ptrdiff_t>(index), point);
-    for (int eighths = 0; eighths <= 8; ++eighths) {
-        after.points[index].weight = -eighths / 8.0;
-        const double moved = deviation(curve, segment % curve.points.size(), after);
-        if (moved < least - 1e-9) { // else the one that is more of a corner: on straight lines all fit
-            least = moved;
-            point.weight = after.points[index].weight;
-        }
-    }
-    return point;
 }
 
 } // namespace
@@ -319,15 +287,15 @@ void Bounds::add(double x, double y)
 CurveVertex evaluate(const Curve& curve, std::size_t segment, double t)
 {
     const Value found = place(curve, segment, t);
-    const CurvePoint &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
-    return {found.x, found.y, from.edgeWidth + (to.edgeWidth - from.edgeWidth) * t};
+    const PointState &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
+    return {found.x, found.y, from.edgeWidth() + (to.edgeWidth() - from.edgeWidth()) * t};
 }
 
 std::vector<CurveVertex> flatten(const Curve& curve, double tolerance)
 {
     std::vector<CurveVertex> vertices;
     if (curve.points.size() == 1)
-        return {{curve.points[0].x, curve.points[0].y, curve.points[0].edgeWidth}};
+        return {{curve.points[0].x(), curve.points[0].y(), curve.points[0].edgeWidth()}};
     for (std::size_t segment = 0; segment < curve.points.size(); ++segment)
         for (const double t : steps(curve, segment, tolerance))
             vertices.push_back(evaluate(curve, segment, t));
@@ -338,7 +306,7 @@ Bounds bounds(const Curve& curve)
 {
     Bounds box;
     if (curve.points.size() == 1)
-        box.add(curve.points[0].x, curve.points[0].y);
+        box.add(curve.points[0].x(), curve.points[0].y());
     for (std::size_t segment = 0; curve.points.size() > 1 && segment < curve.points.size(); ++segment) {
         if (curve.type == VX_CONTOUR_BEZIER)
             addBezierExtremes(cubic(curve, segment), box);
@@ -348,14 +316,37 @@ Bounds bounds(const Curve& curve)
     return box;
 }
 
-CurvePoint split(const Curve& curve, std::size_t segment, double t)
+PointState pointOn(const Curve& curve, std::size_t segment, double t)
 {
-    const bool bezier = curve.type == VX_CONTOUR_BEZIER;
-    CurvePoint point = bezier ? splitBezier(curve, segment, t) : splitXSpline(curve, segment, t);
-    const CurvePoint &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
-    point.edgeWidth = from.edgeWidth + (to.edgeWidth - from.edgeWidth) * t;
-    point.edgeAngleRatio = from.edgeAngleRatio + (to.edgeAngleRatio - from.edgeAngleRatio) * t;
+    PointState point;
+    const PointState &from = pointAt(curve, segment), &to = pointAt(curve, segment + 1);
+    for (const PointField field : pointFields(curve.type))
+        point[field] = description(field).interpolated() ? mix(from[field], to[field], t) : description(field).initial;
+    if (curve.type == VX_CONTOUR_BEZIER)
+        cutBezier(curve, segment, t, point);
+    else
+        point.setPosition(evaluateXSpline(curve, segment, t));
     return point;
+}
+
+double bestWeight(const Curve& curve, std::size_t segment, PointState point)
+{
+    constexpr int samples = 32, weights = 8;
+    segment %= curve.points.size();
+    std::vector<Value> before;
+    for (int i = 0; i <= samples; ++i)
+        before.push_back(evaluateXSpline(curve, segment, double(i) / samples));
+    Curve after = curve;
+    after.points.insert(after.points.begin() + static_cast<std::ptrdiff_t>(segment + 1), point);
+    std::array<double, weights + 1> moved;
+    for (int i = 0; i <= weights; ++i) {
+        after.points[segment + 1][PointWeight].x = -1 + double(i) / weights;
+        moved[static_cast<std::size_t>(i)] = deviation(before, after, segment + 1);
+    }
+    // The points beside the new one change the curve more than its weight does: a corner is not worth a little less.
+    const double enough = 1.25 * *std::min_element(moved.begin(), moved.end()) + flatteningTolerance;
+    const auto smoothest = std::find_if(moved.begin(), moved.end(), [enough](double far) { return far <= enough; });
+    return -1 + double(smoothest - moved.begin()) / weights;
 }
 
 double nearest(const Curve& curve, std::size_t segment, double x, double y)

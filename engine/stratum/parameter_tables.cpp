@@ -9,30 +9,15 @@ namespace Stratum {
 
 namespace {
 
+using Knob::coordinate;
 using Knob::Description;
 using Knob::Kind;
 using Knob::Member;
-
-constexpr double farAway = 1e9; // pixels: no coordinate of footage, and far from where arithmetic ends
-
-constexpr Description number(const char* name, const char* displayName, double initial, double lowest, double highest)
-{
-    return {name, displayName, Kind::Number, {initial, 0}, lowest, highest, nullptr, true};
-}
-
-constexpr Description flag(const char* name, const char* displayName, bool initial)
-{
-    return {name, displayName, Kind::Flag, {initial ? 1.0 : 0.0, 0}, 0, 1, nullptr, true};
-}
+using Knob::number;
 
 constexpr Description choice(const char* name, const char* displayName, const char* enumeration, int initial, int last)
 {
     return {name, displayName, Kind::Enumeration, {double(initial), 0}, 0, double(last), enumeration, true};
-}
-
-constexpr Description place(const char* name, const char* displayName)
-{
-    return {name, displayName, Kind::Point, {}, -farAway, farAway, nullptr, true};
 }
 
 constexpr Description readOnly(Description description)
@@ -49,14 +34,14 @@ constexpr Description layerTable[] = {
 };
 
 constexpr Description cornerTable[] = {
-    number("corner0_x", QT_TRANSLATE_NOOP("Parameter", "Top left x"), 0, -farAway, farAway),
-    number("corner0_y", QT_TRANSLATE_NOOP("Parameter", "Top left y"), 0, -farAway, farAway),
-    number("corner1_x", QT_TRANSLATE_NOOP("Parameter", "Top right x"), 1, -farAway, farAway),
-    number("corner1_y", QT_TRANSLATE_NOOP("Parameter", "Top right y"), 0, -farAway, farAway),
-    number("corner2_x", QT_TRANSLATE_NOOP("Parameter", "Bottom right x"), 1, -farAway, farAway),
-    number("corner2_y", QT_TRANSLATE_NOOP("Parameter", "Bottom right y"), 1, -farAway, farAway),
-    number("corner3_x", QT_TRANSLATE_NOOP("Parameter", "Bottom left x"), 0, -farAway, farAway),
-    number("corner3_y", QT_TRANSLATE_NOOP("Parameter", "Bottom left y"), 1, -farAway, farAway),
+    coordinate("corner0_x", QT_TRANSLATE_NOOP("Parameter", "Top left x"), 0),
+    coordinate("corner0_y", QT_TRANSLATE_NOOP("Parameter", "Top left y"), 0),
+    coordinate("corner1_x", QT_TRANSLATE_NOOP("Parameter", "Top right x"), 1),
+    coordinate("corner1_y", QT_TRANSLATE_NOOP("Parameter", "Top right y"), 0),
+    coordinate("corner2_x", QT_TRANSLATE_NOOP("Parameter", "Bottom right x"), 1),
+    coordinate("corner2_y", QT_TRANSLATE_NOOP("Parameter", "Bottom right y"), 1),
+    coordinate("corner3_x", QT_TRANSLATE_NOOP("Parameter", "Bottom left x"), 0),
+    coordinate("corner3_y", QT_TRANSLATE_NOOP("Parameter", "Bottom left y"), 1),
 };
 
 constexpr Description groupOpacity = number("opacity", QT_TRANSLATE_NOOP("Parameter", "Opacity"), 1, 0, 1);
@@ -75,37 +60,7 @@ constexpr Description renderTable[] = {
 
 constexpr Description contourTable[] = {
     readOnly(choice("type", QT_TRANSLATE_NOOP("Parameter", "Type"), "VX_CONTOUR_TYPE", 0, VX_CONTOUR_BEZIER)),
-    number("edge_width", QT_TRANSLATE_NOOP("Parameter", "Edge width"), 0, -farAway, farAway),
-};
-
-constexpr Description activeField = flag("active", QT_TRANSLATE_NOOP("Parameter", "Active"), true);
-constexpr Description cornerField = flag("corner", QT_TRANSLATE_NOOP("Parameter", "Corner"), false);
-constexpr Description xField = number("x", QT_TRANSLATE_NOOP("Parameter", "X"), 0, -farAway, farAway);
-constexpr Description yField = number("y", QT_TRANSLATE_NOOP("Parameter", "Y"), 0, -farAway, farAway);
-constexpr Description edgeWidthField =
-    number("edge_width", QT_TRANSLATE_NOOP("Parameter", "Edge width"), 0, -farAway, farAway);
-constexpr Description edgeAngleField =
-    number("edge_angle_ratio", QT_TRANSLATE_NOOP("Parameter", "Edge angle ratio"), 0, 0, 1);
-
-constexpr Description bezierTable[] = {
-    activeField,
-    cornerField,
-    xField,
-    yField,
-    edgeWidthField,
-    edgeAngleField,
-    place("handle_offset_backward", QT_TRANSLATE_NOOP("Parameter", "Backward tangent")),
-    place("handle_offset_forward", QT_TRANSLATE_NOOP("Parameter", "Forward tangent")),
-};
-
-constexpr Description xSplineTable[] = {
-    activeField,
-    cornerField,
-    xField,
-    yField,
-    edgeWidthField,
-    edgeAngleField,
-    number("weight", QT_TRANSLATE_NOOP("Parameter", "Weight"), 0, -1, 1),
+    coordinate("edge_width", QT_TRANSLATE_NOOP("Parameter", "Edge width"), 0),
 };
 
 Member leaf(const Description& description, Knob::Animation& animation)
@@ -183,14 +138,18 @@ const Description& cornerDescription(std::size_t index) { return cornerTable[ind
 
 const Description& groupOpacityDescription() { return groupOpacity; }
 
-const Description* pointDescriptions(int contourType)
+const std::vector<PointField>& pointFields(int contourType)
 {
-    return contourType == VX_CONTOUR_BEZIER ? bezierTable : xSplineTable;
-}
-
-std::size_t pointFieldCount(int contourType)
-{
-    return contourType == VX_CONTOUR_BEZIER ? std::size(bezierTable) : std::size(xSplineTable);
+    const auto select = [](bool PointFieldRow::*has) {
+        std::vector<PointField> fields;
+        for (std::size_t i = 0; i < PointFieldCount; ++i)
+            if (pointFieldTable[i].*has)
+                fields.push_back(static_cast<PointField>(i));
+        return fields;
+    };
+    static const std::vector<PointField> bezier = select(&PointFieldRow::bezier),
+                                         xSpline = select(&PointFieldRow::xSpline);
+    return contourType == VX_CONTOUR_BEZIER ? bezier : xSpline;
 }
 
 const Description& contourDescription(std::size_t index) { return contourTable[index]; }
@@ -263,8 +222,10 @@ QString ContourModel::displayName() const
 
 std::vector<Member> PointModel::members()
 {
-    const int type = contourModel().type();
-    return Knob::tableMembers(pointDescriptions(type), pointFieldCount(type), fields.data());
+    std::vector<Member> members;
+    for (const PointField field : pointFields(contourModel().type()))
+        members.push_back(leaf(Stratum::description(field), fields[field]));
+    return members;
 }
 
 QString PointModel::scriptName() const { return QString::fromLatin1("point_%1").arg(id()); }

@@ -27,11 +27,27 @@ void requireId(unsigned int id)
 
 } // namespace
 
+Knob::Value withMaster(PointField field, const Knob::Value& own, const Knob::Value& moved, double angle)
+{
+    switch (pointFieldTable[field].effect) {
+    case MasterEffect::MovesX:
+        return {own.x + moved.x, 0};
+    case MasterEffect::MovesY:
+        return {own.x + moved.y, 0};
+    case MasterEffect::Turns:
+        return turned(own, angle);
+    case MasterEffect::None:
+        break;
+    }
+    return own;
+}
+
 // ---- Points ----
 
 PointModel::PointModel(ContourModel& contour, unsigned int id) : ControlPoint(&contour, id)
 {
-    Knob::setInitialValues(pointDescriptions(contour.type()), pointFieldCount(contour.type()), fields.data());
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        fields[i].setRest(pointFieldTable[i].description.initial);
 }
 
 PointModel::~PointModel() = default;
@@ -55,18 +71,16 @@ PointModel::Links& PointModel::makeLinks()
     return *m_links;
 }
 
-void PointModel::setMaster(PointModel* master, const MasterLink& link)
+void PointModel::exchangeMaster(PointModel* master, MasterLink& link)
 {
-    makeLinks().link = link;
+    std::swap(makeLinks().link, link);
     m_links->follow(master ? &master->makeLinks().followers : nullptr);
     m_master.store(master, std::memory_order_release);
 }
 
 Knob::Value PointModel::ownValue(PointField field, double time, int view) const
 {
-    const ContourModel& contour = contourModel();
-    return fields[field].at(time, view, contour.manager().settings.heroView,
-                            pointDescriptions(contour.type())[field].interpolated());
+    return fields[field].at(time, view, contourModel().manager().settings.heroView, description(field).interpolated());
 }
 
 Knob::Value PointModel::displacement(double time, int view) const
@@ -74,11 +88,13 @@ Knob::Value PointModel::displacement(double time, int view) const
     Knob::Value moved;
     if (Knob::isUnanimated(time))
         return moved;
+    const int hero = contourModel().manager().settings.heroView;
     for (const PointModel* point = this; point->masterModel() && time >= point->link()->time;
          point = point->masterModel()) {
         const PointModel& master = *point->masterModel();
-        moved.x += master.ownValue(PointX, time, view).x - point->link()->reference.x;
-        moved.y += master.ownValue(PointY, time, view).x - point->link()->reference.y;
+        const Knob::Value before = point->link()->position.at(time, view, hero, false);
+        moved.x += master.ownValue(PointX, time, view).x - before.x;
+        moved.y += master.ownValue(PointY, time, view).x - before.y;
     }
     return moved;
 }
@@ -105,30 +121,21 @@ double PointModel::turn(double time, int view) const
     double angle = 0;
     if (Knob::isUnanimated(time))
         return angle;
+    const int hero = contourModel().manager().settings.heroView;
     for (const PointModel* point = this;
          point->masterModel() && point->link()->lockTangents && time >= point->link()->time;
          point = point->masterModel())
-        angle += point->masterModel()->ownAngle(time, view) - point->link()->referenceAngle;
+        angle += point->masterModel()->ownAngle(time, view) - point->link()->angle.at(time, view, hero, false).x;
     return angle;
 }
 
-CurvePoint PointModel::state(double time, int view) const
+PointState PointModel::state(double time, int view) const
 {
-    CurvePoint state;
-    const Knob::Value place = position(time, view);
-    state.x = place.x;
-    state.y = place.y;
-    state.active = ownValue(PointActive, time, view).x != 0;
-    state.corner = ownValue(PointCorner, time, view).x != 0;
-    state.edgeWidth = ownValue(PointEdgeWidth, time, view).x;
-    state.edgeAngleRatio = ownValue(PointEdgeAngleRatio, time, view).x;
-    if (contourModel().type() == VX_CONTOUR_BEZIER) {
-        const double angle = turn(time, view);
-        state.backward = turned(ownValue(PointHandleBackward, time, view), angle);
-        state.forward = turned(ownValue(PointHandleForward, time, view), angle);
-    } else {
-        state.weight = ownValue(PointWeight, time, view).x;
-    }
+    PointState state;
+    const Knob::Value moved = displacement(time, view);
+    const double angle = turn(time, view);
+    for (const PointField field : pointFields(contourModel().type()))
+        state[field] = withMaster(field, ownValue(field, time, view), moved, angle);
     return state;
 }
 
@@ -197,10 +204,10 @@ Curve ContourModel::curve(double time, int view) const
     curve.points.reserve(points.size());
     const double wider = settings[1].at(time, view, manager().settings.heroView, true).x;
     for (const PointModel& point : points) {
-        CurvePoint state = point.state(time, view);
-        if (!state.active)
+        PointState state = point.state(time, view);
+        if (!state.active())
             continue;
-        state.edgeWidth += wider;
+        state[PointEdgeWidth].x += wider;
         curve.points.push_back(state);
     }
     return curve;

@@ -7,21 +7,7 @@ namespace Stratum {
 
 namespace {
 
-bool same(const CurvePoint& a, const CurvePoint& b)
-{
-    return a.x == b.x && a.y == b.y && a.edgeWidth == b.edgeWidth && a.edgeAngleRatio == b.edgeAngleRatio &&
-           a.corner == b.corner && a.backward == b.backward && a.forward == b.forward && a.weight == b.weight;
-}
-
-bool same(const Curve& a, const Curve& b)
-{
-    if (a.type != b.type || a.points.size() != b.points.size())
-        return false;
-    for (std::size_t i = 0; i < a.points.size(); ++i)
-        if (!same(a.points[i], b.points[i]))
-            return false;
-    return true;
-}
+bool same(const Curve& a, const Curve& b) { return a.type == b.type && a.points == b.points; }
 
 LayerFrame frameAt(LayerModel& layer, const GroupModel* group, int frame, int view, const LayerFrame* before)
 {

@@ -32,6 +32,7 @@ public:
     // `data` leaves unset are chosen on the curve, so that the contour keeps its shape, at other times and in other
     // views too: the tangents beside the new point become shorter for that, unless `data` sets one of its own. A place
     // beside the curve keeps its distance from it. On an empty contour unset fields take their initial values.
+    // STRM_OutOfRange, and no change, where a value on the curve would be one that points cannot have.
     BezierControlPoint insert_point(float time, const BezierControlPointData& data, unsigned int index, View view);
 
     // The contour's own settings, and one set per point, named by its id.

@@ -2,7 +2,7 @@
 #ifndef ORRERY_BEZIER_CONTROL_POINT_H
 #define ORRERY_BEZIER_CONTROL_POINT_H
 
-#include <orrery/bezier_control_point_data.h>
+#include <orrery/control_point_data.h>
 #include <orrery/parameter.h>
 #include <orrery/py_handle.h>
 #include <orrery/view.h>

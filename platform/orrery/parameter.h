@@ -36,7 +36,8 @@ public:
     // parameter's range STRM_OutOfRange, and the parameter stays as it was.
     void set(const QVariant& value, double time, View view);
 
-    // Removes the keyframe at exactly that time; STRM_OutOfRange when there is none.
+    // Removes the keyframe at exactly that time; STRM_OutOfRange when there is none. The hero view's last one leaves
+    // its value as the one that holds without keyframes.
     void delete_keyframe(double time, View view);
 
     // The path from the object's own set: {"transform", "corner0_x"}.

@@ -2,10 +2,10 @@
 #ifndef ORRERY_X_CONTROL_POINT_H
 #define ORRERY_X_CONTROL_POINT_H
 
+#include <orrery/control_point_data.h>
 #include <orrery/parameter.h>
 #include <orrery/py_handle.h>
 #include <orrery/view.h>
-#include <orrery/x_control_point_data.h>
 
 // Times are frames of the project; not-a-number and infinite times and coordinates throw STRM_BadArgument. Errors of
 // every operation but isNull() and ==: STRM_BadState for a null handle.
@@ -26,7 +26,7 @@ public:
     XControlPointData get_point_data(float time, View view);
 
     // Makes the record the point's whole state at the time: a field that is unset takes its initial value (active, no
-    // corner, position 0, edge width 0, ratio 0, weight 0).
+    // corner, position 0, edge width 0, ratio 0, weight -1).
     void set_point_data(float time, XControlPointData data, View view);
 
     // Changes only the fields that the record sets; keyframes of the others stay as they are.

@@ -32,6 +32,7 @@ public:
     // `data` leaves unset are chosen on the curve, so that the contour keeps its shape as nearly as an X-spline can, at
     // other times and in other views too. A place beside the curve keeps its distance from it. The other points stay as
     // they are. On an empty contour unset fields take their initial values.
+    // STRM_OutOfRange, and no change, where a value on the curve would be one that points cannot have.
     XControlPoint insert_point(float time, const XControlPointData& data, unsigned int index, View view);
 
     // The contour's own settings, and one set per point, named by its id.

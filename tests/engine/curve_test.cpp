@@ -16,13 +16,13 @@ Curve randomCurve(int type, std::mt19937& random, std::size_t count)
     Curve curve;
     curve.type = type;
     for (std::size_t i = 0; i < count; ++i) {
-        CurvePoint point;
-        point.x = place(random);
-        point.y = place(random);
-        point.backward = {handle(random), handle(random)};
-        point.forward = {handle(random), handle(random)};
-        point.weight = weight(random);
-        point.edgeWidth = place(random);
+        PointState point;
+        point[PointX].x = place(random);
+        point[PointY].x = place(random);
+        point[PointHandleBackward] = {handle(random), handle(random)};
+        point[PointHandleForward] = {handle(random), handle(random)};
+        point[PointWeight].x = weight(random);
+        point[PointEdgeWidth].x = place(random);
         curve.points.push_back(point);
     }
     return curve;
@@ -31,9 +31,9 @@ Curve randomCurve(int type, std::mt19937& random, std::size_t count)
 // Evaluated by repeated linear interpolation, which is another way than the library's.
 CurveVertex casteljau(const Curve& curve, std::size_t segment, double t)
 {
-    const CurvePoint &a = curve.points[segment], &b = curve.points[(segment + 1) % curve.points.size()];
-    double x[4] = {a.x, a.x + a.forward.x, b.x + b.backward.x, b.x};
-    double y[4] = {a.y, a.y + a.forward.y, b.y + b.backward.y, b.y};
+    const PointState &a = curve.points[segment], &b = curve.points[(segment + 1) % curve.points.size()];
+    double x[4] = {a.x(), a.x() + a.forward().x, b.x() + b.backward().x, b.x()};
+    double y[4] = {a.y(), a.y() + a.forward().y, b.y() + b.backward().y, b.y()};
     for (int level = 3; level > 0; --level) {
         for (int i = 0; i < level; ++i) {
             x[i] += (x[i + 1] - x[i]) * t;
@@ -106,8 +106,8 @@ TEST_P(Curves, CopeWithFewAndOddPoints)
     curve.points.resize(5); // all in one place
     for (const CurveVertex& vertex : flatten(curve))
         EXPECT_EQ(vertex.x, 0);
-    curve.points[2].x = 1e9;
-    curve.points[3].forward = {-1e9, 1e9};
+    curve.points[2][PointX].x = 1e9;
+    curve.points[3][PointHandleForward] = {-1e9, 1e9};
     EXPECT_LT(flatten(curve).size(), 100000u);
     EXPECT_TRUE(std::isfinite(bounds(curve).bottom));
 }
@@ -130,14 +130,13 @@ TEST(XSpline, WeightsMeanWhatThePaperSays)
     Curve curve;
     curve.type = VX_CONTOUR_XSPLINE;
     for (const auto& [x, y] : {std::pair{0., 0.}, {100., 0.}, {100., 100.}, {0., 100.}}) {
-        CurvePoint point;
-        point.x = x;
-        point.y = y;
+        PointState point;
+        point.setPosition({x, y});
         curve.points.push_back(point);
     }
     const auto at = [&](double weight, double t) {
-        for (CurvePoint& point : curve.points)
-            point.weight = weight;
+        for (PointState& point : curve.points)
+            point[PointWeight].x = weight;
         return evaluate(curve, 0, t);
     };
     // 0: the polygon itself.
@@ -153,34 +152,39 @@ TEST(XSpline, WeightsMeanWhatThePaperSays)
     EXPECT_GT(at(1, 0).x, 5);
     EXPECT_GT(at(1, 0.5).y, 0);
     // The parts always add up: a curve of one place is that place.
-    for (CurvePoint& point : curve.points)
-        point.x = point.y = 42;
+    for (PointState& point : curve.points)
+        point.setPosition({42, 42});
     for (const double weight : {-1., -0.3, 0., 0.6, 1.})
         for (double t = 0; t <= 1; t += 0.25)
             EXPECT_NEAR(at(weight, t).x, 42, 1e-9);
 }
 
-TEST(XSpline, APointOnTheCurveHardlyChangesIt)
+// Insertion in the middle of each segment of outlines as people draw them.
+TEST(XSpline, APointOnTheCurveHardlyChangesItAndIsSmooth)
 {
     std::mt19937 random(8);
-    for (int round = 0; round < 10; ++round) {
+    int smooth = 0, all = 0;
+    for (int round = 0; round < 16; ++round) {
         Curve curve = randomCurve(VX_CONTOUR_XSPLINE, random, 8);
-        for (std::size_t i = 0; i < 8; ++i) { // a rounded outline, as people draw them
-            curve.points[i].x = 150 + 100 * std::cos(i * 0.785) + curve.points[i].x / 20;
-            curve.points[i].y = 150 + 100 * std::sin(i * 0.785) + curve.points[i].y / 20;
-            curve.points[i].weight = -0.5;
+        for (std::size_t i = 0; i < 8; ++i) {
+            PointState& point = curve.points[i];
+            point.setPosition(
+                {150 + 100 * std::cos(i * 0.785) + point.x() / 20, 150 + 100 * std::sin(i * 0.785) + point.y() / 20});
+            point[PointWeight].x = -0.25 * (round % 4 + 1);
         }
-        const CurvePoint half = split(curve, 3, 0.5);
-        Curve after = curve;
-        after.points.insert(after.points.begin() + 4, half);
-        const std::vector<CurveVertex> polygon = flatten(curve);
-        for (const CurveVertex& vertex : flatten(after))
-            ASSERT_LT(distance(polygon, vertex.x, vertex.y), 6.0);
-        Curve straight = curve;
-        for (CurvePoint& point : straight.points)
-            point.weight = 0;
-        EXPECT_EQ(split(straight, 3, 0.5).weight, 0);
+        for (std::size_t segment = 0; segment < 8; ++segment) {
+            PointState half = pointOn(curve, segment, 0.5);
+            half[PointWeight].x = bestWeight(curve, segment, half);
+            smooth += half.weight() < -0.25;
+            ++all;
+            Curve after = curve;
+            after.points.insert(after.points.begin() + static_cast<std::ptrdiff_t>(segment + 1), half);
+            const std::vector<CurveVertex> polygon = flatten(curve);
+            for (const CurveVertex& vertex : flatten(after))
+                ASSERT_LT(distance(polygon, vertex.x, vertex.y), 6.0);
+        }
     }
+    EXPECT_EQ(smooth, all);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The value classes by hand: views, view descriptions and control point records.
 #include "classes.h"
 
-#include <orrery/bezier_control_point_data.h>
+#include <orrery/control_point_data.h>
 #include <orrery/view_info.h>
 
 namespace calls {

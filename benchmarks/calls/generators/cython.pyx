@@ -40,7 +40,7 @@ cdef extern from "<orrery/view.h>" nogil:
         cbool operator<(const CView&)
     unsigned int qHash(const CView&)
 
-cdef extern from "<orrery/bezier_control_point_data.h>" nogil:
+cdef extern from "<orrery/control_point_data.h>" nogil:
     cppclass OptionalBool "boost::optional<bool>":
         OptionalBool()
     cppclass OptionalFloat "boost::optional<float>":

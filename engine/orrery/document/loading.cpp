@@ -117,8 +117,8 @@ private:
     void addPoint(ContourModel& contour, PointRecord& record)
     {
         PointModel& point = contour.makePoint(record.id);
-        for (std::size_t i = 0; i < pointFieldCount(contour.type()); ++i)
-            point.fields[i] = std::move(record.fields[i]);
+        for (const PointField field : pointFields(contour.type()))
+            point.fields[field] = std::move(record.fields[field]);
         if (record.master)
             m_masters.emplace_back(&point, std::move(*record.master));
     }
@@ -134,11 +134,11 @@ private:
                     QString::fromLatin1("layer %1 follows the layer %2, which is not there").arg(layer->id()).arg(id));
             layer->setTrackedWith(followed);
         }
-        for (const auto& [point, master] : m_masters) {
+        for (auto& [point, master] : m_masters) {
             PointModel* const followed = findPoint(master);
             if (!followed)
                 refuse(QString::fromLatin1("a point follows the point %1, which is not there").arg(master.point));
-            point->setMaster(followed, master.link);
+            point->exchangeMaster(followed, master.link);
         }
         requireNoCircle(m_tracks, [](LayerModel* layer) { return layer->trackedWith(); });
         requireNoCircle(m_masters, [](PointModel* point) { return point->masterModel(); });

@@ -120,9 +120,15 @@ MasterRecord readMaster(const JsonReader& reader)
     record.contour = readId(members["contour"]);
     record.point = readId(members["point"]);
     read(members["time"], record.link.time);
-    read(members["reference"], record.link.reference);
+    static constexpr Knob::Description position{
+        "", "", Knob::Kind::Point, {}, -Knob::unlimited, Knob::unlimited, nullptr, true};
+    static constexpr Knob::Description angle = Knob::number("", "", 0, -Knob::unlimited, Knob::unlimited);
+    record.link.position = readAnimation(members["reference"], position); // in version 1 for all views
     read(members["lock_tangents"], record.link.lockTangents);
-    read(members["angle"], record.link.referenceAngle);
+    if (reader.source().version == 1)
+        record.link.angle = Knob::Animation({members["angle"].number(), 0});
+    else
+        record.link.angle = readAnimation(members["angle"], angle);
     members.finish();
     return record;
 }
@@ -132,18 +138,18 @@ PointRecord readPoint(const JsonReader& reader, int type)
     PointRecord record;
     JsonMembers members(reader, "point");
     record.id = readId(members["id"]);
-    const auto entry = [type](std::size_t i) -> const Knob::Description& { return pointDescriptions(type)[i]; };
+    const std::vector<PointField>& known = pointFields(type);
     const JsonReader fields = members["fields"];
     if (fields.source().version == 1) { // a list without names
-        const std::vector<JsonReader> items = fields.items(pointFieldCount(type));
+        const std::vector<JsonReader> items = fields.items(known.size());
         for (std::size_t i = 0; i < items.size(); ++i)
-            record.fields[i] = readAnimation(items[i], entry(i));
+            record.fields[known[i]] = readAnimation(items[i], description(known[i]));
     } else {
         JsonMembers values(fields, "fields");
-        for (std::size_t i = 0; i < pointFieldCount(type); ++i) {
-            record.fields[i].setRest(entry(i).initial);
-            if (const auto value = values.find(entry(i).name))
-                record.fields[i] = readAnimation(*value, entry(i));
+        for (const PointField field : known) {
+            record.fields[field].setRest(description(field).initial);
+            if (const auto value = values.find(description(field).name))
+                record.fields[field] = readAnimation(*value, description(field));
         }
         values.finish();
     }

@@ -60,9 +60,11 @@ void write(JsonWriter& json, const MasterRecord& record)
     writeMember(json, "contour", record.contour);
     writeMember(json, "point", record.point);
     writeMember(json, "time", record.link.time);
-    writeMember(json, "reference", record.link.reference);
+    json.name("reference");
+    write(json, record.link.position, Knob::Kind::Point);
     writeMember(json, "lock_tangents", record.link.lockTangents);
-    writeMember(json, "angle", record.link.referenceAngle);
+    json.name("angle");
+    write(json, record.link.angle, Knob::Kind::Number);
     json.endObject();
 }
 
@@ -72,8 +74,8 @@ void write(JsonWriter& json, const PointRecord& record, int type)
     writeMember(json, "id", record.id);
     json.name("fields");
     json.beginObject();
-    for (std::size_t i = 0; i < pointFieldCount(type); ++i)
-        writeAnimation(json, pointDescriptions(type)[i], record.fields[i]);
+    for (const PointField field : pointFields(type))
+        writeAnimation(json, description(field), record.fields[field]);
     json.endObject();
     if (record.master) {
         json.name("master");

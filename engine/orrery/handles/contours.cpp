@@ -1,5 +1,5 @@
 // The two kinds of contours, which differ in the records of their points only.
-#include "shape_records.h"
+#include "point_data.h"
 
 #include <engine/handles/presence.h>
 #include <orrery/bezier_contour.h>

@@ -1,5 +1,5 @@
 // The two kinds of control points, which differ in their records only.
-#include "shape_records.h"
+#include "point_data.h"
 
 #include <engine/handles/presence.h>
 #include <orrery/bezier_control_point.h>

@@ -1,5 +1,5 @@
 // Layer: its shapes, its track, its place in the project and its settings.
-#include "shape_records.h"
+#include "point_data.h"
 
 #include <cmath>
 #include <engine/handles/layer_items.h>

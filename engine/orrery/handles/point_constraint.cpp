@@ -16,16 +16,15 @@ void setPointConstraint(boost::shared_ptr<Stratum::ControlPoint> master, boost::
     for (const Stratum::PointModel* other : {&follower, static_cast<Stratum::PointModel*>(followed)})
         if (other && &other->contourModel().manager() != manager)
             raise<STRM_BadArgument>(QString::fromLatin1("master point: the points belong to different projects"));
-    Knob::Context place = context;
-    place.time = requireTime(context.time);
+    const double time = requireTime(context.time);
 
     Stratum::Edit edit(*manager);
     follower.requirePresent();
     follower.requireWritable();
     if (followed)
         followed->requirePresent();
-    place.viewId = manager->resolveView(context.viewId);
-    Stratum::setMaster(edit, follower, followed, place, lock_tangents);
+    manager->resolveView(context.viewId);
+    Stratum::setMaster(edit, follower, followed, time, lock_tangents);
     edit.commit();
 }
 

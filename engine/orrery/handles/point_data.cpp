@@ -1,6 +1,7 @@
-// The records of control points: what is set, and nothing more.
-#include <orrery/bezier_control_point_data.h>
-#include <orrery/x_control_point_data.h>
+// The records of control points, and what they are to the engine.
+#include "point_data.h"
+
+#include <tuple>
 
 BezierControlPointData::BezierControlPointData(boost::optional<bool> active, boost::optional<bool> corner,
                                                boost::optional<float> x, boost::optional<float> y,
@@ -62,10 +63,7 @@ void BezierControlPointData::set_handle_offset_forward(boost::optional<QPointF> 
 
 bool BezierControlPointData::operator==(const BezierControlPointData& other) const
 {
-    return m_active == other.m_active && m_corner == other.m_corner && m_x == other.m_x && m_y == other.m_y &&
-           m_edge_width == other.m_edge_width && m_edge_angle_ratio == other.m_edge_angle_ratio &&
-           m_handle_offset_backward == other.m_handle_offset_backward &&
-           m_handle_offset_forward == other.m_handle_offset_forward;
+    return orrery::valuesOf(*this) == orrery::valuesOf(other);
 }
 
 XControlPointData::XControlPointData(boost::optional<bool> active, boost::optional<bool> corner,
@@ -114,7 +112,89 @@ void XControlPointData::set_edge_angle_ratio(boost::optional<float> edge_angle_r
 
 bool XControlPointData::operator==(const XControlPointData& other) const
 {
-    return m_active == other.m_active && m_corner == other.m_corner && m_x == other.m_x && m_y == other.m_y &&
-           m_weight == other.m_weight && m_edge_width == other.m_edge_width &&
-           m_edge_angle_ratio == other.m_edge_angle_ratio;
+    return orrery::valuesOf(*this) == orrery::valuesOf(other);
 }
+
+// ---- Between records and the engine's values ----
+
+namespace orrery {
+
+namespace {
+
+template <class Record, class Type>
+struct RecordField
+{
+    Stratum::PointField field;
+    boost::optional<Type> (Record::*get)() const;
+    void (Record::*set)(boost::optional<Type>);
+};
+
+template <class Record, class... More>
+constexpr auto fieldsOf(More... more)
+{
+    using namespace Stratum;
+    return std::make_tuple(
+        RecordField<Record, bool>{PointActive, &Record::get_active, &Record::set_active},
+        RecordField<Record, bool>{PointCorner, &Record::get_corner, &Record::set_corner},
+        RecordField<Record, float>{PointX, &Record::get_x, &Record::set_x},
+        RecordField<Record, float>{PointY, &Record::get_y, &Record::set_y},
+        RecordField<Record, float>{PointEdgeWidth, &Record::get_edge_width, &Record::set_edge_width},
+        RecordField<Record, float>{PointEdgeAngleRatio, &Record::get_edge_angle_ratio, &Record::set_edge_angle_ratio},
+        more...);
+}
+
+using Bezier = BezierControlPointData;
+constexpr auto bezierFields =
+    fieldsOf<Bezier>(RecordField<Bezier, QPointF>{Stratum::PointHandleBackward, &Bezier::get_handle_offset_backward,
+                                                  &Bezier::set_handle_offset_backward},
+                     RecordField<Bezier, QPointF>{Stratum::PointHandleForward, &Bezier::get_handle_offset_forward,
+                                                  &Bezier::set_handle_offset_forward});
+
+using XSpline = XControlPointData;
+constexpr auto xSplineFields =
+    fieldsOf<XSpline>(RecordField<XSpline, float>{Stratum::PointWeight, &XSpline::get_weight, &XSpline::set_weight});
+
+Knob::Value toValue(bool value) { return {value ? 1.0 : 0.0, 0}; }
+Knob::Value toValue(float value) { return {value, 0}; }
+Knob::Value toValue(const QPointF& value) { return {value.x(), value.y()}; }
+
+void fromValue(const Knob::Value& value, bool& result) { result = value.x != 0; }
+void fromValue(const Knob::Value& value, float& result) { result = static_cast<float>(value.x); }
+void fromValue(const Knob::Value& value, QPointF& result) { result = QPointF(value.x, value.y); }
+
+template <class Record, class Fields>
+Stratum::PointValues read(const Record& record, const Fields& fields)
+{
+    Stratum::PointValues values;
+    const auto readField = [&](const auto& row) {
+        if (const auto value = (record.*row.get)())
+            values[row.field] = toValue(*value);
+    };
+    std::apply([&](const auto&... row) { (readField(row), ...); }, fields);
+    return values;
+}
+
+template <class Record, class Type>
+void setField(Record& record, const RecordField<Record, Type>& row, const Knob::Value& value)
+{
+    Type converted;
+    fromValue(value, converted);
+    (record.*row.set)(converted);
+}
+
+template <class Record, class Fields>
+void setFields(const Stratum::PointState& state, Record& record, const Fields& fields)
+{
+    std::apply([&](const auto&... row) { (setField(record, row, state[row.field]), ...); }, fields);
+}
+
+} // namespace
+
+Stratum::PointValues valuesOf(const BezierControlPointData& record) { return read(record, bezierFields); }
+Stratum::PointValues valuesOf(const XControlPointData& record) { return read(record, xSplineFields); }
+
+void write(const Stratum::PointState& state, BezierControlPointData& record) { setFields(state, record, bezierFields); }
+
+void write(const Stratum::PointState& state, XControlPointData& record) { setFields(state, record, xSplineFields); }
+
+} // namespace orrery

@@ -31,8 +31,12 @@ struct Key
 // Ordered by view, then by time.
 bool operator<(const Key& a, const Key& b);
 
-// Whether the time stands for "not animated": 4294967295.0, and what becomes of it in single precision.
+// The time that stands for "not animated". So does what becomes of it in single precision.
+constexpr double unanimated = 4294967295.0;
 bool isUnanimated(double time);
+
+// The last time before another that a keyframe can have.
+double timeBefore(double time);
 
 class Animation
 {

@@ -35,6 +35,29 @@ struct Description
 };
 
 constexpr double unlimited = 1e300;
+constexpr double farAway = 1e9; // pixels: no coordinate of footage, and far from where arithmetic ends
+
+// ---- Entries of tables ----
+
+constexpr Description number(const char* name, const char* displayName, double initial, double lowest, double highest)
+{
+    return {name, displayName, Kind::Number, {initial, 0}, lowest, highest, nullptr, true};
+}
+
+constexpr Description flag(const char* name, const char* displayName, bool initial)
+{
+    return {name, displayName, Kind::Flag, {initial ? 1.0 : 0.0, 0}, 0, 1, nullptr, true};
+}
+
+constexpr Description coordinate(const char* name, const char* displayName, double initial)
+{
+    return number(name, displayName, initial, -farAway, farAway);
+}
+
+constexpr Description offset(const char* name, const char* displayName)
+{
+    return {name, displayName, Kind::Point, {}, -farAway, farAway, nullptr, true};
+}
 
 class Branch;
 

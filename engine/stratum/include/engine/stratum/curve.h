@@ -5,28 +5,15 @@
 #pragma once
 
 #include <cstddef>
-#include <engine/knob/animation.h>
+#include <engine/stratum/point_fields.h>
 #include <vector>
 
 namespace Stratum {
 
-struct CurvePoint
-{
-    double x = 0;
-    double y = 0;
-    double edgeWidth = 0;
-    double edgeAngleRatio = 0;
-    bool active = true;
-    bool corner = false;
-    Knob::Value backward; // Bezier: from the point to the end of its tangent
-    Knob::Value forward;
-    double weight = 0; // X-spline
-};
-
 struct Curve
 {
     int type = 0; // VX_CONTOUR_TYPE
-    std::vector<CurvePoint> points;
+    std::vector<PointState> points;
 };
 
 struct CurveVertex
@@ -58,9 +45,13 @@ Bounds bounds(const Curve& curve);
 // The place on the segment from point `segment` to the next one, 0 <= t <= 1.
 CurveVertex evaluate(const Curve& curve, std::size_t segment, double t);
 
-// The point that cuts a segment at t without a change of the shape, once the tangents beside it are shortened in
-// proportion.
-CurvePoint split(const Curve& curve, std::size_t segment, double t);
+// The point that cuts a segment at t: its tangents keep the shape once those beside it are shortened in proportion.
+// What is no part of the shape lies between the values of both ends, flags have their initial value.
+PointState pointOn(const Curve& curve, std::size_t segment, double t);
+
+// For a point put onto a segment of an X-spline: the smoothest weight of those that change the curve about as little as
+// any does. From -1 to 0: a weight above would need a place off the curve.
+double bestWeight(const Curve& curve, std::size_t segment, PointState point);
 
 // Where on a segment the curve comes nearest to a place.
 double nearest(const Curve& curve, std::size_t segment, double x, double y);

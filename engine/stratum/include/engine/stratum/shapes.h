@@ -9,9 +9,7 @@
 #include <engine/stratum/curve.h>
 #include <engine/stratum/tree.h>
 #include <functional>
-#include <knob/context.h>
 #include <memory>
-#include <optional>
 #include <stratum/contour.h>
 #include <stratum/enumerations.h>
 #include <vector>
@@ -20,28 +18,22 @@ namespace Stratum {
 
 class ContourModel;
 
-// The values of a point. X-spline points have a weight where Bezier points have tangents.
-enum PointField {
-    PointActive,
-    PointCorner,
-    PointX,
-    PointY,
-    PointEdgeWidth,
-    PointEdgeAngleRatio,
-    PointHandleBackward,
-    PointHandleForward,
-    PointFieldCount,
-    PointWeight = PointHandleBackward,
-};
-
-// How a point follows its master: what the master's position was when the link was made is taken from what it is.
+// How a point follows its master: where the master was when the link was made is taken from where it is.
 struct MasterLink
 {
     double time = 0; // from which on it holds
-    Knob::Value reference;
     bool lockTangents = false;
-    double referenceAngle = 0; // of the master's tangent, in radians
+    // The master's position, and the direction of its tangents in radians, when the link was made. Kept as keyframes,
+    // since a view in which the master had none is one in which it was where the hero view has it.
+    Knob::Animation position;
+    Knob::Animation angle;
 };
+
+// A field of a point once a master has moved and turned it; with both negated, what it was before.
+Knob::Value withMaster(PointField field, const Knob::Value& own, const Knob::Value& moved, double angle);
+
+// Holds for all times: links that are made at no time begin here.
+constexpr double beforeAllTimes = -4294967295.0;
 
 class PointModel : public ControlPoint,
                    public Knob::Branch,
@@ -60,7 +52,7 @@ public:
     void requirePresent() const;
     void requireWritable() const override;
 
-    std::array<Knob::Animation, PointFieldCount> fields;
+    std::array<Knob::Animation, PointFieldCount> fields; // of both kinds; those of the other kind are not used
 
     // A field as its keyframes say it, and as it is moved with the master.
     Knob::Value ownValue(PointField field, double time, int view) const;
@@ -69,9 +61,9 @@ public:
     Knob::Value displacement(double time, int view) const;
     // The direction of the point's tangents before a master turns them; 0 without tangents.
     double ownAngle(double time, int view) const;
-    // By how much the master turns the tangents, in radians.
+    // By how much the master turns the tangents, in radians; without tangents, by how much it would.
     double turn(double time, int view) const;
-    CurvePoint state(double time, int view) const;
+    PointState state(double time, int view) const;
 
     QString displayName() const override;
     QString scriptName() const override;
@@ -79,7 +71,8 @@ public:
 
     // How it follows its master; null when it never had one.
     const MasterLink* link() const { return m_links ? &m_links->link : nullptr; }
-    void setMaster(PointModel* master, const MasterLink& link);
+    // The former link is put into `link`.
+    void exchangeMaster(PointModel* master, MasterLink& link);
 
     struct Links : Follower<Links>
     {
@@ -149,19 +142,16 @@ inline PointModel& model(ControlPoint& point) { return static_cast<PointModel&>(
 
 // The tables of what contours and points have.
 const Knob::Description& contourDescription(std::size_t index);
-const Knob::Description* pointDescriptions(int contourType);
-std::size_t pointFieldCount(int contourType);
 
 // ---- Changing shapes; the checks of presence and of locked layers have been made ----
-
-// A value for each field of a new point, or of one that is written.
-struct PointValues
-{
-    std::array<std::optional<Knob::Value>, PointFieldCount> fields;
-};
+//
+// All of these throw STRM_OutOfRange that names the field, and change nothing, when a value that follows from others (a
+// follower's place without its master, a point on a curve) would pass the limits of its field.
 
 // Throws STRM_OutOfRange or STRM_BadArgument that names the field.
 void checkPointValues(int contourType, const PointValues& values);
+// With the initial values of the fields that have none.
+PointValues completed(int contourType, PointValues values);
 
 ContourModel& addContour(Edit& edit, LayerModel& layer, int type, const std::vector<PointValues>& points, double time,
                          int view);
@@ -175,7 +165,9 @@ void removePoint(Edit& edit, PointModel& point);
 void writePoint(Edit& edit, PointModel& point, PointValues values, bool whole, double time, int view);
 // Ends the links of all that follow the point, but for followers that leave with it; they stay where they are.
 void releaseFollowers(Edit& edit, PointModel& point, const std::function<bool(const PointModel&)>& leaves);
-void setMaster(Edit& edit, PointModel& point, PointModel* master, const Knob::Context& context, bool lockTangents);
+// Null ends the link and leaves the point where it is at all times. Another master takes over from the time on. Nothing
+// changes when the point follows the master in the same way at that time already.
+void setMaster(Edit& edit, PointModel& point, PointModel* master, double time, bool lockTangents);
 
 // ---- Changing single values ----
 
@@ -183,6 +175,7 @@ void setMaster(Edit& edit, PointModel& point, PointModel* master, const Knob::Co
 void checkValue(const Knob::Description& description, const Knob::Value& value);
 // At the time that means "not animated": sets the resting value and removes the view's keyframes.
 void setValue(Edit& edit, Knob::Animation& animation, Knob::Value value, double time, int view);
+// The last keyframe of the hero view leaves its value as the resting value.
 void removeKey(Edit& edit, Knob::Animation& animation, double time, int view);
 
 } // namespace Stratum

@@ -2,15 +2,14 @@
 #pragma once
 
 #include <engine/stratum/shapes.h>
-#include <orrery/bezier_control_point_data.h>
-#include <orrery/x_control_point_data.h>
+#include <orrery/control_point_data.h>
 
 namespace orrery {
 
 Stratum::PointValues valuesOf(const BezierControlPointData& record);
 Stratum::PointValues valuesOf(const XControlPointData& record);
 
-void write(const Stratum::CurvePoint& state, BezierControlPointData& record);
-void write(const Stratum::CurvePoint& state, XControlPointData& record);
+void write(const Stratum::PointState& state, BezierControlPointData& record);
+void write(const Stratum::PointState& state, XControlPointData& record);
 
 } // namespace orrery
