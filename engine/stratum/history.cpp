@@ -74,14 +74,16 @@ void History::addStep(Transaction transaction, Changes changes, Notices& notices
     notices.history = true;
 }
 
-History::Transaction History::begin()
+History::Transaction History::begin(Transaction again)
 {
     assert(!m_open.empty() || m_gathered.empty()); // what was gathered became a step with the last commit
-    m_open.push_back({m_last + 1, m_gathered.size()});
-    ++m_last;
+    const Transaction transaction = again ? again : m_last + 1;
+    assert(!isOpen(transaction));
+    m_open.push_back({transaction, m_gathered.size()});
+    m_last = std::max(m_last, transaction);
     if (m_open.size() == 1)
-        m_gathering = m_last;
-    return m_last;
+        m_gathering = transaction;
+    return transaction;
 }
 
 bool History::isOpen(Transaction transaction) const
@@ -93,9 +95,10 @@ bool History::isOpen(Transaction transaction) const
 bool History::commit(Transaction transaction, Notices& notices)
 {
     assert(isOpen(transaction));
-    m_open.erase(std::find_if(m_open.begin(), m_open.end(),
-                              [transaction](const Open& open) { return open.transaction == transaction; }));
-    const bool changed = !m_open.empty() || !m_gathered.empty();
+    const auto open = std::find_if(m_open.begin(), m_open.end(),
+                                   [transaction](const Open& open) { return open.transaction == transaction; });
+    const bool changed = m_gathered.size() > open->start;
+    m_open.erase(open);
     finish(notices);
     return changed;
 }
@@ -116,6 +119,9 @@ void History::rollBack(Transaction transaction, Notices& notices)
 
 void History::finish(Notices& notices)
 {
+    // What is gathered from now on belongs to the first of those that are still open.
+    if (!m_open.empty() && m_gathered.empty())
+        m_gathering = m_open.front().transaction;
     if (!m_open.empty() || m_gathered.empty())
         return;
     Changes changes;

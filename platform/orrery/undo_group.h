@@ -7,10 +7,13 @@
 struct UndoGroupData;
 
 // The changes made between begin() and commit() become one step of the project's undo history; rollback() takes them
-// back. A copy refers to the same transaction. Groups nest: an inner group becomes part of the outer one's step.
+// back. A copy refers to the same transaction; when the last copy of an open group goes, the group is committed. Groups
+// nest: an inner group becomes part of the outer one's step. A group may be begun again once it has ended: it has a
+// further step then, and undo() takes back its last one first.
 //
 // Errors: STRM_BadState when the project is gone, for begin() of a group that is open, for commit() or rollback() of
-// one that is not, and for undo() or redo() of one that is open, never committed, or not the step that is next.
+// one that is not, and for undo() or redo() of one that is open, never committed, or not the step that is next; the
+// message says when another group is open, which blocks both.
 class UndoGroup
 {
 public:
@@ -25,6 +28,7 @@ public:
     // Restores exactly what was there at begin(). Changes that other threads made to the project meanwhile are part of
     // the group and go with it.
     void rollback();
+    // Nothing when the last commit had nothing to make a step of.
     void undo();
     void redo();
 

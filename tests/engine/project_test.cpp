@@ -148,8 +148,14 @@ TEST(Undo, GroupsKnowTheirPlace)
     EXPECT_EQ(project->get_notes(), QString("a"));
     inner.begin();
     inner.commit();
-    expectThrow<STRM_BadState>([&] { inner.undo(); }, "next");
+    inner.undo(); // nothing
+    EXPECT_EQ(project->get_notes(), QString("a"));
+    inner.begin();
+    project->set_notes("inner");
+    inner.commit();
+    expectThrow<STRM_BadState>([&] { inner.undo(); }, "another undo group is open");
     copy.commit();
+    expectThrow<STRM_BadState>([&] { inner.undo(); }, "next");
     project->set_notes("b");
     expectThrow<STRM_BadState>([&] { group.undo(); }, "next");
     UndoGroup nothing = project->undo_group();
@@ -161,6 +167,44 @@ TEST(Undo, GroupsKnowTheirPlace)
     orphan.begin();
     project.reset();
     expectThrow<STRM_BadState>([&] { orphan.commit(); }, "Invalid object");
+}
+
+TEST(Undo, GroupsAreBegunAgainAndDropped)
+{
+    auto project = emptyProject();
+    UndoGroup group = project->undo_group();
+    for (const char* notes : {"first", "second"}) {
+        group.begin();
+        project->set_notes(notes);
+        group.commit();
+    }
+    group.begin();
+    project->set_notes("rolled back");
+    group.rollback();
+    group.undo();
+    EXPECT_EQ(project->get_notes(), QString("first"));
+    group.undo();
+    EXPECT_EQ(project->get_notes(), QString());
+    group.redo();
+    {
+        UndoGroup dropped = project->undo_group(), copy(dropped);
+        dropped.begin();
+        project->set_notes("dropped");
+        expectThrow<STRM_BadState>([&] { group.undo(); }, "open");
+    }
+    EXPECT_EQ(project->get_notes(), QString("dropped"));
+    expectThrow<STRM_BadState>([&] { group.undo(); }, "next");
+    // A group that has nothing to show leaves the step to the one that has.
+    UndoGroup idle = project->undo_group();
+    idle.begin();
+    group.begin();
+    idle.commit();
+    project->set_notes("third");
+    group.commit();
+    idle.undo();
+    EXPECT_EQ(project->get_notes(), QString("third"));
+    group.undo();
+    EXPECT_EQ(project->get_notes(), QString("dropped"));
 }
 
 TEST(Undo, OverlappingGroupsBecomeOneStepOfTheFirst)

@@ -22,6 +22,26 @@ void requireOpen(const STRM_ProjectManager& manager, const UndoGroupData& data, 
         refuse(problem);
 }
 
+void commitOpen(STRM_ProjectManager& manager, UndoGroupData& data)
+{
+    Stratum::Notices notices;
+    {
+        const Stratum::Reading lock(manager);
+        requireOpen(manager, data, "commit: the undo group is not open");
+        const bool changed = manager.history.commit(data.transaction, notices);
+        data.state = changed ? UndoGroupData::State::Committed : UndoGroupData::State::CommittedNothing;
+    }
+    manager.announce(notices);
+}
+
+[[noreturn]] void refuseStep(const STRM_ProjectManager& manager, const char* otherwise)
+{
+    refuse(manager.history.anyOpen()
+               ? "another undo group is open: nothing is undone or redone until it is committed or "
+                 "rolled back"
+               : otherwise);
+}
+
 // Whether the committed group changed anything; STRM_BadState when it is still open or was never committed.
 bool hasStep(const STRM_ProjectManager& manager, const UndoGroupData& data)
 {
@@ -33,6 +53,22 @@ bool hasStep(const STRM_ProjectManager& manager, const UndoGroupData& data)
 }
 
 } // namespace
+
+UndoGroupData::~UndoGroupData()
+{
+    try {
+        const boost::shared_ptr<STRM_ProjectManager> open = manager.lock();
+        if (open && open->isOpen() && transaction) {
+            {
+                const Stratum::Reading lock(*open);
+                if (!open->history.isOpen(transaction))
+                    return;
+            }
+            commitOpen(*open, *this);
+        }
+    } catch (const std::exception&) { // by a listener; the group has ended
+    }
+}
 
 UndoGroup::UndoGroup() = default;
 UndoGroup::UndoGroup(const UndoGroup& other) = default;
@@ -46,22 +82,10 @@ void UndoGroup::begin()
     const Stratum::Reading lock(*manager);
     if (manager->history.isOpen(m_data->transaction))
         refuse("the undo group is open already");
-    m_data->transaction = manager->history.begin();
-    m_data->state = UndoGroupData::State::NotCommitted;
+    m_data->transaction = manager->history.begin(m_data->transaction);
 }
 
-void UndoGroup::commit()
-{
-    const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
-    Stratum::Notices notices;
-    {
-        const Stratum::Reading lock(*manager);
-        requireOpen(*manager, *m_data, "commit: the undo group is not open");
-        const bool changed = manager->history.commit(m_data->transaction, notices);
-        m_data->state = changed ? UndoGroupData::State::Committed : UndoGroupData::State::CommittedNothing;
-    }
-    manager->announce(notices);
-}
+void UndoGroup::commit() { commitOpen(*managerOf(m_data), *m_data); }
 
 void UndoGroup::rollback()
 {
@@ -84,7 +108,7 @@ void UndoGroup::undo()
         if (!hasStep(*manager, *m_data))
             return;
         if (!manager->history.isNextToUndo(m_data->transaction))
-            refuse("undo: the undo group is not the step that is undone next");
+            refuseStep(*manager, "undo: the undo group is not the step that is undone next");
         manager->history.undo(notices);
     }
     manager->announce(notices);
@@ -99,7 +123,7 @@ void UndoGroup::redo()
         if (!hasStep(*manager, *m_data))
             return;
         if (!manager->history.isNextToRedo(m_data->transaction))
-            refuse("redo: the undo group is not the step that is made again next");
+            refuseStep(*manager, "redo: the undo group is not the step that is made again next");
         manager->history.redo(notices);
     }
     manager->announce(notices);

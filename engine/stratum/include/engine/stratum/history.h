@@ -103,10 +103,12 @@ public:
     // Adds changes that were made already: to the open transaction, or as a step of their own.
     void record(Changes changes, Notices& notices);
 
-    Transaction begin();
+    // A new transaction, or one that was begun before and has ended: its steps are told apart by their order only.
+    Transaction begin(Transaction again = 0);
     bool isOpen(Transaction transaction) const;
-    // Ends the transaction. When it was the last that is open, what was gathered becomes one step, which belongs to the
-    // transaction that began it; without any change there is no step, which is what false says.
+    bool anyOpen() const { return !m_open.empty(); }
+    // Ends the transaction; false when nothing has changed since it began. When it was the last that is open, what was
+    // gathered becomes one step, which belongs to the transaction that was begun first of those with a change.
     bool commit(Transaction transaction, Notices& notices);
     // Takes back everything since the transaction began, whoever did it, and ends it.
     void rollBack(Transaction transaction, Notices& notices);
