@@ -60,9 +60,9 @@ public:
     // clip (4294967295 for its last), numbered from `first`, with at least `index_width` digits. The suffix names the
     // format (".png", ".exr", ".jpg", ".tif", ".dpx"); `view_format` is put before the prefix of each view's files,
     // with %v for the view's abbreviation or id, and is used only with `separate_streams`. `views` are the clip's views
-    // to write, none for all; without `separate_streams` only the first of them is written. `destination`, which may be
-    // null, is given the written sequences as its streams. What was written under its final name is whole, and after
-    // an error or a cancel no frame of this export is left.
+    // to write, none for all; without `separate_streams` several are refused with STRM_BadArgument. `destination`,
+    // which may be null, is given the written sequences as its streams. What was written under its final name is whole,
+    // and after an error or a cancel no frame of this export is left.
     void exportClip(Clip* destination, const QString& path, const QString& prefix, const QString& suffix,
                     const QString& view_format, unsigned int first, unsigned int last, unsigned int index_width,
                     const QVector<View>& views, bool separate_streams);

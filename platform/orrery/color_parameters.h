@@ -15,9 +15,12 @@ public:
                     float log_reference_white, float log_reference_black, float gamma);
     ~ColorParameters();
 
+    // Of the footage. Converts nothing by itself: that is asked for by the conversion.
     Colorspace get_colorspace() const { return m_colorspace; }
     void set_colorspace(Colorspace colorspace) { change(m_colorspace, colorspace); }
 
+    // To linear light, as floating point or rounded to 256 levels. With NoneConversion the values stay as they stand in
+    // the file, whatever the colour space.
     ColorConversion get_conversion() const { return m_conversion; }
     void set_conversion(ColorConversion conversion) { change(m_conversion, conversion); }
 
@@ -25,7 +28,8 @@ public:
     float get_offset() const { return m_offset; }
     void set_offset(float offset) { change(m_offset, offset); }
 
-    // Code values below the reference white from which highlights are compressed; 0 for none.
+    // Code values below the reference white from which highlights are compressed; 0 for none, and less than
+    // from the reference black to the reference white.
     float get_softclip() const { return m_softclip; }
     void set_softclip(float softclip) { change(m_softclip, softclip); }
 

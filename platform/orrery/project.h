@@ -41,7 +41,7 @@ public:
     // Frames per second: a finite number greater than 0 and at most 1000, else STRM_BadArgument.
     float get_frame_rate() const;
     void set_frame_rate(float rate);
-    // The number that is shown for frame 0.
+    // The number that is shown for frame 0, and that its file has in renders and exports of shapes.
     int get_first_frame_offset() const;
     void set_first_frame_offset(int offset);
     // In frames, at least 1. Ranges that reach past a new length are cut to it.
@@ -112,9 +112,10 @@ public:
     ParameterSet parameter_set(const QStringList& name_components);
 
     // Tracks layers from each layer's in point through the frames from `start_index` to `stop_index` (4294967295, the
-    // end of the work range): forwards to the end and backwards to the start. No layers: all that are visible; no
-    // views: the hero view. One undoable step. A frame that cannot be aligned ends with STRM_OperationFailed, which
-    // names the layer and the frame; what was tracked up to there stays. A cancel leaves everything as it was.
+    // end of the work range; with 0 to 4294967295, from its beginning): forwards to the end and backwards to the start.
+    // No layers: all that are visible; no views: the hero view. One undoable step. A frame that cannot be aligned ends
+    // with STRM_OperationFailed, which names the layer and the frame; what was tracked up to there stays. A cancel
+    // leaves everything as it was.
     void track_layers(unsigned int start_index, unsigned int stop_index, const QVector<Layer>& layers,
                       const QVector<View>& views);
 
@@ -122,10 +123,11 @@ public:
     // of the project over it. No layers: all that are visible. STRM_BadArgument for a null operation.
     Clip* render(RenderOperation* operation, int first, int last, const QVector<Layer>& layers, View view);
 
-    // Writes the layers' shapes as path/prefix<n>suffix, frames `first` to `last` (4294967295, the last of the
-    // project). `clip_name` names the clip that is returned, which belongs to the caller; the other arguments are those
-    // of Clip::exportClip, and so is what is left after an error or a cancel. No layers: all that are visible; no
-    // views: the hero view, or all with `separate_streams`.
+    // Writes the layers' shapes as path/prefix<n>suffix, frames `first` to `last` (4294967295, those of the work
+    // range), numbered as the project shows them (see get_first_frame_offset; STRM_OutOfRange below 0). `clip_name`
+    // names the clip that is returned, which belongs to the caller; the other arguments are those of Clip::exportClip,
+    // and so is what is left after an error or a cancel. No layers: all that are visible; no views: the hero view, or
+    // all with `separate_streams`.
     Clip* export_rendered_shapes(const QVector<Layer>& layers, ColorizeOutput colorize, const QString& clip_name,
                                  const QString& path, const QString& prefix, const QString& suffix, unsigned int first,
                                  unsigned int last, unsigned int index_width, const QVector<View>& views,

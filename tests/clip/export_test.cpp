@@ -88,6 +88,7 @@ TEST_F(Exporting, EachViewHasASequenceOfItsOwn)
         [&] { clip->exportClip(nullptr, output.path(), "out.", ".png", "same", 0, 1, 1, {}, true); }, "view_format");
     expectThrow<STRM_OutOfRange>(
         [&] { clip->exportClip(nullptr, output.path(), "out.", ".png", "", 0, 1, 1, {View(2)}, true); }, "view 2");
+    expectThrow<STRM_BadArgument>([&] { exportTo(output.path()); }, "separate_streams: 2 views");
 }
 
 TEST_F(Exporting, RefusesArgumentsByName)
@@ -188,6 +189,22 @@ protected:
 };
 
 } // namespace
+
+TEST_F(ExportingShapes, AreNumberedLikeThePlateAndLieAtTheirFrames)
+{
+    addPolygon(*project, "layer", square(5, 5, 20, 20));
+    project->set_first_frame_offset(1001);
+    project->set_in_out_range({2, 3});
+    const std::unique_ptr<Clip> mattes(project->export_rendered_shapes({}, Grayscale, "Mattes", output.path(), "m.",
+                                                                       ".png", last, last, 4, {}, false));
+    EXPECT_EQ(mattes->get_info(View(0)).__repr__(), StreamInfo(output.path(), "m.", ".png", 1003, 1004, 4).__repr__());
+    mattes->exportClip(nullptr, output.path(), "copy.", ".png", "", 3, 3, 1, {}, false);
+    EXPECT_EQ(readImage(output / "copy.3.png")->values, readImage(output / "m.1004.png")->values);
+    project->set_first_frame_offset(-1);
+    expectThrow<STRM_OutOfRange>([&] { shapes({}); }, "Frame 0 is numbered -1");
+    project->set_first_frame_offset(0);
+    EXPECT_TRUE(output.files().contains("m.1003.png"));
+}
 
 TEST_F(ExportingShapes, MattesAreTheCoverageOfTheShape)
 {

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <cmath>
+#include <orrery/color_parameters.h>
 #include <orrery/progress_watcher.h>
 #include <orrery/render_operation.h>
 
@@ -76,18 +77,18 @@ TEST_F(Rendering, InsertPutsTheMatteColourOverTheFootage)
     Clip* clip = project->render(&operation, 2, 5, {}, View(0));
     EXPECT_EQ(project->get_clips().value("insert"), clip);
     EXPECT_EQ(clip->get_info(View(0)).__repr__(),
-              StreamInfo(output / "insert_1", "insert.", ".png", 2, 5, 4).__repr__());
-    EXPECT_EQ(clip->get_first_frame_offset(), 102);
+              StreamInfo(output / "insert_1", "insert.", ".png", 102, 105, 4).__repr__());
+    EXPECT_EQ(clip->get_first_frame_offset(), 100);
     pixels::Image expected = background();
     for (int y = 16; y < 32; ++y)
         for (int x = 12; x < 24; ++x)
             std::copy_n(std::begin({0.0f, 1.0f, 0.0f}), 3, expected.at(x, y));
-    EXPECT_LT(meanDifference(rendered(*clip, 2), expected), 1e-4);
+    EXPECT_LT(meanDifference(rendered(*clip, 102), expected), 1e-4);
 
     project->parameter({"render", "insert_opacity"}).set(0.0, 4294967295.0, View());
     Clip* again = project->render(&operation, 2, 2, {layer}, View(0));
     EXPECT_EQ(again->get_info(View(0)).get_path(), output / "insert_2");
-    EXPECT_LT(meanDifference(rendered(*again, 2), picture(2)), 1e-4);
+    EXPECT_LT(meanDifference(rendered(*again, 102), picture(2)), 1e-4);
 }
 
 TEST_F(Rendering, RemoveFillsFromFramesThatShowTheBackground)
@@ -100,6 +101,58 @@ TEST_F(Rendering, RemoveFillsFromFramesThatShowTheBackground)
         for (int frame = 0; frame < 10; ++frame)
             EXPECT_LT(meanDifference(rendered(*clip, frame), background()), 2e-3) << frame;
     }
+}
+
+// The camera pans by a pixel a frame; both layers are tracked, and only the object is named.
+TEST_F(Rendering, RemoveFillsThroughTheTrackedLayerBelow)
+{
+    const auto panned = [](const pixels::Image& image, int frame) {
+        pixels::Image result = image;
+        for (int y = 0; y < 48; ++y)
+            for (int x = frame; x < 64; ++x)
+                std::copy_n(image.at(x - frame, y), 3, result.at(x, y));
+        return result;
+    };
+    const auto pan = [](Layer layer, double distance) {
+        for (const char* corner : {"corner0_x", "corner1_x", "corner2_x", "corner3_x"}) {
+            Parameter x = layer.parameter({"transform", corner});
+            const double start = x.get(0, View(0)).toDouble();
+            x.set(start, 0, View(0));
+            x.set(start + distance, 9, View(0));
+        }
+    };
+    for (int frame = 0; frame < 10; ++frame)
+        writeImage(folder.path() + QString("/plate.%1.png").arg(frame), panned(picture(frame), frame));
+    pan(addPolygon(*project, "wall", square(10, 2, 50, 46)), 9);
+    Layer object = addPolygon(*project, "object", square(4, 16, 16, 32));
+    pan(object, 45);
+    RenderRemoveOperation operation;
+    Clip* clip = project->render(&operation, 3, 6, {object}, View(0));
+    for (int frame = 3; frame < 7; ++frame)
+        EXPECT_LT(meanDifference(rendered(*clip, frame), panned(background(), frame)), 2e-3) << frame;
+}
+
+TEST_F(Rendering, APartOfTheFramesLiesWhereItBelongs)
+{
+    Layer layer = block();
+    RenderInsertOperation operation;
+    Clip* clip = project->render(&operation, 4, 7, {layer}, View(0));
+    EXPECT_EQ(clip->parameter({"streams", "0", "time_offset"}).get(0, View(0)).toDouble(), -4);
+    clip->exportClip(nullptr, output.path(), "copy.", ".png", "", 5, 5, 1, {}, false);
+    EXPECT_LT(meanDifference(*readImage(output / "copy.5.png"), rendered(*clip, 5)), 1e-4);
+}
+
+TEST_F(Rendering, OverLogFootageIsEncodedBack)
+{
+    Clip* plate = project->get_default_trackable_clip();
+    plate->get_color_parameters()->set_colorspace(LogColorspace);
+    plate->get_color_parameters()->set_conversion(FloatConversion);
+    Layer layer = block();
+    project->parameter({"render", "insert_opacity"}).set(0.0, 4294967295.0, View());
+    RenderInsertOperation operation;
+    Clip* clip = project->render(&operation, 2, 2, {layer}, View(0));
+    EXPECT_LT(meanDifference(rendered(*clip, 2), picture(2)), 2e-3);
+    EXPECT_TRUE(*clip->get_color_parameters() == *plate->get_color_parameters());
 }
 
 TEST_F(Rendering, RemoveFitsTheLightOfOtherFrames)

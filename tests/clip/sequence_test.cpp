@@ -63,6 +63,11 @@ TEST(SequenceName, OneFileStandsForItsSequence)
     folder.makeEmptyFiles({"a.9.png", "a.10.png", "still.png"});
     expectName(parseLocation(folder / "a.10.png", true), {"a.10.png", "a.", ".png", 1});
     expectThrow<STRM_BadFile>([&] { parseLocation(folder / "still.png", false); }, "no frame number");
+    // What exists is no pattern; and the two ways to write one do not meet in a name that means only one of them.
+    folder.makeEmptyFiles({"take#2.0007.png", "take%d.0008.png"});
+    expectName(parseLocation(folder / "take#2.0007.png", true), {"take#2.0007.png", "take#2.", ".png", 4});
+    expectName(parseLocation(folder / "take%d.0008.png", true), {"take%d.0008.png", "take%d.", ".png", 4});
+    expectName(parseLocation(folder / "take#2.%04d.png", true), {"take#2.%04d.png", "take#2.", ".png", 4});
 }
 
 TEST(SequenceName, AFolderHoldsExactlyOneSequence)

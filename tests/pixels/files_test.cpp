@@ -123,6 +123,70 @@ TEST(Files, RefusesImagesThatDoNotFitThemselves)
     EXPECT_EQ(folder.fileCount(), 0u);
 }
 
+void writeBytes(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+
+std::string bytesOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(Files, GreyWithAlphaKeepsItsAlpha)
+{
+    constexpr unsigned char png[] = {0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48,
+                                     0x44, 0x52, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x01, 0x08, 0x04, 0x00, 0x00,
+                                     0x00, 0xb5, 0x1c, 0x0c, 0x02, 0x00, 0x00, 0x00, 0x0b, 0x49, 0x44, 0x41, 0x54, 0x78,
+                                     0x9c, 0x63, 0x30, 0x4e, 0x03, 0x00, 0x00, 0xcf, 0x00, 0x9a, 0x0b, 0xf5, 0xdc, 0x22,
+                                     0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+    const Folder folder;
+    writeBytes(folder / "a.png", {std::begin(png), std::end(png)});
+    const SharedImage image = library().readFrame(folder / "a.png");
+    ASSERT_EQ(image->channels, 4);
+    const float expected[] = {0.2f, 0.2f, 0.2f, 0.4f};
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_NEAR(image->values[i], expected[i], 1e-6);
+}
+
+// One number of a header is made larger than the file can bear.
+TEST(Files, RefusesHeadersThatClaimMoreThanTheFileCanHold)
+{
+    struct Row
+    {
+        const char* name;
+        std::string mark; // the number stands behind it
+        std::size_t distance;
+        std::string number;
+    };
+    using namespace std::string_literals;
+    const Row rows[] = {
+        {"a.dpx", "XPDS", 32, "\xf0\xff\xff\x7f"s},
+        {"a.dpx", "XPDS", 4, "\xff\xff\x7f\x00"s},
+        {"a.dpx", "XPDS", 772, "\x00\x00\x01\x00\x00\x00\x01\x00"s},
+        {"a.exr", "dataWindow\0box2i\0"s, 29, "\xff\xff\xff\x7e"s},
+        {"a.exr", "displayWindow\0box2i\0"s, 32, "\xff\xff\x00\x00\xff\xff\x00\x00"s},
+        {"a.jpg", "\xff\xc0", 5, "\xff\xff\xff\xff"s},
+    };
+    const Folder folder;
+    for (const Row& row : rows) {
+        const std::string path = folder / row.name;
+        library().writeFrame(path, gradient({8, 4}, 3), {Depth::SixteenBit});
+        std::string bytes = bytesOf(path);
+        const std::size_t mark = bytes.find(row.mark);
+        ASSERT_NE(mark, std::string::npos) << row.name;
+        bytes.replace(mark + row.distance, row.number.size(), row.number);
+        writeBytes(path, bytes);
+        const std::string problem = errorOf<FileError>([&] { library().readFrame(path); });
+        EXPECT_TRUE(contains(problem, "is damaged")) << row.name << " " << row.distance;
+    }
+    constexpr unsigned char png[] = {0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48,
+                                     0x44, 0x52, 0x00, 0x00, 0x9c, 0x40, 0x00, 0x00, 0x9c, 0x40, 0x08, 0x02, 0x00, 0x00,
+                                     0x00, 0xde, 0x6e, 0x99, 0x52, 0x00, 0x00, 0x00, 0x09, 0x49, 0x44, 0x41, 0x54, 0x78,
+                                     0x9c, 0x63, 0x00, 0x00, 0x00, 0x01, 0x00, 0x01, 0x5e, 0xff, 0x7d, 0xf9, 0x00, 0x00,
+                                     0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+    writeBytes(folder / "b.png", {std::begin(png), std::end(png)});
+    EXPECT_TRUE(contains(errorOf<FileError>([&] { library().readHeader(folder / "b.png"); }), "40000 x 40000"));
+}
+
 class Cache : public testing::Test
 {
 protected:

@@ -35,8 +35,8 @@ TEST(Interpretation, TakesReferenceBlackToZeroAndWhiteToOne)
     // Mid grey of a scan lies at code 445 and reflects 18 percent.
     EXPECT_NEAR(values[2], 0.18, 0.035);
     EXPECT_NEAR(values[3], 13.5, 0.1);
-    log.offset = 20;
-    EXPECT_NEAR(read({480}, log)[0], values[4], 1e-6);
+    log.offset = 0.25f;
+    EXPECT_NEAR(read({500}, log)[0], values[4] + 0.25f, 1e-6);
     log.offset = 0;
     log.gamma = 0.6f;
     const auto bent = read({95, 500, 685}, log);
@@ -94,6 +94,23 @@ TEST(Interpretation, LeavesAlphaAndGivesTheSameForManyPixelsAsForFew)
     EXPECT_GT(std::abs(many->values[0] - large.values[0]) + std::abs(many->values[1] - large.values[1]), 1e-3);
 }
 
+TEST(Interpretation, IsTakenBackWhenAFrameIsWritten)
+{
+    Interpretation soft = logScan(), panalog = logScan();
+    soft.softclip = 30;
+    soft.offset = 0.1f;
+    panalog.colorspace = Colorspace::Panalog;
+    const Folder folder;
+    for (const Interpretation& in : {logScan(), soft, panalog, Interpretation()}) {
+        const Image scan = grain({40, 30}, 4);
+        library().writeFrame(folder / "a.tif", scan, {Depth::SixteenBit});
+        WriteOptions options{Depth::SixteenBit};
+        options.interpretation = in;
+        library().writeFrame(folder / "b.tif", *library().readFrame(folder / "a.tif", in), options);
+        EXPECT_LT(largestDifference(*library().readFrame(folder / "b.tif"), scan), 1e-4);
+    }
+}
+
 TEST(Interpretation, RefusesNumbersThatDescribeNoCurve)
 {
     const auto refused = [](void (*spoil)(Interpretation&)) {
@@ -104,6 +121,7 @@ TEST(Interpretation, RefusesNumbersThatDescribeNoCurve)
     EXPECT_TRUE(contains(refused([](Interpretation& in) { in.referenceWhite = 95; }), "reference white"));
     EXPECT_TRUE(contains(refused([](Interpretation& in) { in.gamma = 0; }), "gamma"));
     EXPECT_TRUE(contains(refused([](Interpretation& in) { in.softclip = -1; }), "soft clip"));
+    EXPECT_TRUE(contains(refused([](Interpretation& in) { in.softclip = 590; }), "soft clip"));
     EXPECT_TRUE(contains(refused([](Interpretation& in) { in.offset = NAN; }), "not finite"));
 }
 

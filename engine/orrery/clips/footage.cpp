@@ -1,5 +1,6 @@
 // Reading a clip's frames.
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <algorithm>
 #include <cmath>
@@ -9,6 +10,9 @@
 
 namespace orrery {
 namespace {
+
+static_assert(static_cast<int>(pixels::Luminance::Maximum) == VX_LUMINANCE_MAXIMUM,
+              "one enumeration is cast to the other");
 
 bool isWhole(const FrameSize& size) { return size.first && size.second; }
 
@@ -23,6 +27,15 @@ FrameSize sizeInFile(const QString& path)
     const pixels::FrameInfo info =
         withPixels(QString(), [&path](pixels::Library& library) { return library.readHeader(toPath(path)); });
     return {static_cast<unsigned int>(info.size.width), static_cast<unsigned int>(info.size.height)};
+}
+
+// Another one when the file is rendered again; empty when it is not there.
+QString versionOf(const QString& file)
+{
+    const QFileInfo info(file);
+    if (!info.exists())
+        return QString();
+    return text("%1 %2 %3", info.size(), info.lastModified().toMSecsSinceEpoch(), file);
 }
 
 // The file to ask for the size of the footage: the first stream's first, or empty.
@@ -48,6 +61,10 @@ pixels::Interpretation interpretationOf(const ColorSettings& color)
     if (color.logReferenceWhite <= color.logReferenceBlack)
         raise<STRM_BadArgument>(text("The clip's reference white %1 is not above its reference black %2",
                                      color.logReferenceWhite, color.logReferenceBlack));
+    if (color.softclip < 0 || color.softclip >= color.logReferenceWhite - color.logReferenceBlack)
+        raise<STRM_BadArgument>(text("The clip's soft clip %1 is not between 0 and the %2 from its reference black to "
+                                     "its reference white",
+                                     color.softclip, color.logReferenceWhite - color.logReferenceBlack));
     interpretation.colorspace = static_cast<pixels::Colorspace>(color.colorspace);
     interpretation.conversion = static_cast<pixels::Conversion>(color.conversion);
     interpretation.offset = color.offset;
@@ -62,22 +79,25 @@ pixels::Interpretation interpretationOf(const ColorSettings& color)
 
 QPair<unsigned int, unsigned int> footageSize(ClipModel& clip)
 {
-    QString file;
-    FrameSize set;
+    QString file, knownVersion;
+    FrameSize set, known;
     {
         Stratum::Reading reading(clip.manager());
         set = clip.state.size;
         file = firstFile(clip.state);
-        if (isWhole(set) || file.isEmpty())
-            return set;
-        if (file == clip.foundIn)
-            return merged(set, clip.foundSize);
+        knownVersion = clip.foundIn;
+        known = clip.foundSize;
     }
-    if (!QFileInfo(file).exists())
+    if (isWhole(set) || file.isEmpty())
         return set;
+    const QString version = versionOf(file);
+    if (version.isEmpty())
+        return set;
+    if (version == knownVersion)
+        return merged(set, known);
     const FrameSize found = sizeInFile(file);
     Stratum::Reading reading(clip.manager());
-    clip.foundIn = file;
+    clip.foundIn = version;
     clip.foundSize = found;
     return merged(set, found);
 }
@@ -106,7 +126,8 @@ Footage::Footage(ClipModel& clip, int clipView, int first, int last) : m_first(f
     m_stream = stream->second;
     if (!m_stream.isKnown())
         raise<STRM_BadFile>(text("%1: no frame of the sequence was found", m_stream.name.pattern()));
-    m_interpretation = interpretationOf(model.state.color);
+    m_color = model.state.color;
+    m_interpretation = interpretationOf(m_color);
     if (isWhole(size))
         m_size = {static_cast<int>(size.first), static_cast<int>(size.second)};
     const int hero = model.manager().settings.heroView;
@@ -115,7 +136,7 @@ Footage::Footage(ClipModel& clip, int clipView, int first, int last) : m_first(f
     const auto value = [hero, view](const Knob::Animation& animation, int frame) {
         return animation.at(frame, view, hero, true).x;
     };
-    m_luminance = static_cast<VX_LUMINANCE_MODEL>(static_cast<int>(value(model.values[ClipModel::Luminance], first)));
+    m_luminance = static_cast<pixels::Luminance>(static_cast<int>(value(model.values[ClipModel::Luminance], first)));
     const StreamBranch& branch = *model.stream(clipView);
     for (int frame = first; frame <= last; ++frame) {
         const double offset = value(branch.values[StreamBranch::TimeOffset], frame);
@@ -172,29 +193,9 @@ pixels::SharedImage Footage::read(int frame) const
         if (gain == 1)
             return image;
         auto bright = std::make_shared<pixels::Image>(*image);
-        for (std::size_t i = 0; i < bright->values.size(); ++i)
-            if (bright->channels != 4 || i % 4 != 3)
-                bright->values[i] *= gain;
+        library.adjust(*bright, gain);
         return bright;
     });
-}
-
-pixels::Image luminanceOf(const pixels::Image& image, VX_LUMINANCE_MODEL model)
-{
-    if (image.channels < 3)
-        return image;
-    pixels::Image grey(image.size, 1);
-    const float* in = image.values.data();
-    for (float& out : grey.values) {
-        if (model == VX_LUMINANCE_MAXIMUM)
-            out = std::max({in[0], in[1], in[2]});
-        else if (model == VX_LUMINANCE_AVERAGE)
-            out = (in[0] + in[1] + in[2]) / 3;
-        else
-            out = 0.2126f * in[0] + 0.7152f * in[1] + 0.0722f * in[2];
-        in += image.channels;
-    }
-    return grey;
 }
 
 } // namespace orrery

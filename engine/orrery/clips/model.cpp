@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <engine/clips/model.h>
 #include <engine/errors/message.h>
 #include <engine/handles/access.h>
@@ -206,6 +207,21 @@ private:
 std::unique_ptr<Stratum::Change> ClipModel::stateChange(ClipState next, Stratum::Notices notices)
 {
     return std::make_unique<StateChange>(*this, std::move(next), std::move(notices));
+}
+
+void ClipModel::showFrom(int view, int frame)
+{
+    stream(view)->values[StreamBranch::TimeOffset].setRest({static_cast<double>(-frame)});
+}
+
+std::int64_t ClipModel::frameEnd() const
+{
+    std::int64_t end = state.streams.empty() ? state.length : 0;
+    for (const auto& [view, shown] : state.streams) {
+        const Knob::Animation& offset = stream(view)->values[StreamBranch::TimeOffset];
+        end = std::max<std::int64_t>(end, shown.length() - (offset.animated() ? 0 : std::llround(offset.rest().x)));
+    }
+    return end;
 }
 
 void ClipModel::setState(ClipState next)

@@ -42,6 +42,12 @@ std::vector<ExportedView> viewsToWrite(Clip::Data& clip, const QVector<View>& as
     return views;
 }
 
+unsigned int frameEnd(Clip::Data& clip)
+{
+    Stratum::Reading reading(*clip.manager);
+    return static_cast<unsigned int>(std::max<std::int64_t>(clip.model->state.frameCount(), clip.model->frameEnd()));
+}
+
 pixels::Depth depthOf(const Footage& footage, int frame, int conversion, const QString& suffix)
 {
     if (conversion == _8BitConversion)
@@ -73,7 +79,7 @@ void Clip::exportClip(Clip* destination, const QString& path, const QString& pre
     const QPointer<Clip> target = destination;
     const ClipState source = m_data->state();
     const ExportPlan plan({path, prefix, suffix, view_format, first, last, index_width, separate_streams},
-                          source.frameCount(), viewsToWrite(*m_data, views));
+                          frameEnd(*m_data), viewsToWrite(*m_data, views));
     OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Exporting %1", quoted(source.name)));
     std::vector<Footage> footage;
     std::vector<pixels::WriteOptions> options(plan.views.size());

@@ -20,6 +20,8 @@ constexpr const char* viewFormat = "%v_";
 struct Settings
 {
     unsigned int length;
+    std::pair<unsigned int, unsigned int> range; // that is exported when none is given
+    int firstNumber;
     float frameRate;
     std::vector<ExportedView> views;
     ClipModel* clip; // tells the size of a frame
@@ -30,6 +32,8 @@ Settings settingsFor(STRM_ProjectManager& manager, const QVector<Layer>& layers,
     Stratum::Reading reading(manager);
     Settings settings;
     settings.length = manager.settings.length;
+    settings.range = manager.settings.inOutRange;
+    settings.firstNumber = manager.settings.firstFrameOffset;
     settings.frameRate = manager.settings.frameRate;
     std::vector<int> ids = resolveViews(manager, asked);
     if (ids.empty() && !all)
@@ -64,7 +68,10 @@ std::unique_ptr<Clip> clipOver(const ExportPlan& plan, const QString& name, pixe
         state.mapping[view.id] = view.id;
     }
     auto clip = std::make_unique<Clip>(QString(), QString(), false, 0, 0, 0, nullptr);
-    clip->data().model->setState(std::move(state));
+    ClipModel& model = *clip->data().model;
+    model.setState(std::move(state));
+    for (const ExportedView& view : plan.views)
+        model.showFrom(view.id, plan.first);
     return clip;
 }
 
@@ -83,7 +90,8 @@ Clip* Project::export_rendered_shapes(const QVector<Layer>& layers, ColorizeOutp
     STRM_ProjectManager& manager = *held;
     const Settings settings = settingsFor(manager, layers, views, separate_streams);
     const ExportPlan plan(
-        {path, prefix, suffix, QString::fromLatin1(viewFormat), first, last, index_width, separate_streams},
+        {path, prefix, suffix, QString::fromLatin1(viewFormat), first == unknownFrame ? settings.range.first : first,
+         last == unknownFrame ? settings.range.second : last, index_width, separate_streams, settings.firstNumber},
         settings.length, settings.views);
     const pixels::Size size = frameSize(settings.clip);
 

@@ -41,7 +41,7 @@ QString fileNamePart(const QString& abbreviation)
 } // namespace
 
 ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount, std::vector<ExportedView> asked)
-    : folder(arguments.path), views(std::move(asked))
+    : folder(arguments.path), firstNumber(arguments.firstNumber), views(std::move(asked))
 {
     requireText("path", arguments.path);
     if (arguments.path.isEmpty())
@@ -59,13 +59,15 @@ ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount
         raise<STRM_OutOfRange>(text("last: there is no frame %1, there are %2 frames", end, frameCount));
     if (views.empty())
         raise<STRM_BadState>(text("There is no view to export"));
-    if (!arguments.separateStreams)
-        views.resize(1);
-    else
+    if (arguments.separateStreams)
         requireNamePart("view_format", arguments.viewFormat);
+    else if (views.size() > 1)
+        raise<STRM_BadArgument>(
+            text("separate_streams: %1 views cannot be written as one sequence: name one of them", views.size()));
     requireBearable(arguments.first, end, views.size());
     first = static_cast<int>(arguments.first);
     last = static_cast<int>(end);
+    requireNumbers(first, last, firstNumber);
     nameViews(arguments);
 }
 
@@ -92,9 +94,18 @@ void requireBearable(unsigned int first, unsigned int last, std::size_t views)
             text("Frames %1 to %2 are more than the %3 that can be worked on at once", first, last, mostFrames));
 }
 
+void requireNumbers(int first, int last, int firstNumber)
+{
+    for (const int frame : {first, last})
+        if (const std::int64_t number = std::int64_t(firstNumber) + frame; number < 0 || number > lastNumber)
+            raise<STRM_OutOfRange>(text("Frame %1 is numbered %2 by the first frame offset, which no file can be",
+                                        frame, static_cast<long long>(number)));
+}
+
 StreamInfo ExportPlan::info(const ExportedView& view) const
 {
-    return describe(view.name, static_cast<unsigned int>(first), static_cast<unsigned int>(last));
+    return describe(view.name, static_cast<unsigned int>(firstNumber + first),
+                    static_cast<unsigned int>(firstNumber + last));
 }
 
 pixels::Depth depthFor(const QString& suffix, pixels::Depth wanted)

@@ -19,6 +19,7 @@ struct ExportArguments
     unsigned int last; // unknownFrame: the last that there is
     unsigned int indexWidth;
     bool separateStreams;
+    int firstNumber = 0; // that the file of frame 0 has
 };
 
 struct ExportedView
@@ -38,6 +39,7 @@ struct ExportPlan
     QString folder;
     int first;
     int last;
+    int firstNumber;
     std::vector<ExportedView> views;
 
     int frameCount() const { return last - first + 1; }
@@ -49,12 +51,15 @@ struct ExportPlan
         return views[static_cast<std::size_t>(n) % views.size()];
     }
     int frame(int n) const { return first + n / static_cast<int>(views.size()); }
-    QString fileName(int n) const { return view(n).name.fileName(static_cast<unsigned int>(frame(n))); }
+    QString fileName(int n) const { return view(n).name.fileName(static_cast<unsigned int>(firstNumber + frame(n))); }
     StreamInfo info(const ExportedView& view) const;
 
 private:
     void nameViews(const ExportArguments& arguments);
 };
+
+// STRM_OutOfRange when the files of frames cannot have these numbers.
+void requireNumbers(int first, int last, int firstNumber);
 
 // Limits the frames and views of one operation, whose snapshot is held in memory. STRM_OutOfRange.
 void requireBearable(unsigned int first, unsigned int last, std::size_t views = 1);

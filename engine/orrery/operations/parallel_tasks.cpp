@@ -1,54 +1,95 @@
-// The calling thread works too, so that a single task costs nothing extra.
+// Threads wait for a batch, and take its tasks in order.
 
 #include "parallel_tasks.h"
 
 #include <algorithm>
-#include <atomic>
-#include <exception>
-#include <thread>
+#include <system_error>
 
 namespace orrery {
-namespace {
 
-class Joined
+Workers::Workers(int most)
 {
-public:
-    explicit Joined(std::thread thread) : m_thread(std::move(thread)) {}
-    Joined(Joined&&) = default;
-    ~Joined()
-    {
-        if (m_thread.joinable())
-            m_thread.join();
-    }
+    const int count = std::max(1, std::min(most, static_cast<int>(std::thread::hardware_concurrency())));
+    for (int i = 0; i < count; ++i)
+        try {
+            m_threads.emplace_back([this] { work(); });
+        } catch (const std::system_error&) { // fewer will do
+            if (m_threads.empty())
+                throw;
+            break;
+        }
+}
 
-private:
-    std::thread m_thread;
-};
-
-} // namespace
-
-void runTasks(const std::vector<std::function<void()>>& tasks)
+Workers::~Workers()
 {
-    std::atomic<std::size_t> next{0};
-    std::vector<std::exception_ptr> failures(tasks.size());
-    const auto work = [&] {
-        for (std::size_t i = next++; i < tasks.size(); i = next++)
-            try {
-                tasks[i]();
-            } catch (...) {
-                failures[i] = std::current_exception();
-            }
-    };
     {
-        const std::size_t cores = std::max(1U, std::thread::hardware_concurrency());
-        std::vector<Joined> helpers;
-        for (std::size_t i = 1; i < std::min(cores, tasks.size()); ++i)
-            helpers.emplace_back(std::thread(work));
-        work();
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_ending = true;
     }
-    for (const std::exception_ptr& failure : failures)
-        if (failure)
-            std::rethrow_exception(failure);
+    m_begun.notify_all();
+    for (std::thread& thread : m_threads)
+        thread.join();
+}
+
+void Workers::begin(int count, std::function<void(int)> work)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_work = std::move(work);
+    m_count = m_failed = count;
+    m_next = m_done = 0;
+    m_failure = nullptr;
+    m_begun.notify_all();
+}
+
+int Workers::wait(int known, std::chrono::nanoseconds longest)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait_for(lock, longest, [this, known] { return m_done > known || idle(); });
+    return m_done;
+}
+
+bool Workers::over()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return idle();
+}
+
+void Workers::finish()
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait(lock, [this] { return idle(); });
+    if (m_failure)
+        std::rethrow_exception(m_failure);
+}
+
+void Workers::work()
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    for (;;) {
+        m_begun.wait(lock, [this] { return m_ending || m_next < m_count; });
+        if (m_ending)
+            return;
+        const int task = m_next++;
+        ++m_running;
+        lock.unlock();
+        std::exception_ptr failure;
+        try {
+            m_work(task);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        lock.lock();
+        --m_running;
+        if (!failure)
+            ++m_done;
+        else
+            m_next = m_count;
+        if (failure && task < m_failed) {
+            m_failed = task;
+            m_failure = failure;
+        }
+        m_changed.notify_all();
+    }
 }
 
 } // namespace orrery

@@ -1,18 +1,16 @@
 // ProgressWatcher, and the operations that report to one.
 
 #include "cancel_link.h"
+#include "parallel_tasks.h"
 
 #include <algorithm>
 #include <cassert>
-#include <condition_variable>
 #include <engine/embedding.h>
 #include <engine/errors/message.h>
 #include <engine/handles/access.h>
 #include <engine/handles/destruction_hook.h>
 #include <engine/operations/progress.h>
 #include <mutex>
-#include <thread>
-#include <vector>
 
 ProgressWatcher::ProgressWatcher(QObject* parent) : QObject(parent), m_data(new Data(*this)) {}
 
@@ -128,114 +126,19 @@ void OperationProgress::report(double fraction, const QString& doing)
 
 // ---- Frames on all cores --------------------------------------------------------------------------------------------
 
-namespace {
-
-// The work that is shared out: who takes a frame, what went wrong first, and how many are done.
-class Shares
-{
-public:
-    Shares(int count, const std::function<void(int)>& work) : m_count(count), m_work(work) {}
-
-    void run()
-    {
-        while (!m_stop) { // a frame that was taken is worked on: the first that fails is the first in order
-            const int frame = m_next++;
-            if (frame >= m_count)
-                break;
-            try {
-                m_work(frame);
-                ended(m_count, nullptr);
-            } catch (...) {
-                ended(frame, std::current_exception());
-            }
-        }
-    }
-
-    void stop() { m_stop = true; }
-
-    // The number that is done, once it is more than `known`, nothing is left, or some time has passed.
-    int wait(int known)
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait_for(lock, leastInterval, [this, known] { return m_done > known || m_failure; });
-        return m_done;
-    }
-
-    bool over()
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        return m_done == m_count || m_failure;
-    }
-
-    // Once all have ended.
-    void rethrow() const
-    {
-        if (m_failure)
-            std::rethrow_exception(m_failure);
-    }
-
-private:
-    void ended(int frame, std::exception_ptr failure)
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        if (!failure)
-            ++m_done;
-        else if (frame < m_failed) {
-            m_failed = frame;
-            m_failure = failure;
-            m_stop = true;
-        }
-        m_changed.notify_one();
-    }
-
-    const int m_count;
-    const std::function<void(int)>& m_work;
-    std::atomic<int> m_next{0};
-    std::atomic<bool> m_stop{false};
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    int m_done = 0;
-    int m_failed = 0x7fffffff;
-    std::exception_ptr m_failure;
-};
-
-class Workers
-{
-public:
-    Workers(Shares& shares, int count) : m_shares(shares)
-    {
-        for (int i = 0; i < count; ++i)
-            m_threads.emplace_back([&shares] { shares.run(); });
-    }
-    ~Workers()
-    {
-        m_shares.stop();
-        for (std::thread& thread : m_threads)
-            thread.join();
-    }
-
-private:
-    Shares& m_shares;
-    std::vector<std::thread> m_threads;
-};
-
-} // namespace
-
 void forEachFrame(OperationProgress& progress, int count, const std::function<void(int)>& work,
                   const std::function<QString(int)>& doing)
 {
-    Shares shares(count, work);
-    {
-        Workers workers(shares, std::min<int>(count, std::max(1U, std::thread::hardware_concurrency())));
-        for (int done = 0; !shares.over();) {
-            progress.throwIfCancelled();
-            if (const int now = shares.wait(done); now > done) {
-                done = now;
-                progress.report(static_cast<double>(done) / count, doing(done));
-            }
+    Workers workers(count);
+    workers.begin(count, work);
+    for (int done = 0; !workers.over();) {
+        progress.throwIfCancelled();
+        if (const int now = workers.wait(done, leastInterval); now > done) {
+            done = now;
+            progress.report(static_cast<double>(done) / count, doing(done));
         }
     }
-    shares.rethrow();
+    workers.finish();
     progress.report(1, doing(count));
 }
 

@@ -46,7 +46,8 @@ ClipState stateOver(const RenderedClip& rendered, const Stratum::Settings& setti
     state.mapping[rendered.view] = rendered.view;
     state.size = {static_cast<unsigned int>(rendered.size.width), static_cast<unsigned int>(rendered.size.height)};
     state.frameRate = settings.frameRate;
-    state.firstFrameOffset = settings.firstFrameOffset + static_cast<int>(rendered.stream.first);
+    state.firstFrameOffset = settings.firstFrameOffset;
+    state.color = rendered.color;
     return state;
 }
 
@@ -75,6 +76,7 @@ Clip* Project::render(RenderOperation* operation, int first, int last, const QVe
         settings = manager.settings;
     }
     std::unique_ptr<Clip> clip = newClip(m_data->manager, stateOver(*rendered, settings));
+    clip->data().model->showFrom(rendered->view, rendered->first);
     Stratum::Edit edit(manager);
     const std::shared_ptr<Clip*> adopted = adoptClip(edit, *m_data, std::move(clip));
     edit.commit();

@@ -32,6 +32,25 @@ RenderValues valuesOf(const Parameters& parameters, int frame, int view)
             static_cast<int>(value(Parameters::Luminance))};
 }
 
+// What lies behind a layer moves as the nearest layer below that is tracked and stays in the picture. A layer that is
+// linked says itself what it moves with, and one with nothing tracked below is taken for a part of the plane.
+Stratum::LayerModel& planeBehind(STRM_ProjectManager& manager, Stratum::LayerModel& layer,
+                                 const std::vector<Stratum::LayerModel*>& selected, int view)
+{
+    Stratum::LayerModel* plane = &layer;
+    if (layer.trackedWith())
+        return layer;
+    for (Stratum::LayerModel* below : Stratum::allLayers(manager)) {
+        if (below == &layer)
+            break;
+        const Stratum::LayerModel& source = below->trackSource();
+        const bool moves = source.tracked(view) || source.tracked(manager.settings.heroView);
+        if (moves && &source != &layer && std::find(selected.begin(), selected.end(), below) == selected.end())
+            plane = below;
+    }
+    return *plane;
+}
+
 // A new folder, so that a render never touches the frames of another: "insert_2".
 QString newFolder(const QString& parent, const QString& name)
 {
@@ -77,6 +96,8 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
         Stratum::Reading reading(manager);
         view = resolveView(manager, asked);
         outputFolder = manager.settings.outputFolder;
+        firstNumber = manager.settings.firstFrameOffset;
+        requireNumbers(first, last, firstNumber);
         const std::vector<Stratum::LayerModel*> selected = selectLayers(manager, wanted);
         if (selected.empty())
             raise<STRM_BadState>(text("There is no layer to render"));
@@ -84,13 +105,17 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
         if (!clip)
             raise<STRM_BadState>(text("There is no clip to render the layers with"));
         if (around) {
-            const std::int64_t count = std::min(manager.settings.length, clip->state.frameCount());
+            const std::int64_t count = std::min<std::int64_t>(manager.settings.length, clip->frameEnd());
             reachFirst = static_cast<int>(std::max<std::int64_t>(0, first - farthest));
             reachLast = static_cast<int>(std::max<std::int64_t>(last, std::min(count - 1, last + farthest)));
         }
         requireBearable(static_cast<unsigned int>(reachFirst), static_cast<unsigned int>(reachLast));
         for (Stratum::LayerModel* layer : selected)
             layers.push_back(Stratum::snapshot(*layer, reachFirst, reachLast, view));
+        for (Stratum::LayerModel* layer : selected)
+            if (around)
+                planes.push_back(
+                    Stratum::snapshot(planeBehind(manager, *layer, selected, view), reachFirst, reachLast, view));
         for (int frame = first; frame <= last; ++frame)
             values.push_back(valuesOf(manager.parameters(), frame, view));
     }
@@ -116,20 +141,20 @@ VX::IClip* renderFrames(const RenderScene& scene, ProgressWatcher& watcher, cons
     const pixels::FrameInfo header = scene.footage->header(scene.first);
     const QString source = scene.footage->file(scene.first);
     const QString suffix = QLatin1Char('.') + QFileInfo(source).suffix();
-    const pixels::WriteOptions options{depthFor(suffix, header.depth)};
+    pixels::WriteOptions options{depthFor(suffix, header.depth)};
+    options.interpretation = scene.footage->interpretation();
     NewFolder folder(scene.outputFolder, asText(name));
     const SequenceName sequence{folder.path(), asText(name) + QLatin1Char('.'), suffix, frameDigits};
-    auto result = std::make_unique<RenderedClip>(
-        asText(name), folder.path(),
-        Stream{sequence, static_cast<unsigned int>(scene.first), static_cast<unsigned int>(scene.last)}, scene.view,
-        header.size);
+    auto result = std::make_unique<RenderedClip>(asText(name), folder.path(),
+                                                 Stream{sequence, scene.number(scene.first), scene.number(scene.last)},
+                                                 scene.first, scene.view, header.size, scene.footage->color());
     {
         StagedFiles files(folder.path());
         forEachFrame(
             progress, count,
             [&](int n) {
                 const int frame = scene.first + n;
-                files.write(sequence.fileName(static_cast<unsigned int>(frame)), make(frame), options);
+                files.write(sequence.fileName(scene.number(frame)), make(frame), options);
             },
             [count](int done) { return text("%1 of %2 frames", done, count); });
         files.commit();

@@ -34,13 +34,16 @@ public:
     int first;
     int last;
     int view;
-    int reachFirst; // of layers and footage
+    int firstNumber; // that the file of frame 0 has
+    int reachFirst;  // of layers and footage
     int reachLast;
     QString outputFolder;
     std::vector<Stratum::LayerSnapshot> layers; // bottom first
+    std::vector<Stratum::LayerSnapshot> planes; // with `around`: of each layer, what moves as the plane behind it does
     std::vector<RenderValues> values;           // from `first` on
     std::unique_ptr<const Footage> footage;
 
+    unsigned int number(int frame) const { return static_cast<unsigned int>(frame + firstNumber); }
     const RenderValues& valuesAt(int frame) const { return values.at(static_cast<std::size_t>(frame - first)); }
 };
 
@@ -48,8 +51,10 @@ public:
 class RenderedClip : public VX::IClip
 {
 public:
-    RenderedClip(QString title, QString folder, Stream stream, int view, pixels::Size size)
-        : title(std::move(title)), folder(std::move(folder)), stream(std::move(stream)), view(view), size(size)
+    RenderedClip(QString title, QString folder, Stream stream, int first, int view, pixels::Size size,
+                 const ColorSettings& color)
+        : title(std::move(title)), folder(std::move(folder)), stream(std::move(stream)), first(first), view(view),
+          size(size), color(color)
     {}
     ~RenderedClip() override;
 
@@ -58,8 +63,10 @@ public:
     const QString title;
     const QString folder;
     const Stream stream;
+    const int first; // the frame that shows its first file
     const int view;
     const pixels::Size size;
+    const ColorSettings color;
 
 private:
     bool m_kept = false;

@@ -9,25 +9,7 @@
 namespace orrery {
 namespace {
 
-// Draws one layer into a picture that has `channels` values per pixel, all of them weighed with coverage: adding puts
-// `paint` over what is there.
-void blend(pixels::Image& picture, const pixels::Image& matte, const std::vector<float>& paint, float opacity, int mode)
-{
-    const std::size_t channels = paint.size();
-    float* out = picture.values.data();
-    for (const float covered : matte.values) {
-        const float part = covered * opacity;
-        const float kept = mode == VX_BlendIntersect ? part : 1 - part;
-        if (mode != VX_BlendAdd) {
-            for (std::size_t i = 0; i < channels; ++i)
-                out[i] *= kept;
-        } else if (part > 0) {
-            for (std::size_t i = 0; i < channels; ++i)
-                out[i] = out[i] * kept + paint[i] * part;
-        }
-        out += channels;
-    }
-}
+static_assert(static_cast<int>(pixels::Blend::Intersect) == VX_BlendIntersect, "one enumeration is cast to the other");
 
 // What each layer is painted with; as many values as the picture has channels.
 using Paint = std::vector<float> (*)(const Stratum::LayerSnapshot& layer, std::size_t index, std::size_t count);
@@ -58,8 +40,11 @@ pixels::Image draw(const std::vector<Stratum::LayerSnapshot>& layers, int frame,
         if (!isDrawn(layers[i], frame))
             continue;
         const Stratum::LayerFrame& shape = layers[i].frame(frame);
-        blend(picture, matteOf(shape, size), paint(layers[i], i, layers.size()), static_cast<float>(shape.opacity),
-              shape.blendMode);
+        const pixels::Image matte = matteOf(shape, size);
+        withPixels(QString(), [&](pixels::Library& library) {
+            library.blend(picture, matte, paint(layers[i], i, layers.size()), static_cast<float>(shape.opacity),
+                          static_cast<pixels::Blend>(shape.blendMode));
+        });
     }
     return picture;
 }

@@ -35,18 +35,18 @@ struct Plan
 // The end of the work range is no end that somebody asked for: footage that is shorter ends the track.
 unsigned int defaultStop(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers)
 {
-    unsigned int longest = 0;
+    std::int64_t longest = 0;
     for (const Stratum::LayerModel* layer : layers)
-        longest = std::max(longest, clipModel(manager, layer->clip)->state.frameCount());
+        longest = std::max(longest, clipModel(manager, layer->clip)->frameEnd());
     const unsigned int stop = manager.settings.inOutRange.second;
-    return longest ? std::min(stop, longest - 1) : stop;
+    return longest > 0 ? static_cast<unsigned int>(std::min<std::int64_t>(stop, longest - 1)) : stop;
 }
 
 Range rangeOf(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers, unsigned int start,
               unsigned int stop)
 {
     const Stratum::Settings& settings = manager.settings;
-    if (start == unknownFrame)
+    if (start == unknownFrame || (start == 0 && stop == unknownFrame)) // no range was given
         start = settings.inOutRange.first;
     if (stop == unknownFrame)
         stop = defaultStop(manager, layers);

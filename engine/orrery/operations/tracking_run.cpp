@@ -3,7 +3,6 @@
 
 #include "tracking_run.h"
 
-#include "parallel_tasks.h"
 #include "shape_rendering.h"
 
 #include <algorithm>
@@ -118,6 +117,11 @@ void TrackingRun::run(const std::function<void(int frame, int done)>& step)
     pass(-1, step);
 }
 
+void TrackingRun::runTasks(const std::vector<std::function<void()>>& tasks)
+{
+    m_workers.run(static_cast<int>(tasks.size()), [&tasks](int i) { tasks[static_cast<std::size_t>(i)](); });
+}
+
 void TrackingRun::pass(int direction, const std::function<void(int frame, int done)>& step)
 {
     m_frames.clear();
@@ -165,7 +169,7 @@ void TrackingRun::prepare(int frame, int direction, std::vector<std::function<vo
             const Footage& source = m_footage[static_cast<std::size_t>(footage)];
             const pixels::SharedImage image = source.read(frame);
             const auto prepared = withPixels(source.file(frame), [&](pixels::Library& library) {
-                return library.prepare(luminanceOf(*image, source.luminance()));
+                return library.prepare(library.luminance(*image, source.luminance()));
             });
             std::lock_guard<std::mutex> lock(m_mutex);
             m_frames[{footage, frame}] = prepared;
@@ -229,8 +233,7 @@ void TrackingRun::begin(Follower& follower, int frame)
     try {
         pixels::Image region = matteOf(layer.snapshot.frame(frame), sizeOf(layer.footage), Lum_Matrix33::identity());
         const pixels::Image covered = hidden(follower, frame);
-        for (std::size_t i = 0; i < covered.values.size(); ++i)
-            region.values[i] *= 1 - covered.values[i];
+        pixelLibrary().cutOut(region, covered);
         follower.tracker = pixelLibrary().track(frameOf(follower, frame), region, modelOf(layer.snapshot.motionModel));
         std::lock_guard<std::mutex> lock(m_mutex);
         layer.transforms[frame] = Lum_Matrix33::identity();
@@ -257,12 +260,7 @@ pixels::Image TrackingRun::hidden(const Follower& follower, int frame)
         if (!own.mayTouch(boxOf(other.frame(frame), transformOf(above, frame))))
             continue;
         waitFor(above, frame);
-        const pixels::Image matte = matteOf(other.frame(frame), sizeOf(layer.footage), transformOf(above, frame));
-        if (covered.empty())
-            covered = matte;
-        else
-            std::transform(matte.values.begin(), matte.values.end(), covered.values.begin(), covered.values.begin(),
-                           [](float a, float b) { return std::max(a, b); });
+        pixelLibrary().unite(covered, matteOf(other.frame(frame), sizeOf(layer.footage), transformOf(above, frame)));
     }
     return covered;
 }

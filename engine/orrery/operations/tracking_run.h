@@ -2,6 +2,8 @@
 // Layers share each frame's decoding, all cores work, and what is hidden by the layers above is left out.
 #pragma once
 
+#include "parallel_tasks.h"
+
 #include <QString>
 #include <condition_variable>
 #include <engine/clips/footage.h>
@@ -63,6 +65,7 @@ private:
     int end(std::size_t layer, int direction) const;
     bool isActive(const Follower& follower, int frame, int direction) const;
     void prepare(int frame, int direction, std::vector<std::function<void()>>& tasks);
+    void runTasks(const std::vector<std::function<void()>>& tasks);
     void follow(Follower& follower, int frame, int direction);
     void begin(Follower& follower, int frame);
     pixels::Size sizeOf(int footage);
@@ -77,6 +80,8 @@ private:
     const int m_first;
     const int m_last;
     int m_done = 0;
+
+    Workers m_workers;
 
     std::mutex m_mutex; // guards what follows, and the layers' transforms
     std::condition_variable m_followed;

@@ -50,8 +50,8 @@ NumberField printfField(const QString& name)
 
 NumberField patternField(const QString& name)
 {
-    const NumberField field = hashField(name);
-    return field.found() ? field : printfField(name);
+    const NumberField field = printfField(name);
+    return field.found() ? field : hashField(name);
 }
 
 NumberField digitField(const QString& name)
@@ -179,10 +179,10 @@ SequenceName parseLocation(const QString& location, bool required)
         return onlySequenceIn(path, required);
     const QString name = QFileInfo(path).fileName();
     const QString folder = QFileInfo(path).absolutePath();
-    if (const NumberField field = patternField(name); field.found())
+    const bool present = file.exists();
+    if (const NumberField field = patternField(name); field.found() && !present)
         return split(folder, name, field);
     const NumberField field = digitField(name);
-    const bool present = file.exists();
     if (field.found() && (present || name.contains(QLatin1Char('.'))))
         return sequenceOfFile(folder, name, field);
     if (present)

@@ -1,7 +1,5 @@
 // Brings outlines into the image's plane and draws them: first hard, then the feather of those that have one.
 
-#include "coverage.h"
-
 #include "arguments.h"
 #include "edge_area.h"
 #include "feather.h"
@@ -84,7 +82,7 @@ Window windowAround(const std::vector<Outline>& outlines, Size size, double reac
             int(std::ceil(std::min(right, double(size.width)))), int(std::ceil(std::min(bottom, double(size.height))))};
 }
 
-Image coverageOf(const std::vector<Outline>& outlines, Size size, const Matrix& transform, FillRule rule)
+Image Library::coverage(const std::vector<Outline>& outlines, Size size, const Matrix& transform, FillRule rule)
 {
     checkSize(size, "a matte");
     checkTransform(transform, "the transform of an outline");

@@ -1,11 +1,7 @@
 // Lines are mattes of thin outlines, words are mattes of OpenCV's stroke font: both are laid over like any matte.
 
-#include "drawing.h"
-
 #include "arguments.h"
-#include "coverage.h"
 #include "frame_pyramid.h"
-#include "operations.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +9,7 @@
 
 namespace pixels {
 
-Image resized(const Image& image, Size size)
+Image Library::resize(const Image& image, Size size)
 {
     checkImage(image, "the image");
     checkSize(size, "the resized image");
@@ -24,27 +20,29 @@ Image resized(const Image& image, Size size)
     return result;
 }
 
-Image inChannels(const Image& image, int channels)
+Image Library::withChannels(const Image& image, int channels)
 {
     checkImage(image, "the image");
     if (channels == image.channels)
         return image;
+    if (channels == 1)
+        return luminance(image, Luminance::Rec709);
     Image result(image.size, channels);
     checkImage(result, "an image");
     constexpr int codes[5][5] = {{},
                                  {0, 0, 0, cv::COLOR_GRAY2RGB, cv::COLOR_GRAY2RGBA},
                                  {},
-                                 {0, cv::COLOR_RGB2GRAY, 0, 0, cv::COLOR_RGB2RGBA},
-                                 {0, cv::COLOR_RGBA2GRAY, 0, cv::COLOR_RGBA2RGB, 0}};
+                                 {0, 0, 0, 0, cv::COLOR_RGB2RGBA},
+                                 {0, 0, 0, cv::COLOR_RGBA2RGB, 0}};
     cv::Mat view = viewOf(result);
     cv::cvtColor(viewOf(image), view, codes[image.channels][channels]);
     return result;
 }
 
-void placeImage(Image& target, const Image& image, int x, int y)
+void Library::place(Image& target, const Image& image, int x, int y)
 {
     checkImage(target, "the target");
-    const Image fitting = inChannels(image, target.channels);
+    const Image fitting = withChannels(image, target.channels);
     const cv::Rect whole(0, 0, target.size.width, target.size.height);
     const cv::Rect there = whole & cv::Rect(x, y, image.size.width, image.size.height);
     if (there.empty())
@@ -53,7 +51,7 @@ void placeImage(Image& target, const Image& image, int x, int y)
     viewOf(fitting)(there - cv::Point(x, y)).copyTo(view(there));
 }
 
-void drawLine(Image& image, const std::vector<Point>& points, Color color, double width)
+void Library::drawOutline(Image& image, const std::vector<Point>& points, Color color, double width)
 {
     checkImage(image, "the image");
     std::vector<Outline> strokes;
@@ -69,10 +67,10 @@ void drawLine(Image& image, const std::vector<Point>& points, Color color, doubl
                            {to.x + x + y, to.y + y - x, 0},
                            {from.x - x + y, from.y - y - x, 0}});
     }
-    insertColor(image, coverageOf(strokes, image.size, {}, FillRule::NonZero), color, 1);
+    insert(image, coverage(strokes, image.size, {}, FillRule::NonZero), color);
 }
 
-void drawWords(Image& image, const std::string& text, Point baseline, double height, Color color)
+void Library::drawText(Image& image, const std::string& text, Point baseline, double height, Color color)
 {
     checkImage(image, "the image");
     constexpr int font = cv::FONT_HERSHEY_SIMPLEX;
@@ -85,7 +83,7 @@ void drawWords(Image& image, const std::string& text, Point baseline, double hei
     Image matte(image.size, 1);
     cv::Mat view = viewOf(matte);
     drawn.convertTo(view, CV_32F, 1 / 255.0);
-    insertColor(image, matte, color, 1);
+    insert(image, matte, color);
 }
 
 } // namespace pixels

@@ -4,6 +4,7 @@
 #include "image_files.h"
 
 #include "cut_off_files.h"
+#include "image_headers.h"
 #include "written_file.h"
 
 #include <OpenImageIO/filesystem.h>
@@ -15,9 +16,6 @@
 
 namespace pixels {
 namespace {
-
-// No frame of any camera comes near; a damaged header does.
-constexpr std::uint64_t mostValues = std::uint64_t(1) << 31;
 
 // The first line of a message; the others repeat it for other parts of the file.
 std::string oneLine(std::string text)
@@ -69,17 +67,19 @@ Depth depthOf(OIIO::TypeDesc type)
 
 std::unique_ptr<OIIO::ImageInput> open(const std::string& path)
 {
-    status(path);
+    const auto fileSize = std::uint64_t(status(path).st_size);
+    checkHeader(path, fileSize);
     OIIO::ImageSpec wishes;
     wishes.attribute("oiio:UnassociatedAlpha", 1); // values as they stand in the file
     auto input = OIIO::ImageInput::open(path, &wishes);
     if (!input)
         throw FileError(path, problemWith("is not an image that can be read", OIIO::geterror()));
     const OIIO::ImageSpec& spec = input->spec();
-    const auto values = std::uint64_t(std::max(spec.full_width, 1)) * std::uint64_t(std::max(spec.full_height, 1)) *
-                        std::uint64_t(std::max(spec.nchannels, 1));
-    if (spec.width <= 0 || spec.height <= 0 || spec.full_width <= 0 || spec.full_height <= 0 || spec.nchannels <= 0 ||
-        spec.image_bytes() / spec.pixel_bytes() * std::uint64_t(spec.nchannels) > mostValues || values > mostValues)
+    const auto tooMany = [&](int width, int height) {
+        const std::uint64_t most = mostValues(fileSize) / std::uint64_t(std::max(spec.nchannels, 1));
+        return width <= 0 || height <= 0 || std::uint64_t(width) > most / std::uint64_t(height);
+    };
+    if (spec.nchannels <= 0 || tooMany(spec.width, spec.height) || tooMany(spec.full_width, spec.full_height))
         throw FileError(path, "is damaged: its header says " + std::to_string(spec.width) + " x " +
                                   std::to_string(spec.height) + " pixels of " + std::to_string(spec.nchannels) +
                                   " channels");
@@ -94,7 +94,7 @@ std::vector<int> chosenChannels(const OIIO::ImageSpec& spec)
         return int(std::find(names.begin(), names.end(), name) - names.begin());
     };
     if (spec.nchannels < 3)
-        return {0};
+        return spec.alpha_channel == 1 ? std::vector<int>{0, 0, 0, 1} : std::vector<int>{0};
     std::vector<int> channels{index("R"), index("G"), index("B")};
     if (std::any_of(channels.begin(), channels.end(), [&](int channel) { return channel >= spec.nchannels; }))
         channels = {0, 1, 2};

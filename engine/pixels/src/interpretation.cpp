@@ -5,6 +5,8 @@
 
 #include "interpretation.h"
 
+#include "light.h"
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -30,11 +32,22 @@ public:
 
     double operator()(double value) const
     {
-        const double code = value * highestCode + m_offset;
+        const double code = value * highestCode;
         if (m_softclip <= 0 || code <= m_knee)
-            return straight(code);
+            return straight(code) + m_offset;
         // Above the knee a power curve leads to 1 at five times the soft clip.
-        return m_light + std::pow((code - m_knee) / (5.0 * m_softclip), m_softclip / 100) * (1 - m_light);
+        return m_light + std::pow((code - m_knee) / (5.0 * m_softclip), m_softclip / 100) * (1 - m_light) + m_offset;
+    }
+
+    // The value that the curve takes to `value`, or the nearest that a file can hold.
+    double inverse(double value) const
+    {
+        const double light = value - m_offset;
+        if (m_softclip > 0 && light > m_light)
+            return (m_knee + 5.0 * m_softclip * std::pow((light - m_light) / (1 - m_light), 100 / m_softclip)) /
+                   highestCode;
+        const double power = std::max((light + m_gain - 1) / m_gain, powerOfTen(-m_white * m_exponent));
+        return (m_white + std::log10(power) / m_exponent) / highestCode;
     }
 
 private:
@@ -44,12 +57,23 @@ private:
     double m_light; // at the knee
 };
 
-double panalogToLinear(double value)
+class PanalogCurve
 {
-    constexpr double white = 681, black = 64, codesPerDecade = 444;
-    static const double blackLight = powerOfTen((black - white) / codesPerDecade);
-    return (powerOfTen((value * highestCode - white) / codesPerDecade) - blackLight) / (1 - blackLight);
-}
+public:
+    double operator()(double value) const
+    {
+        return (powerOfTen((value * highestCode - white) / codesPerDecade) - m_black) / (1 - m_black);
+    }
+    double inverse(double value) const
+    {
+        const double power = std::max(value * (1 - m_black) + m_black, powerOfTen(-white / codesPerDecade));
+        return (white + std::log10(power) * codesPerDecade) / highestCode;
+    }
+
+private:
+    static constexpr double white = 681, black = 64, codesPerDecade = 444;
+    double m_black = powerOfTen((black - white) / codesPerDecade);
+};
 
 float roundTo8Bit(float value) { return std::round(std::clamp(value, 0.0f, 1.0f) * 255.0f) / 255.0f; }
 
@@ -58,7 +82,7 @@ std::function<double(double)> curveOf(const Interpretation& in)
     if (in.colorspace == Colorspace::Log)
         return LogCurve(in);
     if (in.colorspace == Colorspace::Panalog)
-        return panalogToLinear;
+        return PanalogCurve();
     return [](double value) { return value; };
 }
 
@@ -111,8 +135,9 @@ void check(const Interpretation& in)
         throw std::invalid_argument("the reference white of the colour parameters is not above the reference black");
     if (in.gamma <= 0)
         throw std::invalid_argument("the gamma of the colour parameters is not above 0");
-    if (in.softclip < 0)
-        throw std::invalid_argument("the soft clip of the colour parameters is below 0");
+    if (in.softclip < 0 || in.softclip >= in.referenceWhite - in.referenceBlack)
+        throw std::invalid_argument(
+            "the soft clip of the colour parameters is not between 0 and the distance from black to white");
 }
 
 void interpret(Image& image, const Interpretation& interpretation)
@@ -122,9 +147,20 @@ void interpret(Image& image, const Interpretation& interpretation)
     if (interpretation.colorspace == Colorspace::Linear && interpretation.conversion == Conversion::Float)
         return;
     const Conversions conversions(interpretation, image.values.size());
-    const int colors = std::min(image.channels, 3);
-    for (auto pixel = image.values.begin(); pixel != image.values.end(); pixel += image.channels)
-        std::transform(pixel, pixel + colors, pixel, std::cref(conversions));
+    mapColors(image, std::cref(conversions));
+}
+
+void encode(Image& image, const Interpretation& interpretation)
+{
+    if (interpretation.conversion == Conversion::None || interpretation.colorspace == Colorspace::Linear)
+        return;
+    const auto through = [&image](const auto& curve) {
+        mapColors(image, [&curve](float value) { return float(curve.inverse(value)); });
+    };
+    if (interpretation.colorspace == Colorspace::Log)
+        through(LogCurve(interpretation));
+    else
+        through(PanalogCurve());
 }
 
 } // namespace pixels

@@ -12,4 +12,7 @@ void check(const Interpretation& interpretation);
 // Colour channels only; alpha stays.
 void interpret(Image& image, const Interpretation& interpretation);
 
+// Takes back what interpret() does, but for rounding: what a file has to hold to be read as the image.
+void encode(Image& image, const Interpretation& interpretation);
+
 } // namespace pixels

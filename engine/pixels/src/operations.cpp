@@ -1,12 +1,12 @@
-// The operations on whole images; OpenCV does the sampling.
-
-#include "operations.h"
+// What the render operations do to whole images: lay over, fill a hole from other frames, move by a transform. OpenCV
+// does the sampling.
 
 #include "arguments.h"
 #include "frame_pyramid.h"
+#include "light.h"
 
 #include <algorithm>
-#include <cmath>
+#include <functional>
 #include <opencv2/imgproc.hpp>
 
 namespace pixels {
@@ -69,24 +69,91 @@ void spread(cv::Mat& colors, const cv::Mat& known)
     colors = weighted + larger.mul(repeated(1 - known));
 }
 
+void mix(float* pixel, const float* other, float share, int channels)
+{
+    for (int channel = 0; channel < channels; ++channel)
+        pixel[channel] += (other[channel] - pixel[channel]) * share;
+}
+
+// How many pixels are missing, and how many of them the source does not show.
+struct Shown
+{
+    std::size_t wanted = 0;
+    std::size_t left = 0;
+};
+
+// Calls `take` with the place of every missing pixel that the source shows, and with what it shows there.
+template <class Take>
+Shown takeShown(Library& library, const Image& missing, const Image& source, const Matrix& transform,
+                const Image& valid, Take take)
+{
+    constexpr float whollyCovered = 0.999f;
+    checkImage(missing, "the mask of what is missing");
+    checkImage(source, "the source");
+    checkTransform(transform, "the transform");
+    if (!valid.empty())
+        checkMask(valid, source.size, "the mask of what is valid");
+    const cv::Rect bounds = boundsOf(missing);
+    if (bounds.empty())
+        return {};
+    const Matrix toBounds = Matrix::translation(-bounds.x, -bounds.y) * transform;
+    const Size size{bounds.width, bounds.height};
+    const Image moved = library.warp(source, toBounds, size);
+    const Image usable = sampled(valid.empty() ? Image(source.size, 1, 1) : valid, toBounds, size, cv::INTER_LINEAR);
+    Shown shown;
+    for (int y = 0; y < size.height; ++y)
+        for (int x = 0; x < size.width; ++x) {
+            if (*missing.at(bounds.x + x, bounds.y + y) <= 0)
+                continue;
+            ++shown.wanted;
+            if (*usable.at(x, y) < whollyCovered)
+                ++shown.left;
+            else
+                take(bounds.x + x, bounds.y + y, moved.at(x, y));
+        }
+    return shown;
+}
+
+void checkFilled(const Image& image, const Image& missing, const Image& source)
+{
+    checkImage(image, "the image");
+    checkMask(missing, image.size, "the mask of what is missing");
+    if (source.channels != image.channels)
+        throw std::invalid_argument("the source and the image differ in their channels");
+}
+
 } // namespace
 
-void insertColor(Image& image, const Image& matte, Color color, float opacity)
+void Library::insert(Image& image, const Image& matte, Color color, float opacity)
 {
     checkImage(image, "the image");
     checkMask(matte, image.size, "the matte");
-    const float grey = 0.2126f * color.red + 0.7152f * color.green + 0.0722f * color.blue;
-    const bool isGrey = image.channels == 1;
-    const float target[] = {isGrey ? grey : color.red, color.green, color.blue, 1};
+    const float first = image.channels == 1 ? rec709(color.red, color.green, color.blue) : color.red;
+    const float target[] = {first, color.green, color.blue, 1};
     float* pixel = image.values.data();
     for (const float covered : matte.values) {
-        const float share = covered * opacity;
-        for (int channel = 0; channel < image.channels; ++channel, ++pixel)
-            *pixel += (target[channel] - *pixel) * share;
+        mix(pixel, target, covered * opacity, image.channels);
+        pixel += image.channels;
     }
 }
 
-Image warped(const Image& image, const Matrix& transform, Size size, Image* covered)
+void Library::layOver(Image& image, const Image& picture, float opacity)
+{
+    checkImage(image, "the image");
+    checkImage(picture, "the picture");
+    if (picture.channels != 4 || picture.size != image.size)
+        throw std::invalid_argument("a picture to be laid over has four channels and the image's size");
+    float* out = image.values.data();
+    for (auto in = picture.values.begin(); in != picture.values.end(); in += 4) {
+        const float first = image.channels == 1 ? rec709(in[0], in[1], in[2]) : in[0];
+        const float over[] = {first, in[1], in[2], in[3]};
+        for (int channel = 0; channel < image.channels; ++channel)
+            out[channel] = out[channel] * (1 - in[3] * opacity) + over[channel] * opacity;
+        out += image.channels;
+    }
+}
+
+Image Library::warp(const Image& image, const Matrix& transform, Size size, Image* covered)
 {
     checkImage(image, "the image");
     checkSize(size, "the moved image");
@@ -99,45 +166,47 @@ Image warped(const Image& image, const Matrix& transform, Size size, Image* cove
     return sampled(image, transform, size, cv::INTER_CUBIC);
 }
 
-double fillFrom(Image& image, Image& missing, const Image& source, const Matrix& transform, const Image& valid)
+double Library::fill(Image& image, Image& missing, const Image& source, const Matrix& transform, const Image& valid)
 {
-    constexpr float whollyCovered = 0.999f;
-    checkImage(image, "the image");
-    checkMask(missing, image.size, "the mask of what is missing");
-    checkImage(source, "the source");
-    checkTransform(transform, "the transform");
-    if (source.channels != image.channels)
-        throw std::invalid_argument("the source and the image differ in their channels");
-    if (!valid.empty())
-        checkMask(valid, source.size, "the mask of what is valid");
-    const cv::Rect bounds = boundsOf(missing);
-    if (bounds.empty())
-        return 0;
-
-    const Matrix toBounds = Matrix::translation(-bounds.x, -bounds.y) * transform;
-    const Size size{bounds.width, bounds.height};
-    const Image moved = warped(source, toBounds, size, nullptr);
-    const Image usable = sampled(valid.empty() ? Image(source.size, 1, 1) : valid, toBounds, size, cv::INTER_LINEAR);
-    std::size_t wanted = 0, left = 0;
-    for (int y = 0; y < size.height; ++y)
-        for (int x = 0; x < size.width; ++x) {
-            float& share = *missing.at(bounds.x + x, bounds.y + y);
-            if (share <= 0)
-                continue;
-            ++wanted;
-            if (*usable.at(x, y) < whollyCovered) {
-                ++left;
-                continue;
-            }
-            float* pixel = image.at(bounds.x + x, bounds.y + y);
-            for (int channel = 0; channel < image.channels; ++channel)
-                pixel[channel] += (moved.at(x, y)[channel] - pixel[channel]) * share;
-            share = 0;
-        }
-    return double(left) / double(wanted);
+    checkFilled(image, missing, source);
+    const auto take = [&](int x, int y, const float* shown) {
+        float& share = *missing.at(x, y);
+        mix(image.at(x, y), shown, share, image.channels);
+        share = 0;
+    };
+    const Shown shown = takeShown(*this, missing, source, transform, valid, take);
+    return shown.wanted ? double(shown.left) / double(shown.wanted) : 0;
 }
 
-void fillSmoothly(Image& image, const Image& missing)
+bool Library::gather(Image& sum, Image& count, const Image& missing, const Image& source, const Matrix& transform,
+                     const Image& valid)
+{
+    checkFilled(sum, missing, source);
+    checkMask(count, sum.size, "the counts");
+    const Shown shown = takeShown(*this, missing, source, transform, valid, [&](int x, int y, const float* pixel) {
+        ++*count.at(x, y);
+        std::transform(pixel, pixel + sum.channels, sum.at(x, y), sum.at(x, y), std::plus<float>());
+    });
+    return shown.left < shown.wanted;
+}
+
+void Library::fillWithMean(Image& image, Image& missing, const Image& sum, const Image& count)
+{
+    checkFilled(image, missing, sum);
+    checkMask(count, sum.size, "the counts");
+    Image means = sum;
+    for (std::size_t i = 0; i < count.values.size(); ++i) {
+        if (count.values[i] <= 0)
+            continue;
+        const std::size_t first = i * std::size_t(image.channels);
+        float* const mean = means.values.data() + first;
+        std::transform(mean, mean + image.channels, mean, [&](float value) { return value / count.values[i]; });
+        mix(image.values.data() + first, mean, missing.values[i], image.channels);
+        missing.values[i] = 0;
+    }
+}
+
+void Library::fillFromSurroundings(Image& image, const Image& missing)
 {
     checkImage(image, "the image");
     checkMask(missing, image.size, "the mask of what is missing");

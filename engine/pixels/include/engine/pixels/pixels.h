@@ -155,13 +155,13 @@ enum class Conversion { None, Float, EightBit };
 
 // How the values of a file are to be understood. With Conversion::None they are taken as they stand in the file,
 // whatever the colour space; Float converts them to linear light; EightBit does the same and then rounds to the 256
-// levels of an 8 bit image. The numbers matter to Colorspace::Log only; the reference points, the soft clip and the
-// offset are in code values of a 10 bit scan (0 to 1023). The alpha channel is never converted.
+// levels of an 8 bit image. The numbers matter to Colorspace::Log only; the reference points and the soft clip are in
+// code values of a 10 bit scan (0 to 1023). The alpha channel is never converted.
 struct Interpretation
 {
     Colorspace colorspace = Colorspace::Linear;
     Conversion conversion = Conversion::None;
-    float offset = 0; // added to every code value
+    float offset = 0; // added to the linear value
     float softclip = 0;
     float referenceWhite = 685;
     float referenceBlack = 0;
@@ -179,6 +179,7 @@ struct WriteOptions
 {
     Depth depth = Depth::EightBit; // where the format has it not, the nearest that it has
     int jpegQuality = 95;
+    Interpretation interpretation{}; // under which the file is to be read as the image: its values are encoded for it
 };
 
 struct CacheStatistics
@@ -241,80 +242,133 @@ public:
     virtual TrackResult advance(const SharedTrackingFrame& frame, const Image& excluded = {}) = 0;
 };
 
+// ---- Light and layers
+// ------------------------------------------------------------------------------------------------
+
+// How a colour becomes a grey: weighed as the eye does, by the mean, or by the largest channel.
+enum class Luminance { Rec709, Average, Maximum };
+
+// What brings the brightness of one image to that of another.
+enum class LightModel { None, Gain, GainAndOffset };
+
+// How a layer joins those below: laid over, taken away from them, or leaving only what it covers.
+enum class Blend { Add, Subtract, Intersect };
+
 // ---- The library ----------------------------------------------------------------------------------------------------
 
+// A new operation is declared here and defined in the file of src/ that it belongs to; nothing else lists it. The
+// members are virtual so that a caller refers to no symbol of a library that is loaded later.
+//
 // Arguments that cannot mean anything (an image whose values do not fit its size, a transform that is not finite) throw
 // std::invalid_argument.
 class Library
 {
 public:
-    virtual ~Library() = default;
+    Library();
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+    virtual ~Library();
 
     // -- Files. All throw FileError.
 
     // Reads no pixels.
-    virtual FrameInfo readHeader(const std::string& path) = 0;
+    virtual FrameInfo readHeader(const std::string& path);
 
-    // The frame as grey, RGB or RGBA, from the shared cache where it is there. Threads that ask for the same frame at
-    // the same time share one decoding. When `expected` is not empty, a frame of another size is an error.
+    // The frame as grey, RGB or RGBA, from the shared cache where it is there; grey with alpha becomes RGBA. Threads
+    // that ask for the same frame at the same time share one decoding. When `expected` is not empty, a frame of another
+    // size is an error.
     virtual SharedImage readFrame(const std::string& path, const Interpretation& interpretation = {},
-                                  Size expected = {}) = 0;
+                                  Size expected = {});
 
     // Writes in the format of the path's suffix. What stands under `path` is always a whole file, either the old or the
     // new one: the frame is written beside and renamed; nothing is left beside when it fails.
-    virtual void writeFrame(const std::string& path, const Image& image, const WriteOptions& options = {}) = 0;
+    virtual void writeFrame(const std::string& path, const Image& image, const WriteOptions& options = {});
 
-    virtual void setCacheLimit(std::size_t bytes) = 0; // 0: nothing is kept
-    virtual CacheStatistics cacheStatistics() = 0;
+    virtual void setCacheLimit(std::size_t bytes); // 0: nothing is kept
+    virtual CacheStatistics cacheStatistics();
 
-    // -- Coverage.
+    // -- Tracking.
+
+    virtual SharedTrackingFrame prepare(const Image& frame);
+
+    // `region` is a mask of the reference frame's size: what to follow, without what lies above it. Throws RegionError.
+    virtual std::unique_ptr<Tracker> track(const SharedTrackingFrame& reference, const Image& region,
+                                           MotionModel model = MotionModel::Perspective);
+
+    // -- Mattes.
 
     // The part of each pixel that the outlines cover, each taken through `transform` first (edge widths are scaled
     // as lengths are at the vertex). Exact for hard edges that do not cross within the pixel.
     virtual Image coverage(const std::vector<Outline>& outlines, Size size, const Matrix& transform = {},
-                           FillRule rule = FillRule::EvenOdd) = 0;
+                           FillRule rule = FillRule::EvenOdd);
 
-    // -- Tracking.
+    // The larger of both in every pixel. An empty matte becomes the other one.
+    virtual void unite(Image& matte, const Image& other);
 
-    virtual SharedTrackingFrame prepare(const Image& frame) = 0;
+    // Leaves of the matte what `hidden` (empty: nothing) does not cover.
+    virtual void cutOut(Image& matte, const Image& hidden);
 
-    // `region` is a mask of the reference frame's size: what to follow, without what lies above it. Throws RegionError.
-    virtual std::unique_ptr<Tracker> track(const SharedTrackingFrame& reference, const Image& region,
-                                           MotionModel model = MotionModel::Perspective) = 0;
+    // 1 in every pixel that the matte touches and beside it, falling to 0 at about `margin` pixels (1 or more) from it.
+    virtual Image withMargin(const Image& matte, int margin);
+
+    // Draws a layer into a picture whose values are weighed with coverage; `paint` has a value for each channel.
+    virtual void blend(Image& picture, const Image& matte, const std::vector<float>& paint, float opacity, Blend mode);
+
+    // -- Light.
+
+    // One channel; a grey image stays as it is.
+    virtual Image luminance(const Image& image, Luminance model);
+
+    // Multiplies the colours, not the alpha channel, and adds to them.
+    virtual void adjust(Image& image, float gain, float offset = 0);
+
+    // Adjusts `source` so that it looks like `image` close to what `hidden` (a mask of the image) covers, moved by
+    // `transform` (source to image) and as far as it lies in `valid` (a mask of the source).
+    virtual void matchLight(Image& source, const Image& valid, const Matrix& transform, const Image& image,
+                            const Image& hidden, LightModel model, Luminance luminance);
 
     // -- Operations.
 
     // Lays a colour over the image where the matte says so, mixed by matte times opacity. Of a grey image the colour's
     // luminance is used; the alpha channel is covered as well.
-    virtual void insert(Image& image, const Image& matte, Color color, float opacity = 1) = 0;
+    virtual void insert(Image& image, const Image& matte, Color color, float opacity = 1);
+
+    // Lays a picture of four channels, weighed with coverage as blend() makes it, over the image.
+    virtual void layOver(Image& image, const Image& picture, float opacity = 1);
 
     // Fills what `missing` marks in `image` with what `source` shows there when moved by `transform` (source to image),
     // as far as it lies in `valid` (a mask of the source's size; empty: all of it). What was filled is taken out of
     // `missing`. Returns the part of the missing pixels that are still missing, 0 to 1.
     virtual double fill(Image& image, Image& missing, const Image& source, const Matrix& transform,
-                        const Image& valid = {}) = 0;
+                        const Image& valid = {});
+
+    // The same for the mean of several sources: adds what the source shows to `sum`, which has its channels, and counts
+    // it in `count`, which has one. Whether it shows anything that is missing. `missing` stays; fillWithMean() ends it.
+    virtual bool gather(Image& sum, Image& count, const Image& missing, const Image& source, const Matrix& transform,
+                        const Image& valid = {});
+    virtual void fillWithMean(Image& image, Image& missing, const Image& sum, const Image& count);
 
     // Fills what is still missing smoothly from its surroundings.
-    virtual void fillFromSurroundings(Image& image, const Image& missing) = 0;
+    virtual void fillFromSurroundings(Image& image, const Image& missing);
 
     // The image moved by the transform, sampled with a cubic; black (and transparent) where it shows nothing. `covered`
     // receives the mask of what it shows where it is given.
-    virtual Image warp(const Image& image, const Matrix& transform, Size size, Image* covered = nullptr) = 0;
+    virtual Image warp(const Image& image, const Matrix& transform, Size size, Image* covered = nullptr);
 
     // -- Drawing, for contact sheets.
 
-    virtual Image resize(const Image& image, Size size) = 0;
+    virtual Image resize(const Image& image, Size size);
     // Of one, three or four channels.
-    virtual Image withChannels(const Image& image, int channels) = 0;
+    virtual Image withChannels(const Image& image, int channels);
     // Lays `image` over `target` with its top left corner at (x, y); what hangs over is left out.
-    virtual void place(Image& target, const Image& image, int x, int y) = 0;
+    virtual void place(Image& target, const Image& image, int x, int y);
     // Closed: the last point is joined to the first.
-    virtual void drawOutline(Image& image, const std::vector<Point>& points, Color color, double width) = 0;
-    virtual void drawText(Image& image, const std::string& text, Point baseline, double height, Color color) = 0;
+    virtual void drawOutline(Image& image, const std::vector<Point>& points, Color color, double width);
+    virtual void drawText(Image& image, const std::string& text, Point baseline, double height, Color color);
 };
 
 // Changes whenever anything above does. The factory answers with null to any other.
-constexpr unsigned interfaceVersion = 1;
+constexpr unsigned interfaceVersion = 2;
 constexpr const char* factoryName = "vireo_pixels_library";
 using Factory = Library* (*)(unsigned version);
 

@@ -27,7 +27,10 @@ public:
     // As the project's view sees it. STRM_OutOfRange when no view of the clip is mapped to it.
     static Footage forProjectView(ClipModel& clip, int projectView, int first, int last);
 
-    VX_LUMINANCE_MODEL luminance() const { return m_luminance; }
+    pixels::Luminance luminance() const { return m_luminance; }
+    // How the values of its files are understood.
+    const ColorSettings& color() const { return m_color; }
+    const pixels::Interpretation& interpretation() const { return m_interpretation; }
     QString file(int frame) const;
     bool has(int frame) const;
 
@@ -46,14 +49,12 @@ private:
 
     QString m_name;
     Stream m_stream;
+    ColorSettings m_color;
     pixels::Interpretation m_interpretation;
     pixels::Size m_size; // that all frames must have; 0 for any
-    VX_LUMINANCE_MODEL m_luminance = VX_LUMINANCE_REC709;
+    pixels::Luminance m_luminance = pixels::Luminance::Rec709;
     int m_first = 0;
     std::vector<Frame> m_frames;
 };
-
-// Of one channel: the image's luminance as the model weighs it.
-pixels::Image luminanceOf(const pixels::Image& image, VX_LUMINANCE_MODEL model);
 
 } // namespace orrery

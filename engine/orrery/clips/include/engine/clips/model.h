@@ -164,6 +164,10 @@ public:
     std::unique_ptr<Stratum::Change> stateChange(ClipState next, Stratum::Notices notices);
     // For a clip that nobody knows yet.
     void setState(ClipState next);
+    // For such a clip too: the stream's first file is shown in that frame.
+    void showFrom(int view, int frame);
+    // One past the last frame that a stream shows, by its time offset where that is not animated.
+    std::int64_t frameEnd() const;
     void followStreams();
 
     // With the default view as the view that is mapped to the hero view. STRM_OutOfRange for one that none can have.
