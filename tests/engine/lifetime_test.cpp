@@ -81,8 +81,8 @@ TEST(Lifetime, WhoIsToldMayDestroyAnything)
         },
         [](World& w) { w.project->save_as(w.project->get_notes()); },
         [](World& w) {
-            w.project->export_rendered_shapes({w.layer}, Grayscale, "mattes", w.project->get_output_dir(), "m.", ".png",
-                                              0, 3, 4, {}, false);
+            delete w.project->export_rendered_shapes({w.layer}, Grayscale, "mattes", w.project->get_output_dir(), "m.",
+                                                     ".png", 0, 3, 4, {}, false);
         },
     };
     const Act acts[] = {

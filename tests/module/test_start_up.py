@@ -187,13 +187,16 @@ print steps()
 
     def test_a_second_start_is_refused(self):
         output = self.child("""
-import imp, vireo.project
-sys.modules.pop("vireo.project")
+import imp, os, shutil, tempfile, vireo.project
+folder = tempfile.mkdtemp()
+path = os.path.join(folder, "project.so")
+os.symlink(os.path.abspath(vireo.project.__file__), path)
 try:
-    imp.load_dynamic("other", vireo.project.__file__)
+    imp.load_dynamic("project", path)
 except ImportError as error:
     print error
-print "other" in sys.modules, type(vireo.project.View(1)) is vireo.project.View
+shutil.rmtree(folder)
+print "project" in sys.modules, type(vireo.project.View(1)) is vireo.project.View
 """)
         self.assertEqual(output, ["vireo.project can be started once in a process", "False True"])
 

@@ -183,6 +183,8 @@ class Overrides(Case):
             self.assertNoLeak(lambda: probe.callReact(node, 1))
 
     def test_an_attribute_of_the_object_is_none(self):
+        class Method(probe.Node):
+            def react(self, value): return 10 + value
         for cls, expected in [(probe.Node, 3), (PO, 3), (Method, 12)]:
             node = cls()
             for attribute in (lambda value: value * 7, 5, PO().react, None):
