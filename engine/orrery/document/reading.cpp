@@ -120,8 +120,8 @@ MasterRecord readMaster(const JsonReader& reader)
     record.contour = readId(members["contour"]);
     record.point = readId(members["point"]);
     read(members["time"], record.link.time);
-    static constexpr Knob::Description position{
-        "", "", Knob::Kind::Point, {}, -Knob::unlimited, Knob::unlimited, nullptr, true};
+    static constexpr Knob::Description position{"",      "",  Knob::Kind::Point, {}, -Knob::unlimited, Knob::unlimited,
+                                                nullptr, true};
     static constexpr Knob::Description angle = Knob::number("", "", 0, -Knob::unlimited, Knob::unlimited);
     record.link.position = readAnimation(members["reference"], position); // in version 1 for all views
     read(members["lock_tangents"], record.link.lockTangents);
