@@ -33,7 +33,8 @@ struct Notices
     bool empty() const;
 };
 
-// One change that can be made, taken back and made again. Neither throws: what can fail (checks, memory) comes before.
+// One change that can be made, taken back and made again. Checks come before: neither refuses. Both may still run out
+// of memory.
 class Change
 {
 public:
