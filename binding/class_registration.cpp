@@ -1,4 +1,4 @@
-// From a class's tables to its Python type.
+// Creates the Python type that a class's tables describe.
 #include "class_registration.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// Numbers that do not fit.
+// The error text for numbers that do not fit: the value and the range.
 #include "primitive_converters.h"
 
 namespace binding {

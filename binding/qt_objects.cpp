@@ -1,4 +1,4 @@
-// What is particular to library objects that are QObjects.
+// Wrapper objects of library objects that are QObjects: their Qt parents, and destruction in their own thread.
 #include "qt_objects.h"
 
 #include <QAbstractEventDispatcher>

@@ -1,4 +1,4 @@
-// What is particular to library objects that are QObjects.
+// Wrapper objects of library objects that are QObjects: their Qt parents, and destruction in their own thread.
 #ifndef BINDING_QT_OBJECTS_H
 #define BINDING_QT_OBJECTS_H
 

@@ -1,4 +1,4 @@
-// The measuring itself.
+// Processor time, peak memory and errors of points, and the folder that the benchmarks write to.
 
 #include "measure.h"
 

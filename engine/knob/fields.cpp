@@ -1,4 +1,4 @@
-// What is wrong with values, said once for scripts and files.
+// The texts of refused values, shared by the errors that scripts and readers of files get.
 #include <cmath>
 #include <engine/knob/fields.h>
 

@@ -109,7 +109,7 @@ void History::rollBack(Transaction transaction, Notices& notices)
     const auto open = std::find_if(m_open.begin(), m_open.end(),
                                    [transaction](const Open& open) { return open.transaction == transaction; });
     const std::size_t start = open->start;
-    assert(start <= m_gathered.size()); // whoever took changes back lowered the starts of the others
+    assert(start <= m_gathered.size()); // taking changes back lowers the starts of the others
     takeBackTo(m_gathered, start, notices);
     m_open.erase(open);
     for (Open& other : m_open)

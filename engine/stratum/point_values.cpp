@@ -72,7 +72,7 @@ void writePoint(Edit& edit, PointModel& point, PointValues values, bool whole, d
     const int type = point.contourModel().type();
     if (whole)
         values = completed(type, values);
-    // What is written is where the point shall be; its own values leave out what the master adds.
+    // Scripts write the point's position; its own values are that less the offset of its master.
     const Knob::Value moved = point.displacement(time, view);
     const double angle = point.turn(time, view);
     for (const PointField field : pointFields(type))

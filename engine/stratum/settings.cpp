@@ -1,4 +1,4 @@
-// Which settings a project takes.
+// The checks of a project's settings that concern more than one field.
 #include <algorithm>
 #include <engine/stratum/settings.h>
 #include <set>

@@ -53,7 +53,7 @@ inline void* makeInteger(const void* source) { return new int(source ? *static_c
 } // namespace detail
 
 // Registers `name` with Qt's meta-type system as a type of 32-bit integers and returns its id. A name that is
-// registered already keeps its id: the registration is made once in a process, whoever comes first.
+// registered already keeps its id: the registration is made once in a process, by whichever library comes first.
 inline int registerIntegerMetaType(const char* name)
 {
     if (const int known = QMetaType::type(name))

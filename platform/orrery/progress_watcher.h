@@ -31,7 +31,7 @@ signals:
     void finished();
     // It ended because of a wish to cancel; comes before finished().
     void cancelled();
-    // Emitted by whoever wants the operation to stop, a script for one: has the effect of cancel().
+    // To be emitted to stop the operation, by a script for example: has the effect of cancel().
     void cancelRequested();
 
 private:

@@ -14,7 +14,7 @@ bool isEmbedded();
 // destructors of the object classes tell the binding runtime that their object is going.
 void pyBootstrap();
 
-// Called when the interpreter ends: the destructors tell nobody any more.
+// Called when the interpreter ends: from then on destructors call no hook.
 void pyCleanup();
 
 #endif

@@ -109,7 +109,7 @@ public:
     ~STRM_NotImplemented() noexcept override;
 };
 
-// Something threw that nobody expected; the message is its text.
+// An exception of another family was thrown; the message is its text.
 class STRM_UnexpectedException : public STRM_Exception
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace VX {
 
-// A sequence of frames that a render operation made. Whoever is handed one owns it.
+// A sequence of frames that a render operation made. The caller that receives one owns it.
 class IClip
 {
 public:

@@ -1,4 +1,4 @@
-// The parts of the hand-written module.
+// What the files of the hand-written module share: its types, and conversions of views.
 #ifndef CALLS_FLOOR_CLASSES_H
 #define CALLS_FLOOR_CLASSES_H
 

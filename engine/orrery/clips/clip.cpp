@@ -85,7 +85,7 @@ Clip::Clip(const QString& location, const QString& clip_name, bool validate, uns
 Clip::~Clip()
 {
     tellDestruction(this);
-    setParent(nullptr); // who has it as a child may be among what goes with it
+    setParent(nullptr); // its Qt parent may be among the objects destroyed with it
     if (m_data->owner)
         m_data->owner->forget(*this);
 }

@@ -1,4 +1,4 @@
-// How a clip's state changes, whether it belongs to a project or to nobody.
+// Changes of a clip's state, for clips of a project and for clips that belong to none.
 
 #include "color_link.h"
 

@@ -16,7 +16,7 @@ std::unique_ptr<Clip> copyForProject(const Clip& source, const QString& name,
     ClipState state = from.state();
     state.name = name;
     std::unique_ptr<Clip> clip = newClip(manager, std::move(state));
-    // The copy is nobody's yet, so the source's lock guards all that is read here.
+    // No other thread can reach the copy yet, so the source's lock guards all that is read here.
     ClipModel& to = *clip->data().model;
     Stratum::Reading reading(*from.manager);
     to.values = from.model->values;

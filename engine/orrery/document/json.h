@@ -94,7 +94,7 @@ private:
     std::size_t m_index = 0;
 };
 
-// The members of an object, each of which is taken by its name. What nobody took is unknown, and refused at the end.
+// The members of an object, each of which is read by its name. Those left unread are unknown, and refused at the end.
 class JsonMembers
 {
 public:

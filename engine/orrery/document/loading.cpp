@@ -1,5 +1,5 @@
-// A saved project as a model. Everything goes into a project that nobody else knows yet: when anything is wrong with
-// the file, it goes with the exception.
+// A saved project as a model. A new project that no other thread can reach is filled: when anything is wrong with
+// the file, the exception destroys it.
 #include "format.h"
 #include "records.h"
 

@@ -98,7 +98,7 @@ struct ProjectRecord
 // All of a project as it is at one moment. Takes the lock, and makes no text while it is held.
 ProjectRecord snapshotOf(Project::Data& project);
 
-// What is told of a document, in this order: settings, clips, then items with the layers of a group after the group.
+// Receives the records of a document, in this order: settings, clips, then items, each group before its layers.
 class RecordSink
 {
 public:

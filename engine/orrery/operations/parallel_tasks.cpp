@@ -1,4 +1,4 @@
-// Threads wait for a batch, and take its tasks in order.
+// Worker threads wait for a batch, and take its tasks in order.
 
 #include "parallel_tasks.h"
 

@@ -65,7 +65,7 @@ QString newFolder(const QString& parent, const QString& name)
     }
 }
 
-// A folder that goes with what is in it, unless it is kept.
+// A folder that is removed with its contents, unless it is kept.
 class NewFolder
 {
 public:

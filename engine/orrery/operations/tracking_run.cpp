@@ -192,7 +192,7 @@ pixels::Size TrackingRun::sizeOf(int footage)
 
 void TrackingRun::follow(Follower& follower, int frame, int direction)
 {
-    // Whoever waits for this layer goes on, whatever happens here.
+    // The tasks that wait for this layer go on, whatever happens here.
     struct Reached
     {
         TrackingRun& run;

@@ -193,7 +193,7 @@ Project::Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent)
 Project::~Project()
 {
     tellDestruction(this);
-    setParent(nullptr); // who has it as a child may be among what goes with it
+    setParent(nullptr); // its Qt parent may be among the objects destroyed with it
     forgetProject(this);
 }
 

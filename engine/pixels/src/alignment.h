@@ -6,7 +6,7 @@
 
 namespace pixels {
 
-// What is known of the transform before the frame is looked at: it decides what the visible pixels leave open.
+// What is known of the transform before the frame is looked at: it fixes what the visible pixels do not determine.
 struct Expectation
 {
     Matrix toFrame;

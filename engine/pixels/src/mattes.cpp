@@ -1,4 +1,4 @@
-// What is done with mattes once they are drawn.
+// Combines mattes, and lays paint over a picture through them.
 
 #include "arguments.h"
 #include "frame_pyramid.h"

@@ -1,4 +1,4 @@
-// The name beside starts with a dot and ends in a suffix of no image format, so that nobody takes it for a frame.
+// The name beside starts with a dot and ends in a suffix of no image format, so that no program takes it for a frame.
 
 #include "written_file.h"
 

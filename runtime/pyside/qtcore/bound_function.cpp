@@ -1,4 +1,4 @@
-// The errors of calls.
+// The errors of calls: counts, types, and the list of signatures.
 #include "bound_function.h"
 
 namespace QtCore {

@@ -40,7 +40,7 @@ PythonToCppFunc acceptsText(PyObject* object) { return isText(object) ? &textInt
 
 PyObject* stringToPython(const void* value) { return textToPython(*static_cast<const QString*>(value)); }
 
-// What is no text becomes an empty one.
+// An object that is no text becomes an empty text.
 void sequenceIntoStringList(PyObject* object, void* value)
 {
     QStringList list;

@@ -7,7 +7,7 @@
 
 namespace PySide {
 
-// What Qt is to see of an object of that Python class: null for a wrapped class itself, whose meta-object C++ knows.
+// The meta-object that Qt sees for objects of that Python class: null for a wrapped class itself, which has its own.
 std::shared_ptr<const DynamicMetaObject> classMetaObject(PyTypeObject* type);
 
 // Lets Qt see that of an object whose C++ class knows nothing of Python classes.

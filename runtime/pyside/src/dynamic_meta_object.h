@@ -39,7 +39,7 @@ struct DynamicMembers
     std::vector<DynamicProperty> properties;
 };
 
-// Immutable. Whoever takes its address must keep it.
+// Immutable. A caller that takes its address must keep it alive.
 class DynamicMetaObject
 {
 public:

@@ -24,7 +24,7 @@ public:
     void unlock();
 
     // Call with arguments that are taken over; a null one stands for a failed conversion. An exception is printed. An
-    // event's wrapper object that nobody else knows is made invalid afterwards.
+    // event's wrapper object that only the call referred to is made invalid afterwards.
     void call(PyObject* first = nullptr, PyObject* second = nullptr);
     // The same for a bool. Any other result is warned about and counts as false.
     bool callForBool(PyObject* first, PyObject* second = nullptr);

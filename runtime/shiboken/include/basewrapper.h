@@ -68,7 +68,7 @@ extern LIBSHIBOKEN_API SbkObjectType SbkObject_Type;
 
 LIBSHIBOKEN_API PyObject* SbkObjectTpNew(PyTypeObject* subtype, PyObject* arguments, PyObject* keywords);
 LIBSHIBOKEN_API void SbkDeallocWrapper(PyObject* object);
-/// For classes whose destructor nobody may call: the C++ object is left alone.
+/// For classes with an inaccessible destructor: the C++ object is left alone.
 LIBSHIBOKEN_API void SbkDeallocWrapperWithPrivateDtor(PyObject* object);
 
 } // extern "C"
@@ -157,7 +157,7 @@ inline bool isValid(SbkObject* object, bool throwPyError = true)
 {
     return object->d.isValid || (throwPyError && reportInvalid(object));
 }
-/// What is no wrapper object is valid.
+/// An object that is no wrapper object counts as valid.
 inline bool isValid(PyObject* object, bool throwPyError)
 {
     return !object || !checkType(object) || isValid(reinterpret_cast<SbkObject*>(object), throwPyError);
@@ -174,7 +174,7 @@ inline bool hasOwnership(SbkObject* object) { return object->d.hasOwnership; }
 LIBSHIBOKEN_API void getOwnership(SbkObject* object);
 LIBSHIBOKEN_API void getOwnership(PyObject* object);
 /// C++ owns the C++ object from now on. An object that reports its own death is kept until then; one that does not
-/// becomes invalid, for nobody could tell when it dies. Nothing is done for an object that Python does not own.
+/// becomes invalid, as its destruction goes unnoticed. Nothing is done for an object that Python does not own.
 LIBSHIBOKEN_API void releaseOwnership(SbkObject* object);
 LIBSHIBOKEN_API void releaseOwnership(PyObject* object);
 

@@ -158,7 +158,7 @@ bool introduceWrapperType(PyObject* enclosingObject, const char* typeName, const
     setDestructorFunction(type, cppObjDtor);
 
     PyTypeObject* const pyType = asType(type);
-    // Attributes are found in the interpreter's cache: whoever changes the type's dictionary says so.
+    // Attributes are found in the interpreter's cache: a change of the type's dictionary must clear it.
     pyType->tp_flags |= Py_TPFLAGS_HAVE_VERSION_TAG;
     if (baseType)
         pyType->tp_base = asType(baseType);

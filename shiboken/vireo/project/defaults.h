@@ -138,7 +138,7 @@ struct UnsetPoint
     static boost::optional<QPointF> value() { return boost::none; }
 };
 
-// A colour that nobody chose is black.
+// An unset colour is black.
 struct Black
 {
     static constexpr const char* text = "Color()";

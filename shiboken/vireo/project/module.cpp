@@ -88,7 +88,7 @@ void publish(PyObject* module)
     }
 }
 
-// Takes a module that is not finished off the interpreter's list, so that nobody finds it.
+// Takes an unfinished module out of the interpreter's list of modules, so that no import finds it.
 void withdraw(PyObject* module)
 {
     PyObject *error, *value, *traceback;

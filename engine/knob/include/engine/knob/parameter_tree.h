@@ -1,5 +1,5 @@
 // The tree that scripts walk: nodes are made when they are asked for, over branches that the model's objects offer. An
-// object that nobody walks has no nodes.
+// object whose tree is never asked for has no nodes.
 //
 // A node knows its path from the object that was asked. The same value can be reached on several paths (a point's own
 // "x", and "12", "x" of its contour): these are different nodes with the same target, and compare equal.

@@ -46,7 +46,7 @@ Bounds bounds(const Curve& curve);
 CurveVertex evaluate(const Curve& curve, std::size_t segment, double t);
 
 // The point that cuts a segment at t: its tangents keep the shape once those beside it are shortened in proportion.
-// What is no part of the shape lies between the values of both ends, flags have their initial value.
+// Fields that are not part of the shape are interpolated between both ends; flags have their initial value.
 PointState pointOn(const Curve& curve, std::size_t segment, double t);
 
 // For a point put onto a segment of an X-spline: the smoothest weight of those that change the curve about as little as

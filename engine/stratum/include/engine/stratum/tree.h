@@ -100,7 +100,7 @@ public:
     ContourModel* makeContour(int type, unsigned int id);
     ContourModel* findContour(unsigned int id) const; // null when the layer never had it
 
-    // Null as long as nobody asked for it: then everything has its initial value.
+    // Null until it is first asked for: until then everything has its initial value.
     const LayerAnimations* animationsIfAny() const { return m_animations.get(); }
     LayerAnimations& animations();
 

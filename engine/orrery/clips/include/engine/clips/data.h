@@ -40,7 +40,7 @@ struct Clip::Data : Stratum::Listener
     explicit Data(Clip& clip);
     ~Data();
 
-    // For a clip that nobody knows yet: from now on the project's manager guards it.
+    // For a clip that no other thread can reach yet: from now on the project's manager guards it.
     void moveTo(const boost::shared_ptr<STRM_ProjectManager>& projectManager, orrery::ClipState state);
 
     // Calls the function with a copy of the state, under the lock and in an edit, and makes the modified copy the

@@ -1,4 +1,4 @@
-// What a clip is set to, and what can be animated of it: the truth behind Clip, guarded by the lock of its manager.
+// What a clip is set to, and what can be animated of it: the state behind Clip, guarded by the lock of its manager.
 #pragma once
 
 #include <QPair>
@@ -162,7 +162,7 @@ public:
 
     // A change of the state; animated values of streams that go start anew. Presence of streams follows.
     std::unique_ptr<Stratum::Change> stateChange(ClipState next, Stratum::Notices notices);
-    // For a clip that nobody knows yet.
+    // For a clip that no other thread can reach yet.
     void setState(ClipState next);
     // For such a clip too: the stream's first file is shown in that frame.
     void showFrom(int view, int frame);

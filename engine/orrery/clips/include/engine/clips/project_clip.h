@@ -17,7 +17,7 @@ std::unique_ptr<Clip> newClip(const boost::shared_ptr<STRM_ProjectManager>& mana
 std::unique_ptr<Clip> copyForProject(const Clip& source, const QString& name,
                                      const boost::shared_ptr<STRM_ProjectManager>& manager);
 
-// The name can change as long as nobody else knows the clip.
+// The name can change as long as no other thread can reach the clip.
 void renameNewClip(Clip& clip, const QString& name);
 // The same: its streams, in their order, serve the project's views.
 void mapInOrder(Clip& clip);

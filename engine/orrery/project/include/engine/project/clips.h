@@ -11,7 +11,7 @@ namespace orrery {
 // All of these are called with the lock held.
 
 // Makes the clip one of the project's, as part of an edit: in the list, with undo. The project owns it from then on,
-// also when the edit is taken back. The name is made unlike the others' by a number. What is returned points to null
+// also when the edit is taken back. The name is made unlike the others' by a number. The result points to null
 // once the clip is gone, as it may be when the edit has been announced.
 std::shared_ptr<Clip*> adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
 // The same with a name that is known to be unlike the others'.
