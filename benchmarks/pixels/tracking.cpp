@@ -1,12 +1,11 @@
-// Tracks made footage, and does the same with OpenCV's ECC alone: three levels, each frame started from the one before,
-// the reference cut to the surface's box.
+// Tracks made footage, and does the same with OpenCV's ECC alone.
 
 #include "measure.h"
+#include "peers.h"
 
 #include <cstdio>
 #include <made_footage.h>
-#include <opencv2/imgproc.hpp>
-#include <opencv2/video/tracking.hpp>
+#include <opencv2/core.hpp>
 
 using namespace pixels;
 
@@ -50,85 +49,12 @@ Image regionOf(const MadeFootage& footage)
     return library().coverage({outline}, footage.options().size);
 }
 
-class EccAlone
-{
-public:
-    EccAlone(const Image& reference, const Image& region)
-    {
-        const cv::Mat mask(region.size.height, region.size.width, CV_32F, const_cast<float*>(region.values.data()));
-        m_box = cv::boundingRect(mask > 0.5);
-        m_box.width -= m_box.width % 4;
-        m_box.height -= m_box.height % 4;
-        m_reference = pyramid(grey(reference)(m_box).clone());
-        m_warp = cv::Mat::eye(3, 3, CV_32F);
-        m_warp.at<float>(0, 2) = float(m_box.x);
-        m_warp.at<float>(1, 2) = float(m_box.y);
-    }
-
-    bool advance(const Image& frame)
-    {
-        const std::vector<cv::Mat> levels = pyramid(grey(frame));
-        const cv::TermCriteria criteria(cv::TermCriteria::COUNT + cv::TermCriteria::EPS, 50, 1e-5);
-        cv::Mat warp = scaled(m_warp, 0.25f);
-        try {
-            for (std::size_t level = levels.size(); level-- > 0;) {
-                cv::findTransformECC(m_reference[level], levels[level], warp, cv::MOTION_HOMOGRAPHY, criteria,
-                                     cv::noArray(), 5);
-                if (level > 0)
-                    warp = scaled(warp, 2);
-            }
-        } catch (const cv::Exception&) {
-            return false;
-        }
-        m_warp = warp;
-        return true;
-    }
-
-    Matrix transform() const
-    {
-        Matrix fromBox;
-        for (int i = 0; i < 9; ++i)
-            fromBox(i / 3, i % 3) = double(m_warp.at<float>(i / 3, i % 3));
-        return Matrix::translation(0.5, 0.5) * fromBox * Matrix::translation(-m_box.x - 0.5, -m_box.y - 0.5);
-    }
-
-private:
-    static cv::Mat grey(const Image& image)
-    {
-        const cv::Mat view(image.size.height, image.size.width, CV_32FC3, const_cast<float*>(image.values.data()));
-        cv::Mat luminance;
-        cv::cvtColor(view, luminance, cv::COLOR_RGB2GRAY);
-        return luminance;
-    }
-
-    static std::vector<cv::Mat> pyramid(const cv::Mat& image)
-    {
-        std::vector<cv::Mat> levels{image};
-        while (levels.size() < 3) {
-            cv::Mat half;
-            cv::pyrDown(levels.back(), half);
-            levels.push_back(half);
-        }
-        return levels;
-    }
-
-    static cv::Mat scaled(const cv::Mat& warp, float by)
-    {
-        const cv::Mat scale = (cv::Mat_<float>(3, 3) << by, 0, 0, 0, by, 0, 0, 0, 1);
-        return scale * warp * scale.inv();
-    }
-
-    cv::Rect m_box;
-    std::vector<cv::Mat> m_reference;
-    cv::Mat m_warp;
-};
-
 void compare(const Scene& scene)
 {
     const MadeFootage footage(scene.options);
     const Image first = footage.frame(0), region = regionOf(footage);
     const auto tracker = library().track(library().prepare(first), region);
-    EccAlone ecc(first, region);
+    const std::unique_ptr<Peer> ecc = eccAlone(first, region);
     Outcome ours, plain;
     for (int frame = 1; frame < scene.options.frames; ++frame) {
         const Image image = footage.frame(frame);
@@ -140,10 +66,10 @@ void compare(const Scene& scene)
         else
             ++ours.lost;
         plain.watch.start();
-        const bool found = ecc.advance(image);
+        const std::optional<Matrix> found = ecc->advance(image);
         plain.watch.stop();
         if (found)
-            judge(plain, footage, frame, ecc.transform());
+            judge(plain, footage, frame, *found);
         else
             ++plain.lost;
     }
