@@ -1,4 +1,4 @@
-// The manager, and the two ways to hold its lock.
+// The model, its manager, and the ways to hold its lock.
 #include <QCoreApplication>
 #include <algorithm>
 #include <boost/make_shared.hpp>
@@ -8,10 +8,7 @@
 #include <engine/stratum/tree.h>
 #include <stratum/exception.h>
 
-STRM_ProjectManager::STRM_ProjectManager()
-    : m_root(boost::make_shared<Stratum::RootModel>()),
-      m_parameters(std::make_unique<Stratum::ProjectParameters>(*this))
-{}
+STRM_ProjectManager::STRM_ProjectManager() : m_model(*this) {}
 
 STRM_ProjectManager::~STRM_ProjectManager() = default;
 
@@ -23,7 +20,7 @@ boost::shared_ptr<STRM_ProjectManager> STRM_ProjectManager::create()
 boost::shared_ptr<STRM_ProjectManager> STRM_ProjectManager::createDetached()
 {
     const boost::shared_ptr<STRM_ProjectManager> manager = create();
-    manager->history.keepNothing();
+    Stratum::Exclusive(*manager)->history.keepNothing();
     return manager;
 }
 
@@ -34,33 +31,42 @@ void STRM_ProjectManager::announce(const Stratum::Notices& notices)
         listener->announce(notices);
 }
 
-unsigned int STRM_ProjectManager::newId() const
+namespace Stratum {
+
+Model::Model(STRM_ProjectManager& manager)
+    : m_manager(manager), m_root(boost::make_shared<RootModel>()),
+      m_parameters(std::make_unique<ProjectParameters>(*this))
+{}
+
+Model::~Model() = default;
+
+unsigned int Model::newId() const
 {
-    if (m_lastId < Stratum::largestId)
+    if (m_lastId < largestId)
         return m_lastId + 1;
     const QString message = QString::fromLatin1("the project has used up the numbers of layers and groups");
     throw STRM_OutOfRange(__FILE__, __LINE__, message, message);
 }
 
-boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer() { return makeLayer(newId()); }
+boost::shared_ptr<LayerModel> Model::makeLayer() { return makeLayer(newId()); }
 
-boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup() { return makeGroup(newId()); }
+boost::shared_ptr<GroupModel> Model::makeGroup() { return makeGroup(newId()); }
 
-boost::shared_ptr<Stratum::LayerModel> STRM_ProjectManager::makeLayer(unsigned int id)
+boost::shared_ptr<LayerModel> Model::makeLayer(unsigned int id)
 {
-    m_layers.push_back(boost::make_shared<Stratum::LayerModel>(*this, id));
+    m_layers.push_back(boost::make_shared<LayerModel>(*this, id));
     m_lastId = std::max(m_lastId, id);
     return m_layers.back();
 }
 
-boost::shared_ptr<Stratum::GroupModel> STRM_ProjectManager::makeGroup(unsigned int id)
+boost::shared_ptr<GroupModel> Model::makeGroup(unsigned int id)
 {
-    m_groups.push_back(boost::make_shared<Stratum::GroupModel>(*this, id));
+    m_groups.push_back(boost::make_shared<GroupModel>(*this, id));
     m_lastId = std::max(m_lastId, id);
     return m_groups.back();
 }
 
-void STRM_ProjectManager::idsGiven(unsigned int nextId)
+void Model::idsGiven(unsigned int nextId)
 {
     if (nextId > 0)
         m_lastId = std::max(m_lastId, nextId - 1);
@@ -76,17 +82,17 @@ namespace {
 template <class Model>
 Model* presentWithId(const std::vector<boost::shared_ptr<Model>>& items, unsigned int id)
 {
-    Model* const found = Stratum::withId(items, id);
+    Model* const found = withId(items, id);
     return found && found->present() ? found : nullptr;
 }
 
 } // namespace
 
-Stratum::LayerModel* STRM_ProjectManager::findLayer(unsigned int id) const { return presentWithId(m_layers, id); }
+LayerModel* Model::findLayer(unsigned int id) const { return presentWithId(m_layers, id); }
 
-Stratum::GroupModel* STRM_ProjectManager::findGroup(unsigned int id) const { return presentWithId(m_groups, id); }
+GroupModel* Model::findGroup(unsigned int id) const { return presentWithId(m_groups, id); }
 
-int STRM_ProjectManager::resolveView(int id) const
+int Model::resolveView(int id) const
 {
     if (id == -1)
         return settings.heroView;
@@ -98,21 +104,27 @@ int STRM_ProjectManager::resolveView(int id) const
     throw STRM_OutOfRange(__FILE__, __LINE__, message, message);
 }
 
-std::mutex& modelMutex(STRM_ProjectManager& manager) { return manager.m_mutex; }
-
-namespace Stratum {
-
 void throwInvalidObject()
 {
     const QString message = QCoreApplication::translate("PyHandle", "Invalid object");
     throw STRM_BadState(__FILE__, __LINE__, message, message);
 }
 
-Edit::Edit(STRM_ProjectManager& manager) : m_manager(manager.shared_from_this()), m_lock(modelMutex(manager)) {}
+Guard::Guard(STRM_ProjectManager& manager) : m_model(manager.m_model), m_lock(&manager.m_lock) { m_lock->lock(); }
+
+Guard::~Guard() { release(); }
+
+void Guard::release()
+{
+    if (ModelLock* const held = std::exchange(m_lock, nullptr))
+        held->unlock();
+}
+
+Edit::Edit(STRM_ProjectManager& manager) : Guard(manager), m_manager(manager.shared_from_this()) {}
 
 Edit::~Edit()
 {
-    if (m_lock.owns_lock()) {
+    if (holds()) {
         Notices nothingHappened;
         takeBackTo(m_changes, 0, nothingHappened);
     }
@@ -120,7 +132,7 @@ Edit::~Edit()
 
 void Edit::perform(std::unique_ptr<Change> change)
 {
-    assert(m_lock.owns_lock());
+    assert(holds());
     m_notices.add(change->notices());
     m_changes.push_back(std::move(change));
     m_changes.back()->make();
@@ -128,10 +140,10 @@ void Edit::perform(std::unique_ptr<Change> change)
 
 void Edit::commit()
 {
-    assert(m_lock.owns_lock()); // an edit is committed once
-    m_manager->history.record(std::move(m_changes), m_notices);
+    assert(holds()); // an edit is committed once
+    model().history.record(std::move(m_changes), m_notices);
     m_changes.clear();
-    m_lock.unlock();
+    release();
     m_manager->announce(m_notices);
 }
 

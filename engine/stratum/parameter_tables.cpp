@@ -113,8 +113,8 @@ private:
 };
 
 using ContoursBranch = ObjectsBranch<LayerModel, ContourModel>;
-using LayersBranch = ObjectsBranch<STRM_ProjectManager, LayerModel>;
-using GroupsBranch = ObjectsBranch<STRM_ProjectManager, GroupModel>;
+using LayersBranch = ObjectsBranch<const Model, LayerModel>;
+using GroupsBranch = ObjectsBranch<const Model, GroupModel>;
 
 std::vector<ContourModel*> contoursOf(LayerModel& layer)
 {
@@ -239,17 +239,17 @@ QString PointModel::displayName() const
 
 struct ProjectParameters::Branches
 {
-    Branches(STRM_ProjectManager& manager, const ProjectParameters& owner)
-        : manager(manager), render(owner, QT_TRANSLATE_NOOP("Parameter", "Render"), renderTable, renderValues.data()),
-          layers(owner, QT_TRANSLATE_NOOP("Parameter", "Layers"), manager, allLayers,
-                 [](STRM_ProjectManager& manager, unsigned int id) { return manager.findLayer(id); }),
-          groups(owner, QT_TRANSLATE_NOOP("Parameter", "Groups"), manager, allGroups,
-                 [](STRM_ProjectManager& manager, unsigned int id) { return manager.findGroup(id); })
+    Branches(const Model& project, const ProjectParameters& owner)
+        : project(project), render(owner, QT_TRANSLATE_NOOP("Parameter", "Render"), renderTable, renderValues.data()),
+          layers(owner, QT_TRANSLATE_NOOP("Parameter", "Layers"), project, allLayers,
+                 [](const Model& project, unsigned int id) { return project.findLayer(id); }),
+          groups(owner, QT_TRANSLATE_NOOP("Parameter", "Groups"), project, allGroups,
+                 [](const Model& project, unsigned int id) { return project.findGroup(id); })
     {
         Knob::setInitialValues(renderTable, renderValues.size(), renderValues.data());
     }
 
-    STRM_ProjectManager& manager;
+    const Model& project;
     std::array<Knob::Animation, RenderValueCount> renderValues;
     Knob::TableBranch render;
     LayersBranch layers;
@@ -257,13 +257,11 @@ struct ProjectParameters::Branches
     std::vector<Member> further;
 };
 
-ProjectParameters::ProjectParameters(STRM_ProjectManager& manager)
-    : m_branches(std::make_unique<Branches>(manager, *this))
-{}
+ProjectParameters::ProjectParameters(Model& project) : m_branches(std::make_unique<Branches>(project, *this)) {}
 
 ProjectParameters::~ProjectParameters() = default;
 
-bool ProjectParameters::present() const { return m_branches->manager.isOpen(); }
+bool ProjectParameters::present() const { return m_branches->project.manager().isOpen(); }
 
 QString ProjectParameters::scriptName() const { return QString::fromLatin1("project"); }
 
@@ -285,11 +283,13 @@ void ProjectParameters::addBranch(const QString& name, Knob::Branch* branch)
 
 Knob::Value ProjectParameters::render(RenderValue value, double time, int view) const
 {
-    return m_branches->renderValues[value].at(time, view, m_branches->manager.settings.heroView,
+    return m_branches->renderValues[value].at(time, view, m_branches->project.settings.heroView,
                                               renderTable[value].interpolated());
 }
 
 const Description& ProjectParameters::description(RenderValue value) { return renderTable[value]; }
+
+const Knob::Animation& ProjectParameters::animation(RenderValue value) const { return m_branches->renderValues[value]; }
 
 Knob::Animation& ProjectParameters::animation(RenderValue value) { return m_branches->renderValues[value]; }
 

@@ -192,7 +192,7 @@ private:
 
     DerivedKeys dependencies() const
     {
-        DerivedKeys keys(m_contour.manager().settings.heroView);
+        DerivedKeys keys(m_contour.project().settings.heroView);
         std::vector<PointField> fields;
         for (const PointField field : pointFields(m_contour.type()))
             if (description(field).interpolated())
@@ -230,7 +230,7 @@ private:
     // The tangents beside the new point become shorter, which keeps the shape, for as long as it takes part.
     void shorten(PointEdits& edits, PointModel& point, PointField field, double factor) const
     {
-        DerivedKeys keys(m_contour.manager().settings.heroView);
+        DerivedKeys keys(m_contour.project().settings.heroView);
         keys.dependOn(point.fields[field]);
         dependOnNeighbours(keys);
         keys.write(edits, point, [&](double time, int view) {

@@ -45,7 +45,7 @@ void keepWhatMasterAdds(Edit& edit, PointModel& point, double end)
         if (effect != MasterEffect::None && (turns || effect != MasterEffect::Turns))
             fields.push_back(field);
     }
-    const int hero = edit.manager().settings.heroView;
+    const int hero = edit->settings.heroView;
     DerivedKeys keys(hero);
     keys.dependOn(point, fields, end);
     if (end != noEnd && end > beforeAllTimes)
@@ -73,7 +73,7 @@ void endLink(Edit& edit, PointModel& point, double end)
 
 MasterLink linkTo(const PointModel& master, double time, bool lockTangents)
 {
-    const int hero = master.contourModel().manager().settings.heroView;
+    const int hero = master.contourModel().project().settings.heroView;
     const auto angle = [&](double at, int view) {
         return Knob::Value{master.ownAngle(at, view) + master.turn(at, view), 0};
     };

@@ -96,7 +96,7 @@ void removeKey(Edit& edit, Knob::Animation& animation, double time, int view)
 {
     const std::vector<Knob::Key> keys = animation.keys(view);
     auto edits = std::make_unique<KeyEdits>();
-    if (view == edit.manager().settings.heroView && keys.size() == 1)
+    if (view == edit->settings.heroView && keys.size() == 1)
         edits->setRest(animation, keys.front().value);
     edits->set(animation, time, view, std::nullopt);
     edit.perform(std::move(edits));

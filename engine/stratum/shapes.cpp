@@ -80,7 +80,7 @@ void PointModel::exchangeMaster(PointModel* master, MasterLink& link)
 
 Knob::Value PointModel::ownValue(PointField field, double time, int view) const
 {
-    return fields[field].at(time, view, contourModel().manager().settings.heroView, description(field).interpolated());
+    return fields[field].at(time, view, contourModel().project().settings.heroView, description(field).interpolated());
 }
 
 Knob::Value PointModel::displacement(double time, int view) const
@@ -88,7 +88,7 @@ Knob::Value PointModel::displacement(double time, int view) const
     Knob::Value moved;
     if (Knob::isUnanimated(time))
         return moved;
-    const int hero = contourModel().manager().settings.heroView;
+    const int hero = contourModel().project().settings.heroView;
     for (const PointModel* point = this; point->masterModel() && time >= point->link()->time;
          point = point->masterModel()) {
         const PointModel& master = *point->masterModel();
@@ -121,7 +121,7 @@ double PointModel::turn(double time, int view) const
     double angle = 0;
     if (Knob::isUnanimated(time))
         return angle;
-    const int hero = contourModel().manager().settings.heroView;
+    const int hero = contourModel().project().settings.heroView;
     for (const PointModel* point = this;
          point->masterModel() && point->link()->lockTangents && time >= point->link()->time;
          point = point->masterModel())
@@ -202,7 +202,7 @@ Curve ContourModel::curve(double time, int view) const
     Curve curve;
     curve.type = type();
     curve.points.reserve(points.size());
-    const double wider = settings[1].at(time, view, manager().settings.heroView, true).x;
+    const double wider = settings[1].at(time, view, project().settings.heroView, true).x;
     for (const PointModel& point : points) {
         PointState state = point.state(time, view);
         if (!state.active())

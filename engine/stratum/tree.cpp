@@ -10,19 +10,19 @@
 
 namespace Stratum {
 
-TreeItem::TreeItem(STRM_ProjectManager& manager, unsigned int id, std::uint32_t weight)
-    : OrderedItem(weight), m_manager(manager), m_id(id)
+TreeItem::TreeItem(Model& project, unsigned int id, std::uint32_t weight)
+    : OrderedItem(weight), m_project(project), m_id(id)
 {}
 
 void TreeItem::requirePresent() const
 {
-    if (!present() || !m_manager.isOpen())
+    if (!present() || !manager().isOpen())
         throwInvalidObject();
 }
 
-LayerModel::LayerModel(STRM_ProjectManager& manager, unsigned int id) : TreeItem(manager, id, 1) {}
+LayerModel::LayerModel(Model& project, unsigned int id) : TreeItem(project, id, 1) {}
 LayerModel::~LayerModel() = default;
-GroupModel::GroupModel(STRM_ProjectManager& manager, unsigned int id) : TreeItem(manager, id, 0) {}
+GroupModel::GroupModel(Model& project, unsigned int id) : TreeItem(project, id, 0) {}
 GroupModel::~GroupModel() = default;
 RootModel::RootModel() = default;
 RootModel::~RootModel() = default;
@@ -30,7 +30,7 @@ RootModel::~RootModel() = default;
 GroupModel* LayerModel::group() const
 {
     LayerGroup* parent = parentGroup();
-    return parent && parent != &manager().root() ? &model(*parent) : nullptr;
+    return parent && parent != &project().root() ? &model(*parent) : nullptr;
 }
 
 bool LayerModel::shown() const
@@ -52,7 +52,7 @@ void LayerModel::requireUnlocked() const
 
 unsigned int LayerModel::inPoint() const { return std::min(inFrame, outPoint()); }
 
-unsigned int LayerModel::outPoint() const { return manager().settings.length - 1; }
+unsigned int LayerModel::outPoint() const { return project().settings.length - 1; }
 
 void LayerModel::setTrackedWith(LayerModel* followed)
 {
@@ -80,7 +80,7 @@ Knob::Value LayerModel::value(LayerValue which, double time, int view) const
     const Knob::Description& entry = description(which);
     if (!m_animations)
         return entry.initial;
-    return m_animations->values[which].at(time, view, manager().settings.heroView, entry.interpolated());
+    return m_animations->values[which].at(time, view, project().settings.heroView, entry.interpolated());
 }
 
 bool LayerModel::tracked(int view) const
@@ -96,7 +96,7 @@ Corners LayerModel::corners(double time, int view) const
     Corners corners;
     for (std::size_t i = 0; i < 4; ++i) {
         const auto coordinate = [&](std::size_t index) {
-            return m_animations ? m_animations->corners[index].at(time, view, manager().settings.heroView, true).x
+            return m_animations ? m_animations->corners[index].at(time, view, project().settings.heroView, true).x
                                 : cornerDescription(index).initial.x;
         };
         corners[i] = {coordinate(2 * i), coordinate(2 * i + 1)};
@@ -107,7 +107,7 @@ Corners LayerModel::corners(double time, int view) const
 Lum_Matrix33 LayerModel::transform(double time, int view)
 {
     const LayerModel& source = trackSource();
-    if (!source.tracked(view) && !source.tracked(manager().settings.heroView))
+    if (!source.tracked(view) && !source.tracked(project().settings.heroView))
         return Lum_Matrix33::identity();
     return transformBetween(source.corners(inPoint(), view), source.corners(time, view));
 }
@@ -115,7 +115,7 @@ Lum_Matrix33 LayerModel::transform(double time, int view)
 Knob::Value GroupModel::opacity(double time, int view) const
 {
     const Knob::Description& entry = groupOpacityDescription();
-    return m_opacity ? m_opacity->at(time, view, manager().settings.heroView, true) : entry.initial;
+    return m_opacity ? m_opacity->at(time, view, project().settings.heroView, true) : entry.initial;
 }
 
 Knob::Animation& GroupModel::opacityAnimation()
@@ -127,11 +127,11 @@ Knob::Animation& GroupModel::opacityAnimation()
 
 // ---- Reading the tree ----
 
-std::vector<LayerModel*> allLayers(STRM_ProjectManager& manager)
+std::vector<LayerModel*> allLayers(const Model& project)
 {
     std::vector<LayerModel*> layers;
-    layers.reserve(manager.root().items.weight());
-    for (TreeItem& item : manager.root().items) {
+    layers.reserve(project.root().items.weight());
+    for (TreeItem& item : project.root().items) {
         if (auto* layer = dynamic_cast<LayerModel*>(&item))
             layers.push_back(layer);
         else
@@ -141,18 +141,18 @@ std::vector<LayerModel*> allLayers(STRM_ProjectManager& manager)
     return layers;
 }
 
-std::vector<GroupModel*> allGroups(STRM_ProjectManager& manager)
+std::vector<GroupModel*> allGroups(const Model& project)
 {
     std::vector<GroupModel*> groups;
-    for (TreeItem& item : manager.root().items)
+    for (TreeItem& item : project.root().items)
         if (auto* group = dynamic_cast<GroupModel*>(&item))
             groups.push_back(group);
     return groups;
 }
 
-LayerModel* layerAt(STRM_ProjectManager& manager, std::size_t index)
+LayerModel* layerAt(const Model& project, std::size_t index)
 {
-    const OrderedItems::Unit unit = manager.root().items.atWeight(index);
+    const OrderedItems::Unit unit = project.root().items.atWeight(index);
     auto* const item = static_cast<TreeItem*>(unit.item);
     if (auto* group = dynamic_cast<GroupModel*>(item))
         return group->layers.at(unit.offset);
@@ -170,10 +170,10 @@ struct Position
     std::size_t index = 0;
 };
 
-OrderedItems& itemsIn(LayerGroup& parent, STRM_ProjectManager& manager)
+OrderedItems& itemsIn(LayerGroup& parent, RootModel& root)
 {
-    if (&parent == &manager.root())
-        return manager.root().items;
+    if (&parent == &root)
+        return root.items;
     return model(parent).layers;
 }
 
@@ -182,7 +182,7 @@ template <class Item>
 class Move : public Change
 {
 public:
-    Move(Item& item, Position to) : m_item(item), m_to(to) {}
+    Move(RootModel& root, Item& item, Position to) : m_root(root), m_item(item), m_to(to) {}
 
     void make() override
     {
@@ -198,20 +198,19 @@ private:
     // The number of layers in a group is its weight among its own siblings.
     void weigh(LayerGroup& parent)
     {
-        RootModel& root = m_item.manager().root();
-        if (&parent == &root)
+        if (&parent == &m_root)
             return;
         GroupModel& group = model(parent);
-        root.items.setWeight(group, group.layers.size());
+        m_root.items.setWeight(group, group.layers.size());
     }
     Position leave()
     {
         LayerGroup* parent = m_item.parentGroup();
         if (!parent)
             return {};
-        assert(m_item.sequence() == &itemsIn(*parent, m_item.manager()));
-        const Position position{parent, itemsIn(*parent, m_item.manager()).index(m_item)};
-        itemsIn(*parent, m_item.manager()).remove(m_item);
+        assert(m_item.sequence() == &itemsIn(*parent, m_root));
+        const Position position{parent, itemsIn(*parent, m_root).index(m_item)};
+        itemsIn(*parent, m_root).remove(m_item);
         weigh(*parent);
         return position;
     }
@@ -220,10 +219,11 @@ private:
         assert(!m_item.sequence());
         if (!position.parent)
             return;
-        itemsIn(*position.parent, m_item.manager()).insert(m_item, position.index);
+        itemsIn(*position.parent, m_root).insert(m_item, position.index);
         weigh(*position.parent);
     }
 
+    RootModel& m_root;
     Item& m_item;
     Position m_to;
 };
@@ -232,7 +232,7 @@ template <class Item>
 void move(Edit& edit, Item& item, Position to)
 {
     assert(&edit.manager() == &item.manager()); // whose lock the edit holds
-    edit.perform(std::make_unique<Move<Item>>(item, to));
+    edit.perform(std::make_unique<Move<Item>>(edit->root(), item, to));
 }
 
 std::size_t siblingCount(const TreeItem& item) { return item.sequence()->size(); }
@@ -241,21 +241,21 @@ std::size_t siblingCount(const TreeItem& item) { return item.sequence()->size();
 
 void addLayer(Edit& edit, LayerModel& layer)
 {
-    RootModel& root = edit.manager().root();
+    RootModel& root = edit->root();
     move(edit, layer, {&root, root.items.size()});
 }
 
 void addGroup(Edit& edit, GroupModel& group)
 {
-    RootModel& root = edit.manager().root();
+    RootModel& root = edit->root();
     move(edit, group, {&root, root.items.size()});
 }
 
 void moveLayer(Edit& edit, LayerModel& layer, GroupModel* group, std::size_t index)
 {
-    RootModel& root = edit.manager().root();
+    RootModel& root = edit->root();
     LayerGroup* parent = group ? static_cast<LayerGroup*>(group) : &root;
-    const std::size_t others = itemsIn(*parent, layer.manager()).size() - (layer.parentGroup() == parent ? 1 : 0);
+    const std::size_t others = itemsIn(*parent, root).size() - (layer.parentGroup() == parent ? 1 : 0);
     const std::size_t to = std::min(index, others);
     if (layer.parentGroup() != parent || layer.sequence()->index(layer) != to)
         move(edit, layer, {parent, to});

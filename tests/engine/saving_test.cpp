@@ -279,7 +279,7 @@ TEST(Saving, KeepsTheOldFileWhenTheNewOneCouldNotBeOpened)
     project->save_as(file);
     const std::string before = read(file);
     // Beyond what any setter takes, as a fault of the engine could leave it.
-    project->data().manager->settings.frameRate = 2000;
+    Stratum::Exclusive(*project->data().manager)->settings.frameRate = 2000;
     expectThrow<STRM_OperationFailed>([&] { project->save(); }, "settings.frame_rate: 2000");
     EXPECT_EQ(read(file), before);
     for (const QString& name : {QString("a") + QChar(0) + "b", QString()})

@@ -184,7 +184,7 @@ void Clip::assign_project_view(View clip_view, View project_view)
             streamAt(state, from);
             int to = idOf(project_view);
             if (!m_data->detached || to == Knob::View::defaultViewId())
-                to = m_data->manager->resolveView(to);
+                to = m_data->model->project().resolveView(to);
             else if (to < 0)
                 raise<STRM_OutOfRange>(text("No project has a view with the id %1", project_view.get_id()));
             for (auto entry = state.mapping.begin(); entry != state.mapping.end();)

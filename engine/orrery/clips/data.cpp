@@ -15,14 +15,21 @@ unsigned int nextId()
     return ++last;
 }
 
+// Kept by the manager, for as long as handles may reach it.
+boost::shared_ptr<ClipModel> newModel(STRM_ProjectManager& manager)
+{
+    const Stratum::Exclusive project(manager);
+    const boost::shared_ptr<ClipModel> model = boost::make_shared<ClipModel>(*project);
+    project->keep(model);
+    return model;
+}
+
 } // namespace
 
 Clip::Data::Data(Clip& clip)
-    : clip(clip), id(nextId()), manager(STRM_ProjectManager::createDetached()),
-      model(boost::make_shared<ClipModel>(*manager)), progressWatcher(new ProgressWatcher(nullptr)),
-      m_colorLink(new ColorLink(*this))
+    : clip(clip), id(nextId()), manager(STRM_ProjectManager::createDetached()), model(newModel(*manager)),
+      progressWatcher(new ProgressWatcher(nullptr)), m_colorLink(new ColorLink(*this))
 {
-    manager->keep(model);
     manager->setListener(this);
 }
 
@@ -42,12 +49,8 @@ void Clip::Data::moveTo(const boost::shared_ptr<STRM_ProjectManager>& projectMan
 {
     manager->close();
     manager->setListener(nullptr);
-    const boost::shared_ptr<ClipModel> moved = boost::make_shared<ClipModel>(*projectManager);
+    const boost::shared_ptr<ClipModel> moved = newModel(*projectManager);
     moved->setState(std::move(state));
-    {
-        Stratum::Reading reading(*projectManager);
-        projectManager->keep(moved);
-    }
     manager = projectManager;
     model = moved;
     detached = false;

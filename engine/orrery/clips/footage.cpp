@@ -96,7 +96,7 @@ QPair<unsigned int, unsigned int> footageSize(ClipModel& clip)
     if (version == knownVersion)
         return merged(set, known);
     const FrameSize found = sizeInFile(file);
-    Stratum::Reading reading(clip.manager());
+    const Stratum::Exclusive writing(clip.manager());
     clip.foundIn = version;
     clip.foundSize = found;
     return merged(set, found);
@@ -130,7 +130,7 @@ Footage::Footage(ClipModel& clip, int clipView, int first, int last) : m_first(f
     m_interpretation = interpretationOf(m_color);
     if (isWhole(size))
         m_size = {static_cast<int>(size.first), static_cast<int>(size.second)};
-    const int hero = model.manager().settings.heroView;
+    const int hero = reading->settings.heroView;
     const auto mapped = model.state.mapping.find(clipView);
     const int view = mapped == model.state.mapping.end() ? hero : mapped->second;
     const auto value = [hero, view](const Knob::Animation& animation, int frame) {

@@ -128,15 +128,15 @@ const Knob::Description ClipModel::descriptions[] = {
     {"gain", QT_TRANSLATE_NOOP("Parameter", "Gain"), Knob::Kind::Number, {1}, 0, mostGain, nullptr, true},
 };
 
-ClipModel::ClipModel(STRM_ProjectManager& manager)
-    : values(initialValues(descriptions)), m_manager(manager),
+ClipModel::ClipModel(const Stratum::Model& project)
+    : values(initialValues(descriptions)), m_project(project),
       m_base(*this, QT_TRANSLATE_NOOP("Parameter", "Clip"), descriptions, values.data()),
       m_streamsBranch(new StreamsBranch(*this))
 {}
 
 QString ClipModel::displayName() const
 {
-    Stratum::Reading reading(m_manager);
+    Stratum::Reading reading(manager());
     return state.name;
 }
 
@@ -256,7 +256,7 @@ bool isTaken(const ClipState& state, int projectView)
 void setStream(ClipState& state, const ClipModel& model, bool detached, int view, const StreamInfo& info)
 {
     state.streams[view] = streamOf(info);
-    const bool exists = detached || static_cast<std::size_t>(view) < model.manager().settings.views.size();
+    const bool exists = detached || static_cast<std::size_t>(view) < model.project().settings.views.size();
     if (exists && !state.mapping.count(view) && !isTaken(state, view))
         state.mapping[view] = view;
 }
@@ -264,7 +264,7 @@ void setStream(ClipState& state, const ClipModel& model, bool detached, int view
 int ClipModel::resolveView(int id) const
 {
     if (id == Knob::View::defaultViewId()) {
-        const int hero = m_manager.settings.heroView;
+        const int hero = m_project.settings.heroView;
         const int mapped = state.viewFor(hero);
         return mapped < 0 ? hero : mapped;
     }

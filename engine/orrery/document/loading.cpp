@@ -25,19 +25,19 @@ public:
 
     void finish()
     {
-        edit();
-        m_manager.idsGiven(m_nextId);
+        edit()->idsGiven(m_nextId);
         makeLinks();
         m_edit->commit();
-        m_manager.history = History();
+        Exclusive(m_manager)->history = History();
     }
 
-    void settings(Settings settings) override { m_manager.settings = std::move(settings); }
+    void settings(Settings settings) override { Exclusive(m_manager)->settings = std::move(settings); }
 
     void render(RenderRecord record) override
     {
+        const Exclusive model(m_manager);
         for (std::size_t i = 0; i < record.size(); ++i)
-            m_manager.parameters().animation(static_cast<ProjectParameters::RenderValue>(i)) = std::move(record[i]);
+            model->parameters().animation(static_cast<ProjectParameters::RenderValue>(i)) = std::move(record[i]);
     }
 
     void clip(ClipRecord record) override
@@ -61,7 +61,7 @@ public:
 
     void group(GroupRecord record) override
     {
-        GroupModel& group = *m_manager.makeGroup(record.id);
+        GroupModel& group = *edit()->makeGroup(record.id);
         static_cast<ItemSettings&>(group) = record.item;
         if (record.opacity)
             group.opacityAnimation() = std::move(*record.opacity);
@@ -71,11 +71,11 @@ public:
 
     void layer(LayerRecord record, bool inGroup) override
     {
-        LayerModel& layer = *m_manager.makeLayer(record.id);
+        LayerModel& layer = *edit()->makeLayer(record.id);
         static_cast<ItemSettings&>(layer) = record.item;
         static_cast<LayerSettings&>(layer) = record.layer;
         if (record.clip)
-            layer.clip = m_manager.clips[*record.clip]->get_id();
+            layer.clip = edit()->clips[*record.clip]->get_id();
         if (record.animations) {
             layer.animations().values = std::move(record.animations->values);
             layer.animations().corners = std::move(record.animations->corners);
@@ -128,7 +128,7 @@ private:
     void makeLinks()
     {
         for (const auto& [layer, id] : m_tracks) {
-            LayerModel* const followed = m_manager.findLayer(id);
+            LayerModel* const followed = edit()->findLayer(id);
             if (!followed)
                 refuse(
                     QString::fromLatin1("layer %1 follows the layer %2, which is not there").arg(layer->id()).arg(id));
@@ -144,9 +144,9 @@ private:
         requireNoCircle(m_masters, [](PointModel* point) { return point->masterModel(); });
     }
 
-    PointModel* findPoint(const MasterRecord& master) const
+    PointModel* findPoint(const MasterRecord& master)
     {
-        LayerModel* const layer = m_manager.findLayer(master.layer);
+        LayerModel* const layer = edit()->findLayer(master.layer);
         ContourModel* const contour = layer ? layer->findContour(master.contour) : nullptr;
         return contour ? contour->find(master.point) : nullptr;
     }

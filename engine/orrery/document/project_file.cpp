@@ -33,7 +33,7 @@ void Project::save_as(const QString& file)
     {
         const std::lock_guard<std::mutex> one(m_data->saving);
         replaceFile(path, writeProject(*m_data, path));
-        const Stratum::Reading lock(*m_data->manager);
+        const Stratum::Exclusive lock(*m_data->manager);
         renamed = m_data->file != path;
         m_data->file = path;
     }

@@ -49,23 +49,23 @@ ContourRecord recordOf(const ContourModel& contour)
 class Snapshot
 {
 public:
-    explicit Snapshot(STRM_ProjectManager& manager) : m_manager(manager)
+    explicit Snapshot(const Model& model) : m_model(model)
     {
-        for (const Clip* clip : manager.clips)
+        for (const Clip* clip : model.clips)
             m_places.emplace(clip->get_id(), static_cast<unsigned int>(m_places.size()));
     }
 
     ProjectRecord all() const
     {
         ProjectRecord record;
-        record.nextId = m_manager.nextId();
-        record.settings = m_manager.settings;
+        record.nextId = m_model.nextId();
+        record.settings = m_model.settings;
         for (std::size_t i = 0; i < record.render.size(); ++i)
-            record.render[i] = m_manager.parameters().animation(static_cast<ProjectParameters::RenderValue>(i));
-        for (const Clip* clip : m_manager.clips)
+            record.render[i] = m_model.parameters().animation(static_cast<ProjectParameters::RenderValue>(i));
+        for (const Clip* clip : m_model.clips)
             record.clips.push_back(recordOf(*clip));
-        record.items.reserve(m_manager.root().items.size());
-        for (const TreeItem& item : m_manager.root().items)
+        record.items.reserve(m_model.root().items.size());
+        for (const TreeItem& item : m_model.root().items)
             record.items.push_back(itemOf(item));
         return record;
     }
@@ -105,7 +105,7 @@ private:
         return record;
     }
 
-    STRM_ProjectManager& m_manager;
+    const Model& m_model;
     std::unordered_map<unsigned int, unsigned int> m_places; // of clips, by their ids
 };
 
@@ -113,8 +113,8 @@ private:
 
 ProjectRecord snapshotOf(Project::Data& project)
 {
-    const Reading lock(*project.manager);
-    return Snapshot(*project.manager).all();
+    const Reading model(*project.manager);
+    return Snapshot(*model).all();
 }
 
 } // namespace orrery

@@ -16,7 +16,7 @@ namespace {
 boost::shared_ptr<Knob::ParameterSet> nodeAt(Knob::Branch& branch, STRM_ProjectManager& manager,
                                              const QStringList& path)
 {
-    const Stratum::Reading lock(manager);
+    const Stratum::Exclusive lock(manager); // the nodes are made when they are first asked for
     if (!branch.present())
         Stratum::throwInvalidObject();
     return branch.rootNode()->descendant(path);

@@ -48,7 +48,7 @@ QList<float> boundsOf(const EngineContour& contour, float time, const View& view
     {
         const Stratum::Reading lock(model.manager());
         model.requirePresent();
-        curve = model.curve(at, resolveView(model.manager(), view));
+        curve = model.curve(at, resolveView(model.project(), view));
     }
     const Stratum::Bounds box = Stratum::bounds(curve);
     QList<float> rectangle;
@@ -68,7 +68,7 @@ Point insert(const EngineContour& contour, float time, const Record& record, uns
     Stratum::Edit edit(model.manager());
     model.requirePresent();
     model.requireWritable();
-    const int id = resolveView(model.manager(), view);
+    const int id = resolveView(model.project(), view);
     const Point point = handleOf<Point>(Stratum::insertPoint(edit, model, values, index, at, id));
     edit.commit();
     return point;

@@ -20,7 +20,7 @@ Record readPoint(const EnginePoint& point, float time, const View& view)
     Record record;
     const Stratum::Reading lock(manager);
     model.requirePresent();
-    write(model.state(at, resolveView(manager, view)), record);
+    write(model.state(at, resolveView(*lock, view)), record);
     return record;
 }
 
@@ -35,7 +35,7 @@ void writePoint(const EnginePoint& point, float time, const Record& record, cons
     Stratum::Edit edit(manager);
     model.requirePresent();
     model.requireWritable();
-    Stratum::writePoint(edit, model, values, whole, at, resolveView(manager, view));
+    Stratum::writePoint(edit, model, values, whole, at, resolveView(*edit, view));
     edit.commit();
 }
 

@@ -37,7 +37,7 @@ boost::shared_ptr<Stratum::Contour> addContour(const boost::shared_ptr<STRM_Laye
     Stratum::Edit edit(model.manager());
     model.requirePresent();
     model.requireUnlocked();
-    const int id = resolveView(model.manager(), view);
+    const int id = resolveView(model.project(), view);
     const auto contour = Stratum::addContour(edit, model, type, points, at, id).shared_from_this();
     edit.commit();
     return contour;

@@ -24,11 +24,11 @@ namespace {
 using ViewAndTime = std::pair<int, double>;
 
 // Views that the project has no more keep their keyframes, for when they come back.
-QVector<QPair<View, double>> visible(const std::set<ViewAndTime>& keys, const STRM_ProjectManager& manager)
+QVector<QPair<View, double>> visible(const std::set<ViewAndTime>& keys, const Stratum::Model& project)
 {
     QVector<QPair<View, double>> keyframes;
     for (const ViewAndTime& key : keys)
-        if (static_cast<std::size_t>(key.first) < manager.settings.views.size())
+        if (static_cast<std::size_t>(key.first) < project.settings.views.size())
             keyframes.append(qMakePair(View(key.first), key.second));
     return keyframes;
 }
@@ -65,11 +65,12 @@ public:
     }
     Knob::ParameterSet* operator->() const { return m_node.get(); }
     const boost::shared_ptr<STRM_ProjectManager>& manager() const { return m_manager; }
+    const Stratum::Model& project() const { return *m_lock; }
 
 private:
     const boost::shared_ptr<STRM_ProjectManager> m_manager;
     const boost::shared_ptr<Knob::ParameterSet> m_node;
-    const Stratum::Reading m_lock;
+    const Stratum::Exclusive m_lock; // the nodes below are made when they are first asked for
 };
 
 template <class Handle>
@@ -93,7 +94,7 @@ QVariant Parameter::get(double time, View view)
     {
         const Stratum::Reading lock(*manager);
         requirePresent(*node);
-        value = node->animation().at(at, resolveView(*manager, view), manager->settings.heroView,
+        value = node->animation().at(at, resolveView(*lock, view), lock->settings.heroView,
                                      node->description().interpolated());
     }
     return toVariant(node->description(), value);
@@ -113,7 +114,7 @@ void Parameter::set(const QVariant& value, double time, View view)
     Stratum::Edit edit(*manager);
     requirePresent(*node);
     node->branch().requireWritable();
-    const int id = resolveView(*manager, view);
+    const int id = resolveView(*edit, view);
     const Knob::Animation& animation = node->animation();
     const Knob::Key* key = animation.key(at, id);
     const bool asBefore =
@@ -131,7 +132,7 @@ void Parameter::delete_keyframe(double time, View view)
     Stratum::Edit edit(*manager);
     requirePresent(*node);
     node->branch().requireWritable();
-    const int id = resolveView(*manager, view);
+    const int id = resolveView(*edit, view);
     if (!node->animation().key(at, id))
         raise<STRM_OutOfRange>(QString::fromLatin1("%1 has no keyframe at time %2 in view %3")
                                    .arg(QString::fromLatin1(node->description().name))
@@ -148,7 +149,7 @@ QVector<QPair<View, double>> Parameter::get_keyframes()
     const LockedNode node(handledObject(), m_manager);
     std::set<ViewAndTime> keys;
     collect(node->animation(), keys);
-    return visible(keys, *node.manager());
+    return visible(keys, node.project());
 }
 
 bool Parameter::operator==(const Parameter& other) const { return refersToSame(other); }
@@ -186,7 +187,7 @@ QVector<QPair<View, double>> ParameterSet::get_keyframes()
     const LockedNode node(handledObject(), m_manager);
     std::set<ViewAndTime> keys;
     collect(node->branch(), keys);
-    return visible(keys, *node.manager());
+    return visible(keys, node.project());
 }
 
 QString ParameterSet::get_display_name() { return handledObject()->displayName(); }

@@ -23,7 +23,7 @@ void setPointConstraint(boost::shared_ptr<Stratum::ControlPoint> master, boost::
     follower.requireWritable();
     if (followed)
         followed->requirePresent();
-    manager->resolveView(context.viewId);
+    edit->resolveView(context.viewId);
     Stratum::setMaster(edit, follower, followed, time, lock_tangents);
     edit.commit();
 }

@@ -16,9 +16,9 @@ boost::shared_ptr<STRM_ProjectManager> managerOf(const boost::shared_ptr<UndoGro
 
 [[noreturn]] void refuse(const char* what) { raise<STRM_BadState>(QString::fromLatin1(what)); }
 
-void requireOpen(const STRM_ProjectManager& manager, const UndoGroupData& data, const char* problem)
+void requireOpen(const Stratum::Model& model, const UndoGroupData& data, const char* problem)
 {
-    if (!manager.history.isOpen(data.transaction))
+    if (!model.history.isOpen(data.transaction))
         refuse(problem);
 }
 
@@ -26,26 +26,25 @@ void commitOpen(STRM_ProjectManager& manager, UndoGroupData& data)
 {
     Stratum::Notices notices;
     {
-        const Stratum::Reading lock(manager);
-        requireOpen(manager, data, "commit: the undo group is not open");
-        const bool changed = manager.history.commit(data.transaction, notices);
+        const Stratum::Exclusive model(manager);
+        requireOpen(*model, data, "commit: the undo group is not open");
+        const bool changed = model->history.commit(data.transaction, notices);
         data.state = changed ? UndoGroupData::State::Committed : UndoGroupData::State::CommittedNothing;
     }
     manager.announce(notices);
 }
 
-[[noreturn]] void refuseStep(const STRM_ProjectManager& manager, const char* otherwise)
+[[noreturn]] void refuseStep(const Stratum::Model& model, const char* otherwise)
 {
-    refuse(manager.history.anyOpen()
-               ? "another undo group is open: nothing is undone or redone until it is committed or "
-                 "rolled back"
-               : otherwise);
+    refuse(model.history.anyOpen() ? "another undo group is open: nothing is undone or redone until it is committed or "
+                                     "rolled back"
+                                   : otherwise);
 }
 
 // Whether the committed group changed anything; STRM_BadState when it is still open or was never committed.
-bool hasStep(const STRM_ProjectManager& manager, const UndoGroupData& data)
+bool hasStep(const Stratum::Model& model, const UndoGroupData& data)
 {
-    if (manager.history.isOpen(data.transaction))
+    if (model.history.isOpen(data.transaction))
         refuse("the undo group is open: commit it first");
     if (data.state == UndoGroupData::State::NotCommitted)
         refuse("the undo group was never committed");
@@ -59,12 +58,8 @@ UndoGroupData::~UndoGroupData()
     try {
         const boost::shared_ptr<STRM_ProjectManager> open = manager.lock();
         if (open && open->isOpen() && transaction) {
-            {
-                const Stratum::Reading lock(*open);
-                if (!open->history.isOpen(transaction))
-                    return;
-            }
-            commitOpen(*open, *this);
+            if (Stratum::Reading(*open)->history.isOpen(transaction))
+                commitOpen(*open, *this);
         }
     } catch (const std::exception&) { // by a listener; the group has ended
     }
@@ -79,10 +74,10 @@ UndoGroup::~UndoGroup() = default;
 void UndoGroup::begin()
 {
     const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
-    const Stratum::Reading lock(*manager);
-    if (manager->history.isOpen(m_data->transaction))
+    const Stratum::Exclusive model(*manager);
+    if (model->history.isOpen(m_data->transaction))
         refuse("the undo group is open already");
-    m_data->transaction = manager->history.begin(m_data->transaction);
+    m_data->transaction = model->history.begin(m_data->transaction);
 }
 
 void UndoGroup::commit() { commitOpen(*managerOf(m_data), *m_data); }
@@ -92,9 +87,9 @@ void UndoGroup::rollback()
     const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
     Stratum::Notices notices;
     {
-        const Stratum::Reading lock(*manager);
-        requireOpen(*manager, *m_data, "rollback: the undo group is not open");
-        manager->history.rollBack(m_data->transaction, notices);
+        const Stratum::Exclusive model(*manager);
+        requireOpen(*model, *m_data, "rollback: the undo group is not open");
+        model->history.rollBack(m_data->transaction, notices);
     }
     manager->announce(notices);
 }
@@ -104,12 +99,12 @@ void UndoGroup::undo()
     const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
     Stratum::Notices notices;
     {
-        const Stratum::Reading lock(*manager);
-        if (!hasStep(*manager, *m_data))
+        const Stratum::Exclusive model(*manager);
+        if (!hasStep(*model, *m_data))
             return;
-        if (!manager->history.isNextToUndo(m_data->transaction))
-            refuseStep(*manager, "undo: the undo group is not the step that is undone next");
-        manager->history.undo(notices);
+        if (!model->history.isNextToUndo(m_data->transaction))
+            refuseStep(*model, "undo: the undo group is not the step that is undone next");
+        model->history.undo(notices);
     }
     manager->announce(notices);
 }
@@ -119,12 +114,12 @@ void UndoGroup::redo()
     const boost::shared_ptr<STRM_ProjectManager> manager = managerOf(m_data);
     Stratum::Notices notices;
     {
-        const Stratum::Reading lock(*manager);
-        if (!hasStep(*manager, *m_data))
+        const Stratum::Exclusive model(*manager);
+        if (!hasStep(*model, *m_data))
             return;
-        if (!manager->history.isNextToRedo(m_data->transaction))
-            refuseStep(*manager, "redo: the undo group is not the step that is made again next");
-        manager->history.redo(notices);
+        if (!model->history.isNextToRedo(m_data->transaction))
+            refuseStep(*model, "redo: the undo group is not the step that is made again next");
+        model->history.redo(notices);
     }
     manager->announce(notices);
 }

@@ -34,7 +34,7 @@ std::vector<ExportedView> viewsToWrite(Clip::Data& clip, const QVector<View>& as
             continue;
         // A clip of no project has only numbers for its views.
         const auto mapped = state.mapping.find(id);
-        const auto& names = clip.manager->settings.views;
+        const auto& names = reading->settings.views;
         const bool named =
             !clip.detached && mapped != state.mapping.end() && static_cast<std::size_t>(mapped->second) < names.size();
         views.push_back({id, named ? names[static_cast<std::size_t>(mapped->second)].abbreviation : asText(id), {}});

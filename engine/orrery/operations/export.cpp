@@ -29,20 +29,20 @@ struct Settings
 
 Settings settingsFor(STRM_ProjectManager& manager, const QVector<Layer>& layers, const QVector<View>& asked, bool all)
 {
-    Stratum::Reading reading(manager);
+    const Stratum::Reading model(manager);
     Settings settings;
-    settings.length = manager.settings.length;
-    settings.range = manager.settings.inOutRange;
-    settings.firstNumber = manager.settings.firstFrameOffset;
-    settings.frameRate = manager.settings.frameRate;
-    std::vector<int> ids = resolveViews(manager, asked);
+    settings.length = model->settings.length;
+    settings.range = model->settings.inOutRange;
+    settings.firstNumber = model->settings.firstFrameOffset;
+    settings.frameRate = model->settings.frameRate;
+    std::vector<int> ids = resolveViews(*model, asked);
     if (ids.empty() && !all)
-        ids.push_back(manager.settings.heroView);
-    for (std::size_t id = 0; asked.isEmpty() && all && id < manager.settings.views.size(); ++id)
+        ids.push_back(model->settings.heroView);
+    for (std::size_t id = 0; asked.isEmpty() && all && id < model->settings.views.size(); ++id)
         ids.push_back(static_cast<int>(id));
     for (const int id : ids)
-        settings.views.push_back({id, manager.settings.views[static_cast<std::size_t>(id)].abbreviation, {}});
-    settings.clip = footageClip(manager, selectLayers(manager, layers));
+        settings.views.push_back({id, model->settings.views[static_cast<std::size_t>(id)].abbreviation, {}});
+    settings.clip = footageClip(*model, selectLayers(*model, layers));
     return settings;
 }
 

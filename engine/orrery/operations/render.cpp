@@ -15,8 +15,8 @@ namespace {
 
 void requireFrames(STRM_ProjectManager& manager, int first, int last)
 {
-    Stratum::Reading reading(manager);
-    const unsigned int length = manager.settings.length;
+    const Stratum::Reading model(manager);
+    const unsigned int length = model->settings.length;
     if (first < 0 || static_cast<unsigned int>(first) >= length)
         raise<STRM_OutOfRange>(text("first: there is no frame %1, the project has %2", first, length));
     if (last < 0 || static_cast<unsigned int>(last) >= length)
@@ -28,8 +28,8 @@ void requireFrames(STRM_ProjectManager& manager, int first, int last)
 // Those that are given, in their order, or all that are visible.
 QVector<Layer> layersToRender(STRM_ProjectManager& manager, const QVector<Layer>& layers)
 {
-    Stratum::Reading reading(manager);
-    const std::vector<Stratum::LayerModel*> selected = selectLayers(manager, layers);
+    const Stratum::Reading model(manager);
+    const std::vector<Stratum::LayerModel*> selected = selectLayers(*model, layers);
     QVector<Layer> handles = layers;
     for (Stratum::LayerModel* layer : selected)
         if (layers.isEmpty())
@@ -72,8 +72,8 @@ Clip* Project::render(RenderOperation* operation, int first, int last, const QVe
     requireOpen(manager);
     Stratum::Settings settings;
     {
-        Stratum::Reading reading(manager);
-        settings = manager.settings;
+        const Stratum::Reading model(manager);
+        settings = model->settings;
     }
     std::unique_ptr<Clip> clip = newClip(m_data->manager, stateOver(*rendered, settings));
     clip->data().model->showFrom(rendered->view, rendered->first);

@@ -34,17 +34,17 @@ RenderValues valuesOf(const Parameters& parameters, int frame, int view)
 
 // What lies behind a layer moves as the nearest layer below that is tracked and stays in the picture. A layer that is
 // linked says itself what it moves with, and one with nothing tracked below is taken for a part of the plane.
-Stratum::LayerModel& planeBehind(STRM_ProjectManager& manager, Stratum::LayerModel& layer,
+Stratum::LayerModel& planeBehind(const Stratum::Model& project, Stratum::LayerModel& layer,
                                  const std::vector<Stratum::LayerModel*>& selected, int view)
 {
     Stratum::LayerModel* plane = &layer;
     if (layer.trackedWith())
         return layer;
-    for (Stratum::LayerModel* below : Stratum::allLayers(manager)) {
+    for (Stratum::LayerModel* below : Stratum::allLayers(project)) {
         if (below == &layer)
             break;
         const Stratum::LayerModel& source = below->trackSource();
-        const bool moves = source.tracked(view) || source.tracked(manager.settings.heroView);
+        const bool moves = source.tracked(view) || source.tracked(project.settings.heroView);
         if (moves && &source != &layer && std::find(selected.begin(), selected.end(), below) == selected.end())
             plane = below;
     }
@@ -93,19 +93,19 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
 {
     ClipModel* clip;
     {
-        Stratum::Reading reading(manager);
-        view = resolveView(manager, asked);
-        outputFolder = manager.settings.outputFolder;
-        firstNumber = manager.settings.firstFrameOffset;
+        const Stratum::Reading model(manager);
+        view = resolveView(*model, asked);
+        outputFolder = model->settings.outputFolder;
+        firstNumber = model->settings.firstFrameOffset;
         requireNumbers(first, last, firstNumber);
-        const std::vector<Stratum::LayerModel*> selected = selectLayers(manager, wanted);
+        const std::vector<Stratum::LayerModel*> selected = selectLayers(*model, wanted);
         if (selected.empty())
             raise<STRM_BadState>(text("There is no layer to render"));
-        clip = footageClip(manager, selected);
+        clip = footageClip(*model, selected);
         if (!clip)
             raise<STRM_BadState>(text("There is no clip to render the layers with"));
         if (around) {
-            const std::int64_t count = std::min<std::int64_t>(manager.settings.length, clip->frameEnd());
+            const std::int64_t count = std::min<std::int64_t>(model->settings.length, clip->frameEnd());
             reachFirst = static_cast<int>(std::max<std::int64_t>(0, first - farthest));
             reachLast = static_cast<int>(std::max<std::int64_t>(last, std::min(count - 1, last + farthest)));
         }
@@ -115,9 +115,9 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
         for (Stratum::LayerModel* layer : selected)
             if (around)
                 planes.push_back(
-                    Stratum::snapshot(planeBehind(manager, *layer, selected, view), reachFirst, reachLast, view));
+                    Stratum::snapshot(planeBehind(*model, *layer, selected, view), reachFirst, reachLast, view));
         for (int frame = first; frame <= last; ++frame)
-            values.push_back(valuesOf(manager.parameters(), frame, view));
+            values.push_back(valuesOf(model->parameters(), frame, view));
     }
     if (outputFolder.isEmpty())
         raise<STRM_BadState>(text("The project has no output folder to render to"));

@@ -23,16 +23,16 @@ void requireOpen(const STRM_ProjectManager& manager)
         raise<STRM_BadState>(text("The project was destroyed while it was worked on"));
 }
 
-std::vector<Stratum::LayerModel*> selectLayers(STRM_ProjectManager& manager, const QVector<Layer>& layers)
+std::vector<Stratum::LayerModel*> selectLayers(const Stratum::Model& project, const QVector<Layer>& layers)
 {
     std::set<Stratum::LayerModel*> wanted;
     for (const Layer& layer : layers) {
         const boost::shared_ptr<STRM_Layer> object = argumentObject<STRM_Layer>("layers", layer);
-        requireSameProject("layers", Stratum::model(*object), manager);
+        requireSameProject("layers", Stratum::model(*object), project.manager());
         wanted.insert(&Stratum::model(*object));
     }
     std::vector<Stratum::LayerModel*> selected;
-    for (Stratum::LayerModel* layer : Stratum::allLayers(manager))
+    for (Stratum::LayerModel* layer : Stratum::allLayers(project))
         if (layers.isEmpty() ? layer->shown() : wanted.count(layer) != 0)
             selected.push_back(layer);
     return selected;
@@ -41,36 +41,36 @@ std::vector<Stratum::LayerModel*> selectLayers(STRM_ProjectManager& manager, con
 std::vector<Stratum::LayerSnapshot> snapshotLayers(STRM_ProjectManager& manager, const QVector<Layer>& layers,
                                                    int first, int last, int view)
 {
-    Stratum::Reading reading(manager);
+    const Stratum::Reading model(manager);
     std::vector<Stratum::LayerSnapshot> snapshots;
-    for (Stratum::LayerModel* layer : selectLayers(manager, layers))
+    for (Stratum::LayerModel* layer : selectLayers(*model, layers))
         snapshots.push_back(Stratum::snapshot(*layer, first, last, view));
     return snapshots;
 }
 
-std::vector<int> resolveViews(STRM_ProjectManager& manager, const QVector<View>& views)
+std::vector<int> resolveViews(const Stratum::Model& project, const QVector<View>& views)
 {
     std::vector<int> ids;
     for (const View& view : views) {
-        const int id = resolveView(manager, view);
+        const int id = resolveView(project, view);
         if (std::find(ids.begin(), ids.end(), id) == ids.end())
             ids.push_back(id);
     }
     return ids;
 }
 
-ClipModel* clipModel(const STRM_ProjectManager& manager, unsigned int id)
+ClipModel* clipModel(const Stratum::Model& project, unsigned int id)
 {
-    Clip* clip = clipWithId(manager, id);
+    Clip* clip = clipWithId(project, id);
     return clip ? clip->data().model.get() : nullptr;
 }
 
-ClipModel* footageClip(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers)
+ClipModel* footageClip(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& layers)
 {
     for (Stratum::LayerModel* layer : layers)
-        if (ClipModel* clip = clipModel(manager, layer->clip))
+        if (ClipModel* clip = clipModel(project, layer->clip))
             return clip;
-    return manager.clips.empty() ? nullptr : manager.clips.front()->data().model.get();
+    return project.clips.empty() ? nullptr : project.clips.front()->data().model.get();
 }
 
 } // namespace orrery

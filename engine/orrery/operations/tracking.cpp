@@ -33,23 +33,23 @@ struct Plan
 };
 
 // The end of the work range is no end that somebody asked for: footage that is shorter ends the track.
-unsigned int defaultStop(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers)
+unsigned int defaultStop(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& layers)
 {
     std::int64_t longest = 0;
     for (const Stratum::LayerModel* layer : layers)
-        longest = std::max(longest, clipModel(manager, layer->clip)->frameEnd());
-    const unsigned int stop = manager.settings.inOutRange.second;
+        longest = std::max(longest, clipModel(project, layer->clip)->frameEnd());
+    const unsigned int stop = project.settings.inOutRange.second;
     return longest > 0 ? static_cast<unsigned int>(std::min<std::int64_t>(stop, longest - 1)) : stop;
 }
 
-Range rangeOf(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& layers, unsigned int start,
+Range rangeOf(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& layers, unsigned int start,
               unsigned int stop)
 {
-    const Stratum::Settings& settings = manager.settings;
+    const Stratum::Settings& settings = project.settings;
     if (start == unknownFrame || (start == 0 && stop == unknownFrame)) // no range was given
         start = settings.inOutRange.first;
     if (stop == unknownFrame)
-        stop = defaultStop(manager, layers);
+        stop = defaultStop(project, layers);
     if (start > stop)
         raise<STRM_BadArgument>(text("start_index: the frame %1 comes after stop_index, %2", start, stop));
     if (stop >= settings.length)
@@ -59,11 +59,11 @@ Range rangeOf(STRM_ProjectManager& manager, const std::vector<Stratum::LayerMode
 }
 
 // Those that were named must be able to be tracked; of all layers, those are tracked that can be.
-std::vector<Stratum::LayerModel*> layersToTrack(STRM_ProjectManager& manager, const QVector<Layer>& named)
+std::vector<Stratum::LayerModel*> layersToTrack(const Stratum::Model& project, const QVector<Layer>& named)
 {
     std::vector<Stratum::LayerModel*> layers;
-    for (Stratum::LayerModel* layer : selectLayers(manager, named)) {
-        const bool clip = clipModel(manager, layer->clip);
+    for (Stratum::LayerModel* layer : selectLayers(project, named)) {
+        const bool clip = clipModel(project, layer->clip);
         const bool able = !layer->trackedWith() && clip && !layer->contours.empty();
         if (able)
             layers.push_back(layer);
@@ -79,7 +79,7 @@ std::vector<Stratum::LayerModel*> layersToTrack(STRM_ProjectManager& manager, co
     return layers;
 }
 
-Plan planFor(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel*>& wanted, int view, Range range)
+Plan planFor(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& wanted, int view, Range range)
 {
     Plan plan{view, wanted, {}, {}, {}, range};
     for (const Stratum::LayerModel* layer : wanted) {
@@ -87,7 +87,7 @@ Plan planFor(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel
         plan.reach.last = std::max(plan.reach.last, static_cast<int>(layer->inPoint()));
     }
     requireBearable(static_cast<unsigned int>(plan.reach.first), static_cast<unsigned int>(plan.reach.last));
-    for (Stratum::LayerModel* layer : Stratum::allLayers(manager)) {
+    for (Stratum::LayerModel* layer : Stratum::allLayers(project)) {
         const bool tracked = std::find(wanted.begin(), wanted.end(), layer) != wanted.end();
         if (!tracked && (!layer->shown() || layer->contours.empty()))
             continue;
@@ -95,7 +95,7 @@ Plan planFor(STRM_ProjectManager& manager, const std::vector<Stratum::LayerModel
         item.snapshot = Stratum::snapshot(*layer, plan.reach.first, plan.reach.last, view);
         item.source = layer->trackSource().id();
         if (tracked) {
-            ClipModel* const clip = clipModel(manager, layer->clip);
+            ClipModel* const clip = clipModel(project, layer->clip);
             const auto known = std::find(plan.clips.begin(), plan.clips.end(), clip);
             item.footage = static_cast<int>(known - plan.clips.begin());
             if (known == plan.clips.end())
@@ -170,14 +170,14 @@ void Project::track_layers(unsigned int start_index, unsigned int stop_index, co
     Range range;
     std::vector<Plan> plans;
     {
-        Stratum::Reading reading(manager);
-        const std::vector<Stratum::LayerModel*> wanted = layersToTrack(manager, layers);
-        range = rangeOf(manager, wanted, start_index, stop_index);
-        std::vector<int> ids = resolveViews(manager, views);
+        const Stratum::Reading model(manager);
+        const std::vector<Stratum::LayerModel*> wanted = layersToTrack(*model, layers);
+        range = rangeOf(*model, wanted, start_index, stop_index);
+        std::vector<int> ids = resolveViews(*model, views);
         if (ids.empty())
-            ids.push_back(manager.settings.heroView);
+            ids.push_back(model->settings.heroView);
         for (const int id : ids)
-            plans.push_back(planFor(manager, wanted, id, range));
+            plans.push_back(planFor(*model, wanted, id, range));
     }
 
     OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Tracking"));

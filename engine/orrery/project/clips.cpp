@@ -11,17 +11,17 @@ using namespace orrery;
 
 namespace orrery {
 
-Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id)
+Clip* clipWithId(const Stratum::Model& project, unsigned int id)
 {
-    for (Clip* clip : manager.clips)
+    for (Clip* clip : project.clips)
         if (clip->get_id() == id)
             return clip;
     return nullptr;
 }
 
-QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted)
+QString freeClipName(const Stratum::Model& project, const QString& wanted)
 {
-    const std::vector<Clip*>& clips = manager.clips;
+    const std::vector<Clip*>& clips = project.clips;
     if (std::none_of(clips.begin(), clips.end(), [&wanted](const Clip* clip) { return lockedName(*clip) == wanted; }))
         return wanted;
     std::set<QString> taken;
@@ -35,14 +35,14 @@ QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted)
 
 std::shared_ptr<Clip*> adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip)
 {
-    renameNewClip(*clip, freeClipName(*project.manager, lockedName(*clip)));
+    renameNewClip(*clip, freeClipName(*edit, lockedName(*clip)));
     return adoptNamedClip(edit, project, std::move(clip));
 }
 
 std::shared_ptr<Clip*> adoptNamedClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip)
 {
-    std::vector<Clip*>& clips = project.manager->clips;
-    unmapViewsFrom(edit, *clip, static_cast<int>(project.manager->settings.views.size()));
+    std::vector<Clip*>& clips = edit->clips;
+    unmapViewsFrom(edit, *clip, static_cast<int>(edit->settings.views.size()));
     project.ownClip(std::move(clip));
     const std::shared_ptr<Clip*> adopted = project.allClips.back();
     Stratum::Notices notices;
@@ -79,22 +79,22 @@ Clip* Project::add_clip(Clip* clip, const QString& name)
 
 QHash<QString, Clip*> Project::get_clips()
 {
-    const Stratum::Reading lock(*m_data->manager);
+    const Stratum::Reading model(*m_data->manager);
     QHash<QString, Clip*> clips;
-    for (Clip* clip : m_data->manager->clips)
+    for (Clip* clip : model->clips)
         clips.insert(lockedName(*clip), clip);
     return clips;
 }
 
 Clip* Project::get_default_trackable_clip() const
 {
-    const Stratum::Reading lock(*m_data->manager);
-    return m_data->manager->clips.empty() ? nullptr : m_data->manager->clips.front();
+    const Stratum::Reading model(*m_data->manager);
+    return model->clips.empty() ? nullptr : model->clips.front();
 }
 
 Clip* Layer::tracking_input_clip(bool use_linked_layer)
 {
     const LockedItem<Stratum::LayerModel> layer(handledObject());
     const Stratum::LayerModel& source = use_linked_layer ? layer->trackSource() : *layer;
-    return clipWithId(source.manager(), source.clip);
+    return clipWithId(source.project(), source.clip);
 }

@@ -12,18 +12,17 @@ using namespace orrery;
 Layer Project::add_layer(Clip* clip, const QString& name, unsigned int frame_number, unsigned int view)
 {
     requireName("name", name);
-    STRM_ProjectManager& manager = *m_data->manager;
-    Stratum::Edit edit(manager);
-    if (clip && std::find(manager.clips.begin(), manager.clips.end(), clip) == manager.clips.end())
+    Stratum::Edit edit(*m_data->manager);
+    if (clip && std::find(edit->clips.begin(), edit->clips.end(), clip) == edit->clips.end())
         raise<STRM_BadArgument>(QString::fromLatin1("clip: it is none of the project's"));
-    if (frame_number >= manager.settings.length)
+    if (frame_number >= edit->settings.length)
         raise<STRM_OutOfRange>(QString::fromLatin1("frame_number: frame %1 is past the last, %2")
                                    .arg(frame_number)
-                                   .arg(manager.settings.length - 1));
-    const int id = manager.resolveView(static_cast<int>(view));
-    if (!clip && !manager.clips.empty())
-        clip = manager.clips.front();
-    Stratum::LayerModel& layer = *manager.makeLayer();
+                                   .arg(edit->settings.length - 1));
+    const int id = edit->resolveView(static_cast<int>(view));
+    if (!clip && !edit->clips.empty())
+        clip = edit->clips.front();
+    Stratum::LayerModel& layer = *edit->makeLayer();
     layer.name = name;
     layer.clip = clip ? clip->get_id() : 0;
     layer.inFrame = frame_number;
@@ -45,7 +44,7 @@ LayerGroup Project::add_group(const QString& name, QVector<Layer> layers)
     Stratum::Edit edit(manager);
     for (const auto& member : members)
         Stratum::model(*member).requirePresent();
-    Stratum::GroupModel& group = *manager.makeGroup();
+    Stratum::GroupModel& group = *edit->makeGroup();
     group.name = name;
     Stratum::addGroup(edit, group);
     for (const auto& member : members)
@@ -56,16 +55,16 @@ LayerGroup Project::add_group(const QString& name, QVector<Layer> layers)
 
 Layer Project::layer(unsigned int index)
 {
-    const Stratum::Reading lock(*m_data->manager);
-    Stratum::LayerModel* layer = Stratum::layerAt(*m_data->manager, index);
+    const Stratum::Reading model(*m_data->manager);
+    Stratum::LayerModel* layer = Stratum::layerAt(*model, index);
     return layer ? handleOf(*layer) : Layer();
 }
 
 QVector<Layer> Project::find_layers(const QString& text)
 {
-    const Stratum::Reading lock(*m_data->manager);
+    const Stratum::Reading model(*m_data->manager);
     QVector<Layer> found;
-    for (Stratum::LayerModel* layer : Stratum::allLayers(*m_data->manager))
+    for (Stratum::LayerModel* layer : Stratum::allLayers(*model))
         if (layer->name.contains(text, Qt::CaseInsensitive))
             found.append(handleOf(*layer));
     return found;
@@ -73,9 +72,9 @@ QVector<Layer> Project::find_layers(const QString& text)
 
 QVector<LayerGroup> Project::find_groups(const QString& text)
 {
-    const Stratum::Reading lock(*m_data->manager);
+    const Stratum::Reading model(*m_data->manager);
     QVector<LayerGroup> found;
-    for (Stratum::GroupModel* group : Stratum::allGroups(*m_data->manager))
+    for (Stratum::GroupModel* group : Stratum::allGroups(*model))
         if (group->name.contains(text, Qt::CaseInsensitive))
             found.append(handleOf(*group));
     return found;
@@ -89,10 +88,10 @@ QVector<LayerGroup> Project::get_groups() { return find_groups(QString()); }
 
 Parameter Project::parameter(const QStringList& name_components)
 {
-    return parameterAt(m_data->manager->parameters(), *m_data->manager, name_components);
+    return parameterAt(m_data->parameters, *m_data->manager, name_components);
 }
 
 ParameterSet Project::parameter_set(const QStringList& name_components)
 {
-    return parameterSetAt(m_data->manager->parameters(), *m_data->manager, name_components);
+    return parameterSetAt(m_data->parameters, *m_data->manager, name_components);
 }

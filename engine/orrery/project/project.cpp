@@ -23,20 +23,20 @@ static_assert(Stratum::interlaceModes == InvalidInterlaceMode);
 class ClipsBranch : public Knob::NamedBranch
 {
 public:
-    explicit ClipsBranch(STRM_ProjectManager& manager)
-        : NamedBranch(manager.parameters(), QT_TRANSLATE_NOOP("Parameter", "Clips")), m_manager(manager)
+    explicit ClipsBranch(const Stratum::Model& project)
+        : NamedBranch(project.parameters(), QT_TRANSLATE_NOOP("Parameter", "Clips")), m_project(project)
     {}
 
     std::vector<Knob::Member> members() override
     {
         std::vector<Knob::Member> members;
-        for (Clip* clip : m_manager.clips)
+        for (Clip* clip : m_project.clips)
             members.push_back({lockedName(*clip), &clipBranch(*clip), nullptr, nullptr});
         return members;
     }
 
 private:
-    STRM_ProjectManager& m_manager;
+    const Stratum::Model& m_project;
 };
 
 // Checked by the member's row, alone and beside the other settings.
@@ -45,7 +45,7 @@ void assign(Project::Data& data, T value)
 {
     requireField<member>(value);
     Stratum::Edit edit(*data.manager);
-    Stratum::Settings& settings = data.manager->settings;
+    Stratum::Settings& settings = edit->settings;
     Stratum::Settings next = settings;
     next.*member = value;
     requireFit<member>(next);
@@ -56,8 +56,7 @@ void assign(Project::Data& data, T value)
 template <class T>
 T read(const Project::Data& data, T Stratum::Settings::*place)
 {
-    const Stratum::Reading lock(*data.manager);
-    return data.manager->settings.*place;
+    return Stratum::Reading(*data.manager)->settings.*place;
 }
 
 void requireWritableFolder(const QString& folder)
@@ -89,11 +88,15 @@ std::vector<Stratum::ViewSettings> viewsFor(std::size_t count)
 // ---- The data ----
 
 Project::Data::Data(Project& project, boost::shared_ptr<STRM_ProjectManager> manager)
-    : project(project), manager(std::move(manager)), progressWatcher(new ProgressWatcher(&project))
+    : project(project), manager(std::move(manager)), parameters(Stratum::Exclusive(*this->manager)->parameters()),
+      progressWatcher(new ProgressWatcher(&project))
 {
-    const auto clips = boost::make_shared<ClipsBranch>(*this->manager);
-    this->manager->parameters().addBranch(QString::fromLatin1("clips"), clips.get());
-    this->manager->keep(clips);
+    {
+        const Stratum::Exclusive model(*this->manager);
+        const auto clips = boost::make_shared<ClipsBranch>(*model);
+        model->parameters().addBranch(QString::fromLatin1("clips"), clips.get());
+        model->keep(clips);
+    }
     this->manager->setListener(this);
 }
 
@@ -109,8 +112,8 @@ Project::Data::~Data()
 // The next clip to destroy; null when none is left.
 Clip* Project::Data::takeClip()
 {
-    const Stratum::Reading lock(*manager);
-    manager->clips.clear();
+    const Stratum::Exclusive model(*manager);
+    model->clips.clear();
     for (; !allClips.empty(); allClips.pop_back())
         if (Clip* const clip = std::exchange(*allClips.back(), nullptr))
             return clip;
@@ -128,11 +131,11 @@ void Project::Data::forget(Clip& clip)
 {
     Notices notices;
     {
-        const Stratum::Reading lock(*manager);
+        const Stratum::Exclusive model(*manager);
         for (const auto& owned : allClips)
             if (*owned == &clip)
                 *owned = nullptr;
-        std::vector<Clip*>& clips = manager->clips;
+        std::vector<Clip*>& clips = model->clips;
         const auto end = std::remove(clips.begin(), clips.end(), &clip);
         notices.clips = end != clips.end();
         clips.erase(end, clips.end());
@@ -163,7 +166,7 @@ void Project::Data::announce(const Notices& notices)
 Project::Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent)
     : QObject(parent), m_data(std::make_unique<Data>(*this, STRM_ProjectManager::create()))
 {
-    Stratum::Settings settings = m_data->manager->settings;
+    Stratum::Settings settings = Stratum::Reading(*m_data->manager)->settings;
     settings.interlaceMode = interlace_mode;
     ClipState state;
     if (clip) {
@@ -179,7 +182,7 @@ Project::Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent)
     }
     Knob::forEachField<Stratum::Settings>(
         [&settings](const auto& field) { require(field.name, field.problemOf(settings.*field.member)); });
-    m_data->manager->settings = settings;
+    Stratum::Exclusive(*m_data->manager)->settings = settings;
     if (!clip)
         return;
     std::unique_ptr<Clip> own = copyForProject(*clip, state.name, m_data->manager);
@@ -187,7 +190,7 @@ Project::Project(Clip* clip, InterlaceMode interlace_mode, QObject* parent)
     Stratum::Edit edit(*m_data->manager);
     adoptClip(edit, *m_data, std::move(own));
     edit.commit();
-    m_data->manager->history = Stratum::History();
+    Stratum::Exclusive(*m_data->manager)->history = Stratum::History();
 }
 
 Project::~Project()
@@ -226,7 +229,7 @@ void Project::set_length(unsigned int length)
 {
     requireField<&Stratum::Settings::length>(length);
     Stratum::Edit edit(*m_data->manager);
-    Stratum::Settings& now = m_data->manager->settings;
+    Stratum::Settings& now = edit->settings;
     Stratum::Settings cut = now;
     cut.cutTo(length);
     edit.assign(now.length, cut.length, Notices::setting("length"));
@@ -302,13 +305,13 @@ void Project::set_views(const QVector<ViewInfo>& views)
         next.push_back({view.get_name(), view.get_abbr(), view.get_color()});
     requireField<&Stratum::Settings::views>(next);
     Stratum::Edit edit(*m_data->manager);
-    Stratum::Settings& settings = m_data->manager->settings;
+    Stratum::Settings& settings = edit->settings;
     Notices notices;
     notices.views = true;
     edit.assign(settings.views, next, notices);
     if (static_cast<std::size_t>(settings.heroView) >= next.size())
         edit.assign(settings.heroView, 0, Notices::setting("default_hero_view"));
-    for (Clip* clip : m_data->manager->clips)
+    for (Clip* clip : edit->clips)
         unmapViewsFrom(edit, *clip, static_cast<int>(next.size()));
     edit.commit();
 }
@@ -318,7 +321,7 @@ View Project::get_default_hero_view() { return View(read(*m_data, &Stratum::Sett
 void Project::set_default_hero_view(View view)
 {
     Stratum::Edit edit(*m_data->manager);
-    const int id = resolveView(*m_data->manager, view);
-    edit.assign(m_data->manager->settings.heroView, id, Notices::setting("default_hero_view"));
+    const int id = resolveView(*edit, view);
+    edit.assign(edit->settings.heroView, id, Notices::setting("default_hero_view"));
     edit.commit();
 }

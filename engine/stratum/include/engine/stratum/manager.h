@@ -2,7 +2,8 @@
 //
 // Locks. There is one model lock per manager, held for short reads and writes of the model only. It is never held while
 // a signal is emitted, a virtual operation of a class that scripts can see is called, a file is read or written, a
-// variant is copied, or an object that scripts can see is destroyed. Reading and Edit below are the ways to hold it.
+// variant is copied, or an object that scripts can see is destroyed. Reading, Edit and
+// Exclusive below are the ways to hold it, and the only ways to what it guards.
 #pragma once
 
 #include <QString>
@@ -11,9 +12,9 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 #include <engine/stratum/history.h>
+#include <engine/stratum/model_lock.h>
 #include <engine/stratum/settings.h>
 #include <memory>
-#include <mutex>
 #include <stratum/project_manager.h>
 #include <utility>
 #include <vector>
@@ -23,6 +24,7 @@ class Clip;
 namespace Stratum {
 
 class GroupModel;
+class Guard;
 class LayerModel;
 class RootModel;
 class ProjectParameters;
@@ -35,6 +37,63 @@ public:
 
 protected:
     ~Listener() = default;
+};
+
+// What the model lock guards. Only Reading, Edit and Exclusive lead to it; who has it, or an object of it, holds the
+// lock.
+class Model
+{
+public:
+    explicit Model(STRM_ProjectManager& manager);
+    Model(const Model&) = delete;
+    Model& operator=(const Model&) = delete;
+    ~Model();
+
+    STRM_ProjectManager& manager() const { return m_manager; }
+
+    History history;
+    Settings settings;
+    RootModel& root() { return *m_root; }
+    const RootModel& root() const { return *m_root; }
+    // The project's clips, in the order in which they were added; the first is the default trackable one. The project
+    // owns them (the object model's classes are not known here).
+    std::vector<Clip*> clips;
+    // What can be animated of the project itself.
+    ProjectParameters& parameters() { return *m_parameters; }
+    const ProjectParameters& parameters() const { return *m_parameters; }
+
+    // New objects, which are not in the tree yet: addLayer() and addGroup() put them there.
+    boost::shared_ptr<LayerModel> makeLayer();
+    boost::shared_ptr<GroupModel> makeGroup();
+    // The same with ids of a saved project, in any order and each once; idsGiven() ends it, and says from which id on
+    // none was ever used.
+    boost::shared_ptr<LayerModel> makeLayer(unsigned int id);
+    boost::shared_ptr<GroupModel> makeGroup(unsigned int id);
+    void idsGiven(unsigned int nextId);
+    unsigned int nextId() const { return m_lastId + 1; }
+
+    // Null when the project has no such layer now.
+    LayerModel* findLayer(unsigned int id) const;
+    GroupModel* findGroup(unsigned int id) const;
+
+    // Keeps what is behind an object that scripts can see (a clip's model) for as long as handles may reach it: until
+    // the manager goes.
+    void keep(boost::shared_ptr<void> object) { m_kept.push_back(std::move(object)); }
+
+    // The id of the view that a script's view id stands for. STRM_OutOfRange names the id.
+    int resolveView(int id) const;
+
+private:
+    unsigned int newId() const; // STRM_OutOfRange when there is none left
+
+    STRM_ProjectManager& m_manager;
+    unsigned int m_lastId = 0;
+    boost::shared_ptr<RootModel> m_root;
+    std::unique_ptr<ProjectParameters> m_parameters;
+    // Every layer and group that ever was, by id: pointers between them stay good until the manager goes.
+    std::vector<boost::shared_ptr<LayerModel>> m_layers;
+    std::vector<boost::shared_ptr<GroupModel>> m_groups;
+    std::vector<boost::shared_ptr<void>> m_kept;
 };
 
 } // namespace Stratum
@@ -60,70 +119,57 @@ public:
     // Called without a lock.
     void announce(const Stratum::Notices& notices);
 
-    // ---- With the model lock held ----
-
-    Stratum::History history;
-    Stratum::Settings settings;
-    Stratum::RootModel& root() { return *m_root; }
-    // The project's clips, in the order in which they were added; the first is the default trackable one. The project
-    // owns them (the object model's classes are not known here).
-    std::vector<Clip*> clips;
-    // What can be animated of the project itself.
-    Stratum::ProjectParameters& parameters() { return *m_parameters; }
-
-    // New objects, which are not in the tree yet: addLayer() and addGroup() put them there.
-    boost::shared_ptr<Stratum::LayerModel> makeLayer();
-    boost::shared_ptr<Stratum::GroupModel> makeGroup();
-    // The same with ids of a saved project, in any order and each once; idsGiven() ends it, and says from which id on
-    // none was ever used.
-    boost::shared_ptr<Stratum::LayerModel> makeLayer(unsigned int id);
-    boost::shared_ptr<Stratum::GroupModel> makeGroup(unsigned int id);
-    void idsGiven(unsigned int nextId);
-    unsigned int nextId() const { return m_lastId + 1; }
-
-    // Null when the project has no such layer now.
-    Stratum::LayerModel* findLayer(unsigned int id) const;
-    Stratum::GroupModel* findGroup(unsigned int id) const;
-
-    // Keeps what is behind an object that scripts can see (a clip's model) for as long as handles may reach it: until
-    // the manager goes.
-    void keep(boost::shared_ptr<void> object) { m_kept.push_back(std::move(object)); }
-
-    // The id of the view that a script's view id stands for. STRM_OutOfRange names the id.
-    int resolveView(int id) const;
-
 private:
-    friend std::mutex& modelMutex(STRM_ProjectManager& manager);
+    friend class Stratum::Guard;
     STRM_ProjectManager();
-    unsigned int newId() const; // STRM_OutOfRange when there is none left
 
-    std::mutex m_mutex;
+    Stratum::ModelLock m_lock;
     std::atomic<bool> m_open{true};
     std::atomic<Stratum::Listener*> m_listener{nullptr};
-    unsigned int m_lastId = 0;
-    boost::shared_ptr<Stratum::RootModel> m_root;
-    std::unique_ptr<Stratum::ProjectParameters> m_parameters;
-    // Every layer and group that ever was, by id: pointers between them stay good until the manager goes.
-    std::vector<boost::shared_ptr<Stratum::LayerModel>> m_layers;
-    std::vector<boost::shared_ptr<Stratum::GroupModel>> m_groups;
-    std::vector<boost::shared_ptr<void>> m_kept;
+    Stratum::Model m_model VIREO_GUARDED_BY(m_lock);
 };
-
-std::mutex& modelMutex(STRM_ProjectManager& manager);
 
 namespace Stratum {
 
 // STRM_BadState "Invalid object", of a removed object or a handle of one.
 [[noreturn]] void throwInvalidObject();
 
-// Holds the model lock, for a read or for a change of the history itself.
-class Reading
+// Holds the model lock. The one class that opens a manager: what its subclasses do not show cannot be reached.
+class Guard
 {
 public:
-    explicit Reading(STRM_ProjectManager& manager) : m_lock(modelMutex(manager)) {}
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+protected:
+    explicit Guard(STRM_ProjectManager& manager) VIREO_UNCHECKED;
+    ~Guard();
+    Model& model() const { return m_model; }
+    bool holds() const { return m_lock; }
+    void release() VIREO_UNCHECKED;
 
 private:
-    std::lock_guard<std::mutex> m_lock;
+    Model& m_model;
+    ModelLock* m_lock;
+};
+
+// For a read.
+class Reading : public Guard
+{
+public:
+    explicit Reading(STRM_ProjectManager& manager) : Guard(manager) {}
+    const Model& operator*() const { return model(); }
+    const Model* operator->() const { return &model(); }
+};
+
+// For what is not undone: loading, transactions of the history itself, forgetting what somebody else destroyed, and
+// what is only made when it is first asked for.
+class Exclusive : public Guard
+{
+public:
+    explicit Exclusive(STRM_ProjectManager& manager) : Guard(manager) {}
+    Model& operator*() const { return model(); }
+    Model* operator->() const { return &model(); }
 };
 
 // Holds the model lock for a change, which may be of many parts and is made as a whole: what was performed is taken
@@ -134,13 +180,14 @@ private:
 //     layer.requirePresent();                       // check everything
 //     edit.assign(layer.name, name, Notices::layersChanged());
 //     edit.commit();                                // records, releases the lock, then announces
-class Edit
+class Edit : public Guard
 {
 public:
     explicit Edit(STRM_ProjectManager& manager);
-    Edit(const Edit&) = delete;
-    Edit& operator=(const Edit&) = delete;
     ~Edit();
+
+    Model& operator*() const { return model(); }
+    Model* operator->() const { return &model(); }
 
     void perform(std::unique_ptr<Change> change);
 
@@ -158,7 +205,6 @@ public:
 
 private:
     const boost::shared_ptr<STRM_ProjectManager> m_manager;
-    std::unique_lock<std::mutex> m_lock;
     Changes m_changes;
     Notices m_notices;
 };

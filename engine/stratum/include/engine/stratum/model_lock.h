@@ -10,9 +10,9 @@
     #define VIREO_THREAD_SAFETY(attribute)
 #endif
 #define VIREO_CAPABILITY(name) VIREO_THREAD_SAFETY(capability(name))
-#define VIREO_SCOPED_CAPABILITY VIREO_THREAD_SAFETY(scoped_lockable)
 #define VIREO_GUARDED_BY(lock) VIREO_THREAD_SAFETY(guarded_by(lock))
-#define VIREO_REQUIRES(...) VIREO_THREAD_SAFETY(requires_capability(__VA_ARGS__))
+// For code that holds a lock from one function to another, which the analysis cannot follow.
+#define VIREO_UNCHECKED VIREO_THREAD_SAFETY(no_thread_safety_analysis)
 #define VIREO_ACQUIRE(...) VIREO_THREAD_SAFETY(acquire_capability(__VA_ARGS__))
 #define VIREO_RELEASE(...) VIREO_THREAD_SAFETY(release_capability(__VA_ARGS__))
 

@@ -104,6 +104,7 @@ public:
     LayerModel& layer() const { return m_layer; }
     unsigned int id() const { return m_id; } // within its layer
     STRM_ProjectManager& manager() const { return m_layer.manager(); }
+    const Model& project() const { return m_layer.project(); }
 
     bool present() const override { return m_present.load(std::memory_order_acquire) && m_layer.present(); }
     void setPresent(bool present) { m_present.store(present, std::memory_order_release); }

@@ -25,14 +25,15 @@ class LayerModel;
 class TreeItem : public OrderedItem, public Knob::Branch, public ItemSettings
 {
 public:
-    TreeItem(STRM_ProjectManager& manager, unsigned int id, std::uint32_t weight);
+    TreeItem(Model& project, unsigned int id, std::uint32_t weight);
 
-    STRM_ProjectManager& manager() const { return m_manager; }
+    STRM_ProjectManager& manager() const { return m_project.manager(); }
+    const Model& project() const { return m_project; }
     unsigned int id() const { return m_id; } // never used again in its project
     void requirePresent() const;             // STRM_BadState "Invalid object"
 
 private:
-    STRM_ProjectManager& m_manager;
+    const Model& m_project;
     const unsigned int m_id;
 };
 
@@ -68,7 +69,7 @@ const Knob::Description& groupOpacityDescription();
 class LayerModel : public STRM_Layer, public TreeItem, public LayerSettings, public Follower<LayerModel>
 {
 public:
-    LayerModel(STRM_ProjectManager& manager, unsigned int id);
+    LayerModel(Model& project, unsigned int id);
     ~LayerModel() override;
 
     bool present() const override { return parentGroup() != nullptr; }
@@ -125,7 +126,7 @@ private:
 class GroupModel : public LayerGroup, public TreeItem
 {
 public:
-    GroupModel(STRM_ProjectManager& manager, unsigned int id);
+    GroupModel(Model& project, unsigned int id);
     ~GroupModel() override;
 
     bool present() const override { return parentGroup() != nullptr; }
@@ -161,7 +162,7 @@ public:
 class ProjectParameters : public Knob::Branch
 {
 public:
-    explicit ProjectParameters(STRM_ProjectManager& manager);
+    explicit ProjectParameters(Model& project);
     ~ProjectParameters() override;
 
     bool present() const override;
@@ -177,6 +178,7 @@ public:
     Knob::Value render(RenderValue value, double time, int view) const;
     static const Knob::Description& description(RenderValue value);
     Knob::Animation& animation(RenderValue value);
+    const Knob::Animation& animation(RenderValue value) const;
 
 private:
     struct Branches;
@@ -191,9 +193,9 @@ inline GroupModel& model(LayerGroup& group) { return static_cast<GroupModel&>(gr
 // ---- Reading the tree ----
 
 // All layers, bottom first, whatever group they are in.
-std::vector<LayerModel*> allLayers(STRM_ProjectManager& manager);
-std::vector<GroupModel*> allGroups(STRM_ProjectManager& manager);
-LayerModel* layerAt(STRM_ProjectManager& manager, std::size_t index); // null past the end
+std::vector<LayerModel*> allLayers(const Model& project);
+std::vector<GroupModel*> allGroups(const Model& project);
+LayerModel* layerAt(const Model& project, std::size_t index); // null past the end
 
 // ---- Changing it ----
 

@@ -136,9 +136,10 @@ class ClipModel : public Knob::Branch
 public:
     enum Value { Mode, Luminance, Gain, ValueCount };
 
-    explicit ClipModel(STRM_ProjectManager& manager);
+    explicit ClipModel(const Stratum::Model& project);
 
-    STRM_ProjectManager& manager() const { return m_manager; }
+    STRM_ProjectManager& manager() const { return m_project.manager(); }
+    const Stratum::Model& project() const { return m_project; }
 
     ClipState state;
     std::array<Knob::Animation, ValueCount> values;
@@ -175,7 +176,7 @@ public:
 
 private:
     class StreamsBranch;
-    STRM_ProjectManager& m_manager;
+    const Stratum::Model& m_project;
     std::atomic<bool> m_open{true};
     Knob::TableBranch m_base;
     std::map<int, std::unique_ptr<StreamBranch>> m_streams;

@@ -21,7 +21,7 @@ boost::shared_ptr<STRM_ProjectManager> openManager(const boost::weak_ptr<STRM_Pr
 
 inline int idOf(const View& view) { return static_cast<int>(view.get_id()); }
 // The id of the view that is meant. STRM_OutOfRange for one that the project does not have.
-inline int resolveView(const STRM_ProjectManager& manager, const View& view) { return manager.resolveView(idOf(view)); }
+inline int resolveView(const Stratum::Model& project, const View& view) { return project.resolveView(idOf(view)); }
 
 // The parameter or set at a path below the branch; a null handle when there is none.
 Parameter parameterAt(Knob::Branch& branch, STRM_ProjectManager& manager, const QStringList& path);

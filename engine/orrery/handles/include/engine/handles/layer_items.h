@@ -21,7 +21,7 @@ public:
 
     Model* operator->() const { return &m_model; }
     Model& operator*() const { return m_model; }
-    int resolve(const View& view) const { return resolveView(m_model.manager(), view); }
+    int resolve(const View& view) const { return resolveView(*m_lock, view); }
 
 private:
     using Object = std::conditional_t<std::is_same_v<Model, Stratum::LayerModel>, STRM_Layer, Stratum::LayerGroup>;

@@ -16,9 +16,9 @@ namespace orrery {
 std::shared_ptr<Clip*> adoptClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
 // The same with a name that is known to be unlike the others'.
 std::shared_ptr<Clip*> adoptNamedClip(Stratum::Edit& edit, Project::Data& project, std::unique_ptr<Clip> clip);
-QString freeClipName(const STRM_ProjectManager& manager, const QString& wanted);
+QString freeClipName(const Stratum::Model& project, const QString& wanted);
 
 // The project's clip with that id (Clip::get_id()), or null.
-Clip* clipWithId(const STRM_ProjectManager& manager, unsigned int id);
+Clip* clipWithId(const Stratum::Model& project, unsigned int id);
 
 } // namespace orrery

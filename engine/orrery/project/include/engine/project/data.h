@@ -22,11 +22,12 @@ struct Project::Data : Stratum::Listener, orrery::ClipOwner
 
     Project& project;
     const boost::shared_ptr<STRM_ProjectManager> manager;
+    Knob::Branch& parameters; // what can be animated of the project itself
 
     // Guarded by the model lock.
     QString file;
     // Every clip that the project ever had: the undo history may bring it back. Those that it has now are
-    // manager->clips. Destroyed with the project, without a lock. A clip that somebody else destroyed is null.
+    // the model's. Destroyed with the project, without a lock. A clip that somebody else destroyed is null.
     std::vector<std::shared_ptr<Clip*>> allClips;
     void ownClip(std::unique_ptr<Clip> clip); // with the lock held
 
