@@ -1,4 +1,5 @@
 // The texts of refused values, shared by the errors that scripts and readers of files get.
+#include <QDir>
 #include <cmath>
 #include <engine/knob/fields.h>
 
@@ -36,6 +37,15 @@ Problem checkPath(const QString& path)
     if (nul >= 0)
         return {Problem::Argument, QString::fromLatin1("a path must not hold a NUL, as at place %1").arg(nul)};
     return checkText(path);
+}
+
+Problem checkFolder(const QString& folder)
+{
+    if (const Problem problem = checkPath(folder))
+        return problem;
+    return QDir::isAbsolutePath(folder) && QDir::cleanPath(folder) == folder
+               ? Problem()
+               : Problem(Problem::Argument, QString::fromLatin1("'%1' is not an absolute, clean path").arg(folder));
 }
 
 Problem checkName(const QString& name)

@@ -102,6 +102,8 @@ Problem fitHeroView(const Settings& settings)
                                              .arg(settings.views.size()));
 }
 
+Problem checkOutputFolder(const QString& folder) { return folder.isEmpty() ? Problem() : Knob::checkFolder(folder); }
+
 } // namespace detail
 
 } // namespace Stratum

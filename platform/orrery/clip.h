@@ -27,9 +27,9 @@ class Clip : public QObject, private SbkCleaner
 public:
     // `location` is where the first stream lies: a pattern ("/shots/a/plate.####.png", "plate.%04d.png"), one file of
     // a sequence, or a folder that holds exactly one; empty for a clip without streams. With `validate` the files must
-    // be there (STRM_BadFile names the first that is not). Width and height are pixels, 0 for "as the files are";
-    // `length` is in frames, 0 for "as many as there are". `parent` is the Qt parent and owns nothing more than Qt
-    // says.
+    // be there (STRM_BadFile names the first that is not, or the folder that may not be listed). Width and height are
+    // pixels, 0 for "as the files are"; `length` is in frames, 0 for "as many as there are". `parent` is the Qt parent
+    // and owns nothing more than Qt says.
     Clip(const QString& location, const QString& clip_name, bool validate, unsigned int width, unsigned int height,
          unsigned int length, QObject* parent);
     ~Clip();
@@ -39,7 +39,7 @@ public:
                     bool validate);
 
     // Makes the description the view's stream, adding it when the view has none. Unknown frame numbers are looked for
-    // on disk; nothing else is checked.
+    // on disk; beside that its path must not lead to anything but a folder.
     void apply(const StreamInfo& info, const View& view);
 
     // Maps the clip's view to a view of the project; a project's view is mapped to from one view of the clip at most.
@@ -50,7 +50,8 @@ public:
     StreamInfo get_info(const View& view);
 
     // As apply(), for footage that moved: the stream must exist, and so must the files, with the size of the clip's
-    // frames.
+    // frames. The path may be any location; a folder is that of files with the description's prefix and suffix, or,
+    // with neither, of its one sequence.
     void relink(const StreamInfo& info, const View& view);
     // The same with only what changed: empty texts and 4294967295 (UINT_MAX) keep what the stream has.
     void relink(const QString& path, const QString& prefix, const QString& suffix, unsigned int start_frame,
@@ -61,8 +62,9 @@ public:
     // format (".png", ".exr", ".jpg", ".tif", ".dpx"); `view_format` is put before the prefix of each view's files,
     // with %v for the view's abbreviation or id, and is used only with `separate_streams`. `views` are the clip's views
     // to write, none for all; without `separate_streams` several are refused with STRM_BadArgument. `destination`,
-    // which may be null, is given the written sequences as its streams. What was written under its final name is whole,
-    // and after an error or a cancel no frame of this export is left.
+    // which may be null, is given the written sequences as its streams. A folder that is missing is made. STRM_BadFile
+    // where a file may not be replaced: one that is write-protected, a folder, a FIFO. What was written under its final
+    // name is whole, and after an error or a cancel no frame of this export is left.
     void exportClip(Clip* destination, const QString& path, const QString& prefix, const QString& suffix,
                     const QString& view_format, unsigned int first, unsigned int last, unsigned int index_width,
                     const QVector<View>& views, bool separate_streams);

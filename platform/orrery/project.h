@@ -59,14 +59,16 @@ public:
     QString get_notes();
     void set_notes(const QString& notes);
 
-    // The folder that results are written to. With `validate` it must exist and be writable (STRM_BadFile).
+    // The folder that renders are written to, absolute; empty for none. What is no folder is refused with STRM_BadFile,
+    // and with `validate` it must exist and be writable. One that is missing is made by the first render.
     QString get_output_dir();
     void set_output_dir(const QString& folder, bool validate);
 
     // The file that save() writes; empty for a project that was never saved.
     QString get_project_file();
-    // STRM_BadState without a file; STRM_BadArgument for an empty path or one with a NUL. The file on disk is whole at
-    // every moment: the old one or the new one. A project that could not be opened again is not saved: STRM_OutOfRange
+    // STRM_BadState without a file; STRM_BadArgument for an empty path or one with a NUL; STRM_BadFile for what is no
+    // regular file, and for one that may not be written to. The file on disk is whole at every moment: the old one or
+    // the new one. A project that could not be opened again is not saved: STRM_OutOfRange
     // for more than 1 GiB, else STRM_OperationFailed with what is wrong and where. Other threads wait while the model
     // is copied, not while it is written.
     void save();

@@ -2,6 +2,7 @@
 
 #include "test_footage.h"
 
+#include <QDir>
 #include <cmath>
 #include <limits>
 #include <orrery/color_parameters.h>
@@ -79,6 +80,20 @@ TEST(Clip, NeedsNoFilesUnlessItIsAskedToLook)
     EXPECT_NE(clip->get_id(), later->get_id());
 }
 
+TEST_F(ClipOnDisk, RelinkFindsAFolderThatCameLater)
+{
+    const QString later = folder / "later";
+    const auto clip = clipAt(later);
+    expectThrow<STRM_BadFile>([&] { clip->relink(QString(), "", "", unknown, unknown, View(0)); },
+                              "later: there is no such file or folder");
+    ASSERT_TRUE(QDir().mkdir(later));
+    writeImage(later + "/c.7.png", pixels::Image({8, 6}, 3));
+    clip->relink(QString(), "", "", unknown, unknown, View(0));
+    EXPECT_EQ(clip->get_info(View(0)).__repr__(), StreamInfo(later, "c.", ".png", 7, 7, 1).__repr__());
+    clip->relink(StreamInfo(later, "", "", unknown, unknown, 0), View(0));
+    EXPECT_EQ(clip->get_info(View(0)).get_prefix(), QString("c."));
+}
+
 TEST_F(ClipOnDisk, StreamsComeAndGo)
 {
     const auto clip = clipAt(folder / "a.#.png");
@@ -90,8 +105,10 @@ TEST_F(ClipOnDisk, StreamsComeAndGo)
     EXPECT_EQ(clip->get_views(), (QVector<View>{View(0), View(1), View(2)}));
     clip->relink(QString(), QString::fromLatin1("a."), QString(), unknown, 3, View(1));
     EXPECT_EQ(clip->get_info(View(1)).__repr__(), StreamInfo(folder.path(), "a.", ".png", 2, 3, 1).__repr__());
+    clip->relink(folder / "b.%d.png", QString(), QString(), unknown, unknown, View(1));
+    EXPECT_EQ(clip->get_info(View(1)).__repr__(), StreamInfo(folder.path(), "b.", ".png", 2, 3, 1).__repr__());
     clip->delete_stream(View(2));
-    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(changes, 5);
 
     const QString before = textOf(*clip);
     expectThrow<STRM_BadArgument>([&] { clip->add_stream(folder / "b.#.png", View(1), 1, 2, false); }, "view 1");
@@ -106,12 +123,14 @@ TEST_F(ClipOnDisk, StreamsComeAndGo)
                               "large.1.png: the image has 9 x 6 pixels, the clip's frames have 8 x 6");
     expectThrow<STRM_BadFile>([&] { clip->relink(StreamInfo(folder.path(), "b.", ".png", 1, 9, 1), View(0)); },
                               "b.6.png");
-    expectThrow<STRM_BadArgument>([&] { clip->apply(StreamInfo("", "a", "", 1, 2, 1), View(0)); }, "no path");
+    expectThrow<STRM_BadArgument>([&] { clip->apply(StreamInfo("", "a", "", 1, 2, 1), View(0)); }, "path");
     expectThrow<STRM_BadArgument>([&] { clip->apply(StreamInfo("/a", "../x", "", 1, 2, 1), View(0)); }, "../x");
     expectThrow<STRM_OutOfRange>([&] { clip->apply(StreamInfo("/a", "x", "", 1, 2, 4000000000u), View(0)); },
                                  "4000000000");
+    expectThrow<STRM_BadFile>([&] { clip->add_stream(folder / "a.9.png", View(3), 1, 2, true); },
+                              "a.9.png: there is no such file");
     EXPECT_EQ(textOf(*clip), before);
-    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(changes, 5);
 }
 
 TEST_F(ClipOnDisk, AProjectsViewIsMappedToOnce)

@@ -13,7 +13,7 @@ BUILD = os.environ["VIREO_BUILD"]
 
 RUNTIME = ["runtime/shiboken/src", "runtime/pyside/src", "python"]
 MODEL = ["engine/orrery/errors", "engine/stratum", "engine/knob", "platform"]
-CLIPS = ["engine/orrery/sequences", "engine/orrery/handles", "engine/pixels/src"] + MODEL
+CLIPS = ["engine/orrery/sequences", "engine/orrery/files", "engine/orrery/handles", "engine/pixels/src"] + MODEL
 PROJECT = ["engine/orrery/clips", "embedding"] + CLIPS
 
 # Each room: a header that only it has, if any, and the rooms that it sees.
@@ -29,7 +29,8 @@ ROOMS = {
     "engine/stratum": ("engine/stratum/manager.h", ["engine/knob", "platform"]),
     "engine/pixels/src": ("engine/pixels/pixels.h", []),
     "engine/orrery/errors": ("engine/errors/arguments.h", ["engine/knob", "platform"]),
-    "engine/orrery/sequences": ("engine/sequences/name.h", ["engine/orrery/errors", "engine/knob", "engine/pixels/src", "platform"]),
+    "engine/orrery/files": ("engine/files/paths.h", ["engine/orrery/errors", "engine/knob", "platform"]),
+    "engine/orrery/sequences": ("engine/sequences/name.h", ["engine/orrery/files", "engine/orrery/errors", "engine/knob", "engine/pixels/src", "platform"]),
     "engine/orrery/handles": ("engine/handles/access.h", MODEL),
     "engine/orrery/clips": ("engine/clips/data.h", CLIPS),
     "engine/orrery/project": ("engine/project/data.h", PROJECT),

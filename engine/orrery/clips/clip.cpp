@@ -5,6 +5,7 @@
 #include <engine/clips/data.h>
 #include <engine/clips/footage.h>
 #include <engine/errors/message.h>
+#include <engine/files/paths.h>
 #include <engine/handles/access.h>
 #include <engine/handles/destruction_hook.h>
 #include <orrery/progress_watcher.h>
@@ -18,10 +19,9 @@ void requireOrder(unsigned int first, unsigned int last) { requireFit<&Stream::l
 // The description as a clip keeps it: checked, its folder absolute, and unknown numbers as they are on disk.
 StreamInfo checked(const StreamInfo& info)
 {
-    require("path", Knob::checkPath(info.get_path()));
-    if (info.get_path().isEmpty())
-        raise<STRM_BadArgument>(text("path: the description of a stream has no path"));
-    const StreamInfo absolute = describe(nameOf(info), info.get_start_frame(), info.get_end_frame());
+    StreamInfo absolute = info;
+    absolute.set_path(absolutePath("path", info.get_path()));
+    requireFolderOrNothing(absolute.get_path());
     const SequenceName name = nameOf(absolute);
     Knob::forEachField<SequenceName>(
         [&name](const auto& field) { require(field.name, field.problemOf(name.*field.member)); });
@@ -33,9 +33,18 @@ StreamInfo checked(const StreamInfo& info)
 
 StreamInfo located(const QString& location, unsigned int start, unsigned int end, bool validate)
 {
-    require("location", Knob::checkPath(location));
     requireOrder(start, end);
     return checked(describe(parseLocation(location, validate), start, end));
+}
+
+// A folder keeps the names that the files had. Anything else is a location, and so is a folder where they had none.
+SequenceName movedTo(const QString& path, SequenceName name)
+{
+    const QString folder = absolutePath("path", path);
+    if (!name.isKnown() || standing(folder) != Standing::Folder)
+        return parseLocation(folder, true);
+    name.folder = folder;
+    return name;
 }
 
 // The first `length` frames of what was found; those that were not found count from 1.
@@ -121,7 +130,8 @@ void Clip::apply(const StreamInfo& info, const View& view)
 void Clip::relink(const StreamInfo& info, const View& view)
 {
     get_info(view); // the stream must exist, whatever the files
-    const StreamInfo relinked = checked(info);
+    const StreamInfo relinked =
+        checked(describe(movedTo(info.get_path(), nameOf(info)), info.get_start_frame(), info.get_end_frame()));
     requireFrames(relinked);
     requireFootageSize(*m_data->model, relinked);
     m_data->change(
@@ -136,18 +146,18 @@ void Clip::relink(const StreamInfo& info, const View& view)
 void Clip::relink(const QString& path, const QString& prefix, const QString& suffix, unsigned int start_frame,
                   unsigned int end_frame, const View& view)
 {
-    StreamInfo info = get_info(view);
-    if (!path.isEmpty())
-        info.set_path(path);
-    if (!prefix.isEmpty())
-        info.set_prefix(prefix);
-    if (!suffix.isEmpty())
-        info.set_suffix(suffix);
-    if (start_frame != unknownFrame)
-        info.set_start_frame(start_frame);
-    if (end_frame != unknownFrame)
-        info.set_end_frame(end_frame);
-    relink(info, view);
+    const StreamInfo info = get_info(view);
+    SequenceName name = nameOf(info);
+    const auto changeNames = [&] {
+        name.prefix = prefix.isEmpty() ? name.prefix : prefix;
+        name.suffix = suffix.isEmpty() ? name.suffix : suffix;
+    };
+    changeNames();
+    name = movedTo(path.isEmpty() ? name.folder : path, name);
+    changeNames();
+    relink(describe(name, start_frame == unknownFrame ? info.get_start_frame() : start_frame,
+                    end_frame == unknownFrame ? info.get_end_frame() : end_frame),
+           view);
 }
 
 void Clip::delete_stream(View view)

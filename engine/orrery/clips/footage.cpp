@@ -102,6 +102,20 @@ QPair<unsigned int, unsigned int> footageSize(ClipModel& clip)
     return merged(set, found);
 }
 
+QPair<unsigned int, unsigned int> knownFootageSize(ClipModel& clip)
+{
+    const FrameSize size = footageSize(clip);
+    if (isWhole(size))
+        return size;
+    Stratum::Reading reading(clip.manager());
+    const auto& streams = clip.state.streams;
+    if (streams.empty())
+        raise<STRM_BadState>(text("The clip %1 has no files and no size of its own", quoted(clip.state.name)));
+    const Stream& stream = streams.begin()->second;
+    raise<STRM_BadState>(text("%1: is not there to tell the size of the clip %2", stream.name.path(stream.first),
+                              quoted(clip.state.name)));
+}
+
 void requireFootageSize(ClipModel& clip, const StreamInfo& info)
 {
     const FrameSize size = footageSize(clip);

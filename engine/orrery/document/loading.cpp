@@ -3,12 +3,12 @@
 #include "format.h"
 #include "records.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
 #include <engine/clips/project_clip.h>
 #include <engine/document/document.h>
 #include <engine/errors/arguments.h>
+#include <engine/files/paths.h>
+#include <engine/files/whole_files.h>
 #include <engine/project/clips.h>
 #include <unordered_set>
 
@@ -183,7 +183,7 @@ private:
 
 void readProject(Project::Data& project, const QString& file)
 {
-    project.file = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+    project.file = absolutePath("file", file);
     const std::string text = readFile(project.file, document::largestFile);
     Loader loader(project);
     readDocument(project.file, text, loader);

@@ -1,8 +1,8 @@
 // A project's file: opening and saving.
-#include <QDir>
-#include <QFileInfo>
 #include <engine/document/document.h>
 #include <engine/errors/arguments.h>
+#include <engine/files/paths.h>
+#include <engine/files/whole_files.h>
 #include <engine/handles/announcement.h>
 
 using namespace orrery;
@@ -10,7 +10,6 @@ using namespace orrery;
 Project::Project(QString file, QObject* parent)
     : QObject(parent), m_data(std::make_unique<Data>(*this, STRM_ProjectManager::create()))
 {
-    require("file", Knob::checkPath(file));
     if (!file.isEmpty())
         readProject(*m_data, file);
 }
@@ -25,10 +24,7 @@ void Project::save()
 
 void Project::save_as(const QString& file)
 {
-    require("file", Knob::checkPath(file));
-    if (file.isEmpty())
-        raise<STRM_BadArgument>(QString::fromLatin1("file: the name of the project's file must not be empty"));
-    const QString path = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+    const QString path = absolutePath("file", file);
     bool renamed = false;
     {
         const std::lock_guard<std::mutex> one(m_data->saving);

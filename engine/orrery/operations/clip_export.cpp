@@ -87,7 +87,7 @@ void Clip::exportClip(Clip* destination, const QString& path, const QString& pre
         footage.emplace_back(*model, view.id, plan.first, plan.last);
         options[footage.size() - 1].depth = depthOf(footage.back(), plan.first, source.color.conversion, suffix);
     }
-    StagedFiles files(path);
+    StagedFiles files(plan.folder);
     forEachFrame(
         progress, plan.count(),
         [&](int n) {

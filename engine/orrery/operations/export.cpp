@@ -48,11 +48,9 @@ Settings settingsFor(STRM_ProjectManager& manager, const QVector<Layer>& layers,
 
 pixels::Size frameSize(ClipModel* clip)
 {
-    const QPair<unsigned int, unsigned int> size = clip ? footageSize(*clip) : QPair<unsigned int, unsigned int>(0, 0);
-    if (!size.first || !size.second)
-        raise<STRM_BadState>(
-            text("No clip tells the size of a frame: the layers have none, and the project has no clip "
-                 "whose size is known"));
+    if (!clip)
+        raise<STRM_BadState>(text("No clip tells the size of a frame: the layers have none, nor has the project"));
+    const QPair<unsigned int, unsigned int> size = knownFootageSize(*clip);
     return {static_cast<int>(size.first), static_cast<int>(size.second)};
 }
 
@@ -101,7 +99,7 @@ Clip* Project::export_rendered_shapes(const QVector<Layer>& layers, ColorizeOutp
     for (const ExportedView& view : plan.views)
         shapes.push_back(snapshotLayers(manager, layers, plan.first, plan.last, view.id));
     std::unique_ptr<Clip> clip = clipOver(plan, clip_name, size, settings.frameRate);
-    StagedFiles files(path);
+    StagedFiles files(plan.folder);
     const pixels::WriteOptions options{depthFor(suffix, pixels::Depth::EightBit)};
     forEachFrame(
         progress, plan.count(),

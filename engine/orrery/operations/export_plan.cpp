@@ -5,6 +5,7 @@
 #include <QSet>
 #include <algorithm>
 #include <engine/errors/message.h>
+#include <engine/files/paths.h>
 #include <engine/handles/access.h>
 #include <fundo/fs_percent_escaped_string.h>
 
@@ -15,12 +16,7 @@ constexpr unsigned int mostDigits = 32;
 constexpr unsigned int mostFrames = 1000000; // more than eleven hours
 constexpr unsigned int lastNumber = 0x7fffffff;
 
-void requireNamePart(const char* argument, const QString& part)
-{
-    requireText(argument, part);
-    if (part.contains(QLatin1Char('/')) || part.contains(QChar(0)))
-        raise<STRM_BadArgument>(text("%1: %2 is no part of a file name", argument, quoted(part)));
-}
+void requireNamePart(const char* argument, const QString& part) { require(argument, checkNamePart(part)); }
 
 void requireFormat(const QString& suffix)
 {
@@ -41,11 +37,9 @@ QString fileNamePart(const QString& abbreviation)
 } // namespace
 
 ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount, std::vector<ExportedView> asked)
-    : folder(arguments.path), firstNumber(arguments.firstNumber), views(std::move(asked))
+    : folder(absolutePath("path", arguments.path)), firstNumber(arguments.firstNumber), views(std::move(asked))
 {
-    requireText("path", arguments.path);
-    if (arguments.path.isEmpty())
-        raise<STRM_BadArgument>(text("path: the folder to export to is empty"));
+    requireFolderOrNothing(folder);
     requireNamePart("prefix", arguments.prefix);
     requireFormat(arguments.suffix);
     if (arguments.indexWidth > mostDigits)
@@ -69,6 +63,8 @@ ExportPlan::ExportPlan(const ExportArguments& arguments, unsigned int frameCount
     last = static_cast<int>(end);
     requireNumbers(first, last, firstNumber);
     nameViews(arguments);
+    for (int n = 0; n < count(); ++n) // now rather than when the last frame is rendered
+        requireReplaceable(toPath(folder + QLatin1Char('/') + fileName(n)));
 }
 
 void ExportPlan::nameViews(const ExportArguments& arguments)

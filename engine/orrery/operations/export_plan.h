@@ -32,11 +32,11 @@ struct ExportedView
 // Numbers every frame of every view that is written.
 struct ExportPlan
 {
-    // STRM_BadArgument and STRM_OutOfRange name the argument. `frameCount` is that of what is exported; `views` are all
-    // that were asked for.
+    // STRM_BadArgument and STRM_OutOfRange name the argument, STRM_BadFile what stands in the way of a file.
+    // `frameCount` is that of what is exported; `views` are all that were asked for.
     ExportPlan(const ExportArguments& arguments, unsigned int frameCount, std::vector<ExportedView> views);
 
-    QString folder;
+    QString folder; // absolute
     int first;
     int last;
     int firstNumber;

@@ -8,13 +8,10 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
-#include <cerrno>
 #include <engine/errors/message.h>
 #include <engine/handles/access.h>
 #include <engine/sequences/pixel_access.h>
 #include <engine/sequences/staged_files.h>
-#include <sys/stat.h>
-#include <system_error>
 
 namespace orrery {
 namespace {
@@ -50,40 +47,6 @@ Stratum::LayerModel& planeBehind(const Stratum::Model& project, Stratum::LayerMo
     }
     return *plane;
 }
-
-// A new folder, so that a render never touches the frames of another: "insert_2".
-QString newFolder(const QString& parent, const QString& name)
-{
-    if (!QFileInfo(parent).isDir())
-        raise<STRM_BadFile>(text("%1: the project's output folder is not there", parent));
-    for (int number = 1;; ++number) {
-        const QString folder = QDir(parent).filePath(text("%1_%2", name, number));
-        if (::mkdir(toPath(folder).c_str(), 0777) == 0)
-            return folder;
-        if (errno != EEXIST)
-            raise<STRM_BadFile>(text("%1: cannot be written: %2", folder, std::generic_category().message(errno)));
-    }
-}
-
-// A folder that is removed with its contents, unless it is kept.
-class NewFolder
-{
-public:
-    NewFolder(const QString& parent, const QString& name) : m_path(newFolder(parent, name)) {}
-    NewFolder(const NewFolder&) = delete;
-    NewFolder& operator=(const NewFolder&) = delete;
-    ~NewFolder()
-    {
-        if (!m_kept)
-            QDir().rmdir(m_path);
-    }
-    const QString& path() const { return m_path; }
-    void keep() { m_kept = true; }
-
-private:
-    const QString m_path;
-    bool m_kept = false;
-};
 
 } // namespace
 
@@ -130,7 +93,7 @@ RenderedClip::~RenderedClip()
         return;
     for (unsigned int frame = stream.first; frame <= stream.last; ++frame)
         QFile::remove(stream.name.path(frame));
-    QDir().rmdir(folder);
+    QDir().rmdir(stream.name.folder);
 }
 
 VX::IClip* renderFrames(const RenderScene& scene, ProgressWatcher& watcher, const QString& title, const char* name,
@@ -143,24 +106,18 @@ VX::IClip* renderFrames(const RenderScene& scene, ProgressWatcher& watcher, cons
     const QString suffix = QLatin1Char('.') + QFileInfo(source).suffix();
     pixels::WriteOptions options{depthFor(suffix, header.depth)};
     options.interpretation = scene.footage->interpretation();
-    NewFolder folder(scene.outputFolder, asText(name));
-    const SequenceName sequence{folder.path(), asText(name) + QLatin1Char('.'), suffix, frameDigits};
-    auto result = std::make_unique<RenderedClip>(asText(name), folder.path(),
-                                                 Stream{sequence, scene.number(scene.first), scene.number(scene.last)},
-                                                 scene.first, scene.view, header.size, scene.footage->color());
-    {
-        StagedFiles files(folder.path());
-        forEachFrame(
-            progress, count,
-            [&](int n) {
-                const int frame = scene.first + n;
-                files.write(sequence.fileName(scene.number(frame)), make(frame), options);
-            },
-            [count](int done) { return text("%1 of %2 frames", done, count); });
-        files.commit();
-    }
-    folder.keep();
-    return result.release();
+    SequenceName sequence{QString(), asText(name) + QLatin1Char('.'), suffix, frameDigits};
+    StagedFiles files(scene.outputFolder);
+    forEachFrame(
+        progress, count,
+        [&](int n) {
+            const int frame = scene.first + n;
+            files.write(sequence.fileName(scene.number(frame)), make(frame), options);
+        },
+        [count](int done) { return text("%1 of %2 frames", done, count); });
+    sequence.folder = files.commitAsFolder(asText(name));
+    return new RenderedClip(asText(name), Stream{sequence, scene.number(scene.first), scene.number(scene.last)},
+                            scene.first, scene.view, header.size, scene.footage->color());
 }
 
 } // namespace orrery

@@ -51,17 +51,14 @@ public:
 class RenderedClip : public VX::IClip
 {
 public:
-    RenderedClip(QString title, QString folder, Stream stream, int first, int view, pixels::Size size,
-                 const ColorSettings& color)
-        : title(std::move(title)), folder(std::move(folder)), stream(std::move(stream)), first(first), view(view),
-          size(size), color(color)
+    RenderedClip(QString title, Stream stream, int first, int view, pixels::Size size, const ColorSettings& color)
+        : title(std::move(title)), stream(std::move(stream)), first(first), view(view), size(size), color(color)
     {}
     ~RenderedClip() override;
 
     void keep() { m_kept = true; }
 
     const QString title;
-    const QString folder;
     const Stream stream;
     const int first; // the frame that shows its first file
     const int view;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cassert>
 #include <engine/clips/project_clip.h>
+#include <engine/errors/message.h>
 #include <engine/handles/access.h>
 #include <engine/handles/layer_items.h>
 #include <engine/project/clips.h>
@@ -29,7 +30,7 @@ QString freeClipName(const Stratum::Model& project, const QString& wanted)
         taken.insert(lockedName(*clip));
     QString name = wanted;
     for (int number = 2; taken.count(name); ++number)
-        name = QString::fromLatin1("%1 %2").arg(wanted).arg(number);
+        name = text("%1 %2", wanted, number);
     return name;
 }
 

@@ -1,9 +1,9 @@
 // A project's own settings, its life and its signals.
-#include <QDir>
 #include <QFileInfo>
 #include <algorithm>
 #include <engine/clips/data.h>
 #include <engine/clips/project_clip.h>
+#include <engine/files/paths.h>
 #include <engine/handles/access.h>
 #include <engine/handles/announcement.h>
 #include <engine/handles/destruction_hook.h>
@@ -63,7 +63,6 @@ void requireWritableFolder(const QString& folder)
 {
     const QFileInfo info(folder);
     const char* const problem = !info.exists()       ? "does not exist"
-                                : !info.isDir()      ? "is no folder"
                                 : !info.isWritable() ? "cannot be written to"
                                                      : nullptr;
     if (problem)
@@ -276,10 +275,11 @@ QString Project::get_output_dir() { return read(*m_data, &Stratum::Settings::out
 
 void Project::set_output_dir(const QString& folder, bool validate)
 {
-    requireField<&Stratum::Settings::outputFolder>(folder);
+    const QString path = folder.isEmpty() ? folder : absolutePath("output_dir", folder);
+    requireFolderOrNothing(path);
     if (validate)
-        requireWritableFolder(folder);
-    assign<&Stratum::Settings::outputFolder>(*m_data, folder);
+        requireWritableFolder(path);
+    assign<&Stratum::Settings::outputFolder>(*m_data, path);
 }
 
 QString Project::get_project_file()

@@ -1,11 +1,10 @@
 // Sequences on disk: which ones a folder holds, and which of their frames exist.
 
-#include <QDir>
-#include <QFileInfo>
 #include <QMap>
 #include <algorithm>
 #include <engine/errors/arguments.h>
 #include <engine/errors/message.h>
+#include <engine/files/paths.h>
 #include <engine/sequences/name.h>
 #include <vector>
 
@@ -42,11 +41,6 @@ bool numberOf(const QString& file, const SequenceName& name, Numbered& result)
            parseNumber(file.mid(name.prefix.size(), file.size() - name.prefix.size() - name.suffix.size()), result);
 }
 
-QStringList filesOf(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Unsorted);
-}
-
 unsigned int commonWidth(const std::vector<Numbered>& files)
 {
     unsigned int shortest = 0;
@@ -76,11 +70,11 @@ bool isImageName(const QString& file)
 
 } // namespace
 
-QVector<SequenceName> sequencesIn(const QString& folder)
+QVector<SequenceName> sequencesIn(const QString& folder, bool required)
 {
     QMap<QString, std::vector<Numbered>> files; // by prefix and suffix, with what no file name holds between them
     const QChar between(QLatin1Char('/'));
-    for (const QString& file : filesOf(folder)) {
+    for (const QString& file : filesIn(folder, required)) {
         NumberedFile parts;
         Numbered number;
         if (!file.startsWith(QLatin1Char('.')) && isImageName(file) && splitFileName(file, parts) &&
@@ -94,10 +88,10 @@ QVector<SequenceName> sequencesIn(const QString& folder)
     return sequences;
 }
 
-QVector<unsigned int> framesOnDisk(SequenceName& name)
+QVector<unsigned int> framesOnDisk(SequenceName& name, bool required)
 {
     std::vector<Numbered> files;
-    for (const QString& file : filesOf(name.folder)) {
+    for (const QString& file : filesIn(name.folder, required)) {
         Numbered number;
         if (numberOf(file, name, number))
             files.push_back(number);
@@ -132,7 +126,7 @@ StreamInfo foundOnDisk(const StreamInfo& info)
 void requireFrames(const StreamInfo& info)
 {
     SequenceName name = nameOf(info);
-    const QVector<unsigned int> frames = framesOnDisk(name);
+    const QVector<unsigned int> frames = framesOnDisk(name, true);
     const unsigned int first = info.get_start_frame(), last = info.get_end_frame();
     if (frames.isEmpty() || first == unknownFrame || last == unknownFrame)
         raise<STRM_BadFile>(text("%1: there is no frame of the sequence", name.pattern()));

@@ -1,10 +1,10 @@
 // Parsing of sequence names. The disk is asked only whether a location is a folder or a file.
 
-#include <QDir>
 #include <QFileInfo>
 #include <algorithm>
 #include <engine/errors/arguments.h>
 #include <engine/errors/message.h>
+#include <engine/files/paths.h>
 #include <engine/sequences/name.h>
 
 namespace orrery {
@@ -85,11 +85,9 @@ SequenceName split(const QString& folder, const QString& name, const NumberField
     return {folder, name.left(field.start), name.mid(field.start + field.length), field.width};
 }
 
-QString absoluteFolder(const QString& folder) { return QDir::cleanPath(QFileInfo(folder).absoluteFilePath()); }
-
 SequenceName onlySequenceIn(const QString& folder, bool required)
 {
-    const QVector<SequenceName> sequences = sequencesIn(folder);
+    const QVector<SequenceName> sequences = sequencesIn(folder, required);
     if (sequences.size() == 1)
         return sequences.front();
     if (!required)
@@ -113,17 +111,6 @@ SequenceName sequenceOfFile(const QString& folder, const QString& name, const Nu
 }
 
 } // namespace
-
-Knob::Problem checkFolder(const QString& folder)
-{
-    if (folder.isEmpty())
-        return {Knob::Problem::Argument, text("the description of a stream has no path")};
-    if (const Knob::Problem problem = Knob::checkPath(folder))
-        return problem;
-    if (QDir::isAbsolutePath(folder) && QDir::cleanPath(folder) == folder)
-        return {};
-    return {Knob::Problem::Argument, text("%1 is not an absolute, clean path", quoted(folder))};
-}
 
 Knob::Problem checkNamePart(const QString& part)
 {
@@ -166,29 +153,29 @@ SequenceName nameOf(const StreamInfo& info)
 
 StreamInfo describe(const SequenceName& name, unsigned int start, unsigned int end)
 {
-    return StreamInfo(absoluteFolder(name.folder), name.prefix, name.suffix, start, end, name.indexWidth);
+    return StreamInfo(name.folder, name.prefix, name.suffix, start, end, name.indexWidth);
 }
 
 SequenceName parseLocation(const QString& location, bool required)
 {
-    if (location.isEmpty())
-        raise<STRM_BadArgument>(text("The location of a stream is empty"));
-    const QFileInfo file(location);
-    const QString path = QDir::cleanPath(file.absoluteFilePath());
-    if (file.isDir())
+    const QString path = absolutePath("location", location);
+    const Standing found = standing(path);
+    if (found == Standing::Folder)
         return onlySequenceIn(path, required);
+    if (found == Standing::Other)
+        raise<STRM_BadFile>(text("%1: is neither a file nor a folder", path));
     const QString name = QFileInfo(path).fileName();
     const QString folder = QFileInfo(path).absolutePath();
-    const bool present = file.exists();
+    const bool present = found == Standing::File;
     if (const NumberField field = patternField(name); field.found() && !present)
         return split(folder, name, field);
+    if (required && !present)
+        raise<STRM_BadFile>(text("%1: %2", path, whyNothing(path)));
     const NumberField field = digitField(name);
     if (field.found() && (present || name.contains(QLatin1Char('.'))))
         return sequenceOfFile(folder, name, field);
     if (present)
         raise<STRM_BadFile>(text("%1: the file's name has no frame number", path));
-    if (required)
-        raise<STRM_BadFile>(text("%1: there is no such file or folder", path));
     return {path, QString(), QString(), 0};
 }
 

@@ -14,8 +14,6 @@ pixels::Library& pixelLibrary()
     }
 }
 
-std::string toPath(const QString& path) { return std::string(path.toUtf8().constData()); }
-
 void rethrowPixelError(const QString& where)
 {
     const auto with = [&where](const char* problem) {

@@ -13,12 +13,12 @@
 namespace pixels {
 namespace {
 
+// However long the file's own name is.
 std::string nameBeside(const std::string& path)
 {
     static std::atomic<unsigned> count{0};
     const auto slash = path.rfind('/');
-    const auto start = slash == std::string::npos ? 0 : slash + 1;
-    return path.substr(0, start) + '.' + path.substr(start) + '.' + std::to_string(::getpid()) + '-' +
+    return path.substr(0, slash == std::string::npos ? 0 : slash + 1) + '.' + std::to_string(::getpid()) + '-' +
            std::to_string(count++) + ".part";
 }
 
@@ -26,13 +26,16 @@ std::string nameBeside(const std::string& path)
 
 std::string errorText(int number) { return std::generic_category().message(number); }
 
-WrittenFile::WrittenFile(const std::string& path) : m_path(path), m_beside(nameBeside(path))
+WrittenFile::WrittenFile(const std::string& path) : m_path(path)
 {
     struct stat found
     {};
     if (::stat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode))
         fail(EISDIR);
-    m_descriptor = ::open(m_beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    do { // past what a process of the same number has left
+        m_beside = nameBeside(path);
+        m_descriptor = ::open(m_beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    } while (m_descriptor < 0 && errno == EEXIST);
     if (m_descriptor < 0)
         fail(errno);
 }

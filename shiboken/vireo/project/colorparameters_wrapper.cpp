@@ -39,9 +39,8 @@ PyObject* represent(PyObject* self)
     if (!parameters)
         return nullptr;
     QString text = QString::fromLatin1("%1(%2, %3")
-                       .arg(QString::fromLatin1(Py_TYPE(self)->tp_name))
-                       .arg(int(parameters->get_colorspace()))
-                       .arg(int(parameters->get_conversion()));
+                       .arg(QString::fromLatin1(Py_TYPE(self)->tp_name), QString::number(parameters->get_colorspace()),
+                            QString::number(parameters->get_conversion()));
     for (const float setting :
          {parameters->get_offset(), parameters->get_softclip(), parameters->get_log_reference_white(),
           parameters->get_log_reference_black(), parameters->get_gamma()})

@@ -146,6 +146,7 @@ Problem checkRange(const T& value)
 Problem checkText(const QString& text);
 // Such a text without a NUL, which no name of a file can hold.
 Problem checkPath(const QString& path);
+Problem checkFolder(const QString& folder); // an absolute path without "." and ".." in it
 // A text of 1 to 65535 characters.
 Problem checkName(const QString& name);
 Problem checkColor(const Fundo::Colour3<float>& color); // components from 0 to 1

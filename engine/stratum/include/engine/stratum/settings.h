@@ -68,6 +68,7 @@ Problem fitPlaybackInPoint(const Settings& settings);
 Problem fitPlaybackOutPoint(const Settings& settings);
 Problem fitInOutRange(const Settings& settings);
 Problem fitHeroView(const Settings& settings);
+Problem checkOutputFolder(const QString& folder); // may be empty: none yet
 
 } // namespace detail
 
@@ -82,7 +83,8 @@ constexpr auto Settings::fields()
         Field("in_out_range", &Settings::inOutRange, nullptr, detail::fitInOutRange),
         Field("interlace_mode", &Settings::interlaceMode, detail::checkInterlaceMode),
         Field("notes", &Settings::notes, Knob::checkText),
-        Field("output_dir", &Settings::outputFolder, Knob::checkPath), Field("views", &Settings::views, checkViews),
+        Field("output_dir", &Settings::outputFolder, detail::checkOutputFolder),
+        Field("views", &Settings::views, checkViews),
         Field("default_hero_view", &Settings::heroView, nullptr, detail::fitHeroView));
 }
 

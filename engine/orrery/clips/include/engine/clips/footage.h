@@ -12,6 +12,8 @@ namespace orrery {
 
 // The size that was set, or that of the first file that is there; 0 where neither is known.
 QPair<unsigned int, unsigned int> footageSize(ClipModel& clip);
+// STRM_BadState, which names the file that would tell it, where it is not known.
+QPair<unsigned int, unsigned int> knownFootageSize(ClipModel& clip);
 
 // STRM_BadFile when the first frame of the sequence has not the size of the clip's frames.
 void requireFootageSize(ClipModel& clip, const StreamInfo& info);

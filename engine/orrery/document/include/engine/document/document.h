@@ -12,8 +12,4 @@ std::string writeProject(Project::Data& project, const QString& file);
 // Fills a project that no other thread can reach yet. Throws STRM_BadFile naming the file.
 void readProject(Project::Data& project, const QString& file);
 
-// Replaces a file atomically: under its name there is always either the old or the new content. Throws STRM_BadFile.
-void replaceFile(const QString& file, const std::string& content);
-std::string readFile(const QString& file, std::size_t limit);
-
 } // namespace orrery

@@ -4,6 +4,7 @@
 #include <QString>
 #include <engine/errors/arguments.h>
 #include <engine/errors/message.h>
+#include <engine/files/paths.h>
 #include <engine/pixels/pixels.h>
 #include <functional>
 #include <new>
@@ -12,8 +13,6 @@ namespace orrery {
 
 // STRM_ExternalException says what could not be loaded.
 pixels::Library& pixelLibrary();
-
-std::string toPath(const QString& path);
 
 // Rethrows what the pixel library threw: STRM_BadFile for a file, STRM_OperationFailed for a region, STRM_BadAlloc,
 // and STRM_LumenError for anything else of the standard library; `where` is put before the text ("frame 12 of ...").
