@@ -3,7 +3,7 @@
 #ifndef BINDING_CALL_PROTOCOL_H
 #define BINDING_CALL_PROTOCOL_H
 
-#include "interpreter.h"
+#include "library_call.h"
 
 #include <cstddef>
 

@@ -354,7 +354,7 @@ template <class T>
 PyObject* pointerToPython(const void* object)
 {
     if (SbkObject* const known = Shiboken::BindingManager::instance().retrieveWrapper(object))
-        return Reference::borrow(reinterpret_cast<PyObject*>(known));
+        return newReference(reinterpret_cast<PyObject*>(known));
     const char* const dynamicType = typeid(*static_cast<const T*>(object)).name();
     return Shiboken::Object::newObject(wrapperType<T>(), const_cast<void*>(object), false, false, dynamicType);
 }

@@ -24,9 +24,9 @@ namespace binding {
 inline PyObject* itemOf(PyObject* sequence, Py_ssize_t index)
 {
     if (PyList_CheckExact(sequence) && index < PyList_GET_SIZE(sequence))
-        return Reference::borrow(PyList_GET_ITEM(sequence, index));
+        return newReference(PyList_GET_ITEM(sequence, index));
     if (PyTuple_CheckExact(sequence) && index < PyTuple_GET_SIZE(sequence))
-        return Reference::borrow(PyTuple_GET_ITEM(sequence, index));
+        return newReference(PyTuple_GET_ITEM(sequence, index));
     return PySequence_GetItem(sequence, index);
 }
 

@@ -9,8 +9,7 @@
 #ifndef BINDING_CONVERTER_H
 #define BINDING_CONVERTER_H
 
-#include "interpreter.h"
-
+#include <interpreter_scopes.h>
 #include <type_traits>
 
 namespace binding {

@@ -2,9 +2,8 @@
 #ifndef BINDING_QT_OBJECTS_H
 #define BINDING_QT_OBJECTS_H
 
-#include "interpreter.h"
-
 #include <QObject>
+#include <interpreter_scopes.h>
 
 namespace binding {
 

@@ -11,7 +11,7 @@ import unittest
 SOURCE = os.environ["VIREO_SOURCE"]
 BUILD = os.environ["VIREO_BUILD"]
 
-RUNTIME = ["runtime/shiboken/src", "runtime/pyside/src", "python"]
+RUNTIME = ["binding/scopes", "runtime/shiboken/src", "runtime/pyside/src", "python"]
 MODEL = ["engine/orrery/errors", "engine/stratum", "engine/knob", "platform"]
 CLIPS = ["engine/orrery/sequences", "engine/orrery/files", "engine/orrery/handles", "engine/pixels/src"] + MODEL
 PROJECT = ["engine/orrery/clips", "embedding"] + CLIPS
@@ -20,8 +20,9 @@ PROJECT = ["engine/orrery/clips", "embedding"] + CLIPS
 ROOMS = {
     "python": ("Python.h", []),
     "runtime/shiboken/src": ("shiboken.h", ["python"]),
-    "runtime/pyside/src": ("pyside.h", ["runtime/shiboken/src", "python"]),
+    "runtime/pyside/src": ("pyside.h", ["binding/scopes", "runtime/shiboken/src", "python"]),
     "platform": ("orrery/layer.h", []),
+    "binding/scopes": ("interpreter_scopes.h", []),
     "binding": ("call_protocol.h", RUNTIME + ["platform"]),
     "shiboken/vireo/project": ("vireo/project_types.h", RUNTIME + ["binding", "platform"]),
     "engine/fundo": (None, ["platform"]),
@@ -72,7 +73,7 @@ class Rooms(unittest.TestCase):
         return process.communicate("".join("#include <%s>\n" % header for header in headers))[1]
 
     def test_every_room_is_compiled(self):
-        headers_only = ["embedding", "platform", "python"]
+        headers_only = ["binding/scopes", "embedding", "platform", "python"]
         self.assertEqual(sorted(set(ROOMS) - set(self.commands)), headers_only)
         found = [glob.glob(os.path.join(SOURCE, pattern)) for pattern in ("engine/*/*.cpp", "engine/*/*/*.cpp")]
         rooms = set(os.path.relpath(os.path.dirname(path), SOURCE) for path in sum(found, []))

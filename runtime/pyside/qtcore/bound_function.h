@@ -123,7 +123,7 @@ struct Caller
                 [[maybe_unused]] const CallScope<isPython> scope;
                 std::apply(call, values);
             }
-            return PyErr_Occurred() ? nullptr : Reference::borrow(Py_None).release();
+            return PyErr_Occurred() ? nullptr : none();
         } else {
             std::decay_t<R> result = [&]() -> std::decay_t<R> {
                 [[maybe_unused]] const CallScope<isPython> scope;

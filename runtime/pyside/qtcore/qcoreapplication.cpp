@@ -70,7 +70,7 @@ PyObject* postEvent(Given<QObject> receiver, Given<QEvent> event, std::optional<
         const Unlocked unlocked;
         QCoreApplication::postEvent(receiver, event, priority.value_or(Qt::NormalEventPriority));
     }
-    return Reference::borrow(Py_None).release();
+    return none();
 }
 
 int execute() { return QCoreApplication::exec(); }

@@ -44,7 +44,7 @@ PyObject* setParent(QObject& object, QObject* parent)
         return nullptr;
     }
     Shiboken::Object::setParent(parentWrapper.get(), self.get());
-    return PyErr_Occurred() ? nullptr : Reference::borrow(Py_None).release();
+    return PyErr_Occurred() ? nullptr : none();
 }
 
 // A child that neither Python nor another wrapper object owns lives as long as its parent.

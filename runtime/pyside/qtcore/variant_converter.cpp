@@ -135,7 +135,7 @@ PyObject* otherToPython(const QVariant& variant)
         return converter.toPython(variant.constData());
     if (QMetaType::typeFlags(variant.userType()) & QMetaType::IsEnumeration)
         return PyInt_FromLong(variant.toInt());
-    return Reference::borrow(Py_None).release();
+    return none();
 }
 
 void anyIntoVariant(PyObject* object, void* value)
@@ -194,7 +194,7 @@ PyObject* variantToPython(const QVariant& variant)
 {
     switch (variant.userType()) {
     case QMetaType::UnknownType:
-        return Reference::borrow(Py_None).release();
+        return none();
     case QMetaType::Bool:
         return PyBool_FromLong(variant.toBool());
     case QMetaType::Int:

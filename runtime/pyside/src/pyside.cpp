@@ -147,7 +147,7 @@ bool fillQtProperties(PyObject* object, const QMetaObject* metaObject, PyObject*
 PyObject* getWrapperForQObject(QObject* object, SbkObjectType* type)
 {
     if (!object)
-        return Reference::borrow(Py_None).release();
+        return none();
     if (SbkObject* const known = Shiboken::BindingManager::instance().retrieveWrapper(object))
         if (isQObjectType(Py_TYPE(known)))
             return Reference::borrow(reinterpret_cast<PyObject*>(known)).release();

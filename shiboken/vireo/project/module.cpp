@@ -133,7 +133,7 @@ void makeModule()
         return;
     }
     isMade = true;
-    const binding::Reference module(binding::Reference::borrow(Shiboken::Module::create("project", functions)));
+    const binding::Reference module = binding::Reference::borrow(Shiboken::Module::create("project", functions));
     if (!module)
         return;
     try {

@@ -1,5 +1,5 @@
 // Delays the destruction of objects that Python drops until the library calls that are running have returned.
-#include "interpreter.h"
+#include "library_call.h"
 
 namespace binding {
 
