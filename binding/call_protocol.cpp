@@ -1,6 +1,7 @@
 // The call protocol: every Python call of a method or constructor goes through the functions here.
 #include "call_protocol.h"
 
+#include "messages.h"
 #include "operation.h"
 
 #include <algorithm>
@@ -66,8 +67,7 @@ std::string signatureText(const Signature& signature)
 
 [[gnu::cold, gnu::noinline]] bool raiseCount(const Operation& operation, Py_ssize_t given)
 {
-    PyErr_Format(PyExc_TypeError, "%s(): takes at least %d arguments (%d given)", qualifiedName(operation).c_str(),
-                 operation.least, static_cast<int>(given));
+    messages.raiseCount(qualifiedName(operation).c_str(), operation.least, static_cast<int>(given));
     return false;
 }
 
@@ -254,6 +254,18 @@ void* run(const Operation& operation, PyObject* self, PyObject* arguments, PyObj
     return signature->invoke(self, *operation.type, converted);
 }
 
+// Whether a constructor of the type may be run on an object of one that is derived from it.
+bool canConstruct(PyObject* self, PyTypeObject* type)
+{
+    if (Shiboken::Object::isUserType(self))
+        return Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type);
+    // An object of a base class cannot stand for one of a wrapped class that is derived from it.
+    if (Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(self), false))
+        return true; // it cannot be initialised a second time
+    PyErr_Format(PyExc_TypeError, "%s isn't the class of a %s", type->tp_name, Py_TYPE(self)->tp_name);
+    return false;
+}
+
 } // namespace
 
 void* raiseNotInitialised(PyObject* self)
@@ -266,33 +278,42 @@ void* raiseNotInitialised(PyObject* self)
 // The steps above are inlined here into one function; what only failures need stays out of line.
 [[gnu::flatten]] PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
 {
-    if (!Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(self)))
-        return nullptr;
-    void* const result = operation.form == Form::NoArguments
-                             ? operation.signatures->invoke(self, *operation.type, nullptr)
-                             : run(operation, self, arguments, keywords);
+    void* result = nullptr;
+    if (operation.form == Form::NoArguments) // looks at the object only once
+        result = operation.signatures->invoke(self, *operation.type, nullptr);
+    else if (Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(self)))
+        result = run(operation, self, arguments, keywords);
     assert(result || errorPending());
     return unlessError(static_cast<PyObject*>(result));
 }
 
-int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords,
-              ObjectDestructor destroy)
+PyObject* callStatic(const Operation& operation, PyObject* arguments, PyObject* keywords)
+{
+    void* const result = operation.form == Form::NoArguments ? operation.signatures->invoke(nullptr, nullptr, nullptr)
+                                                             : run(operation, nullptr, arguments, keywords);
+    assert(result || errorPending());
+    return unlessError(static_cast<PyObject*>(result));
+}
+
+int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords, const Making& making)
 {
     PyTypeObject* const type = *operation.type;
-    if (Shiboken::Object::isUserType(self) && !Shiboken::ObjectType::canCallConstructor(Py_TYPE(self), type))
+    if (Py_TYPE(self) != type && !canConstruct(self, type))
         return -1;
     void* const object = run(operation, self, arguments, keywords);
     assert(object || errorPending());
     SbkObject* const wrapper = reinterpret_cast<SbkObject*>(self);
     if (errorPending() || !Shiboken::Object::setCppPointer(wrapper, type, object)) {
-        if (object)
-            destroy(object);
+        if (object) {
+            const ErrorAside aside;
+            making.destroy(object);
+        }
         return -1;
     }
     Shiboken::Object::setValidCpp(wrapper, true);
-    Shiboken::Object::setHasCppWrapper(wrapper, true);
+    Shiboken::Object::setHasCppWrapper(wrapper, making.isWrapper);
     Shiboken::BindingManager::instance().registerWrapper(wrapper, object);
-    return 1;
+    return !making.finish || making.finish(operation, self, object, keywords) ? 1 : -1;
 }
 
 bool prepare(const Operation& operation)

@@ -3,9 +3,8 @@
 #ifndef BINDING_CALL_PROTOCOL_H
 #define BINDING_CALL_PROTOCOL_H
 
-#include "library_call.h"
-
 #include <cstddef>
+#include <interpreter_scopes.h>
 
 namespace binding {
 
@@ -76,10 +75,22 @@ constexpr int maximumParameters = 11;
 // tuple; `keywords` is null or a dict.
 PyObject* call(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords = nullptr);
 
-// Runs a constructor on an object that is not initialised yet: makes the library object and attaches it. `destroy`
-// deletes a library object that could not be attached. Returns 1, or -1 with an error.
+// The same for a function of the class, which has no object.
+PyObject* callStatic(const Operation& operation, PyObject* arguments, PyObject* keywords = nullptr);
+
+// What becomes of a library object that a constructor has made.
+struct Making
+{
+    ObjectDestructor destroy; // for one that could not be attached
+    bool isWrapper;           // it is of the class that hands virtual operations to Python overrides
+    // What is to be done once it is attached, or null. False with an error.
+    bool (*finish)(const Operation& operation, PyObject* self, void* object, PyObject* keywords);
+};
+
+// Runs a constructor on an object that is not initialised yet: makes the library object and attaches it. Returns 1, or
+// -1 with an error.
 int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords,
-              ObjectDestructor destroy);
+              const Making& making);
 
 // Interns the operation's keyword names; once, before its first call. False with an error.
 bool prepare(const Operation& operation);

@@ -32,15 +32,21 @@ void fillTypeObject(const ClassTable& table)
     type.tp_init = table.initialise;
     type.tp_new = &SbkObjectTpNew;
     type.tp_base = reinterpret_cast<PyTypeObject*>(table.base ? table.base : &SbkObject_Type);
+    if (table.numbers) {
+        heapType.as_number = *table.numbers;
+        type.tp_as_number = &heapType.as_number;
+    }
     if (table.truth) {
-        heapType.as_number = PyNumberMethods();
         heapType.as_number.nb_nonzero = table.truth;
         type.tp_as_number = &heapType.as_number;
     }
     if (table.subscript) {
-        heapType.as_mapping = PyMappingMethods();
         heapType.as_mapping.mp_subscript = table.subscript;
         type.tp_as_mapping = &heapType.as_mapping;
+    }
+    if (table.sequence) {
+        heapType.as_sequence = *table.sequence;
+        type.tp_as_sequence = &heapType.as_sequence;
     }
 }
 
@@ -48,7 +54,8 @@ bool introduce(PyObject* module, const ClassTable& table)
 {
     const std::string name = bareName(table);
     const std::string libraryName = table.isValue ? name : name + "*";
-    const Reference bases(table.isQtObject ? PyTuple_Pack(1, reinterpret_cast<PyObject*>(table.base)) : nullptr);
+    const Reference bases(table.metaObject && table.base ? PyTuple_Pack(1, reinterpret_cast<PyObject*>(table.base))
+                                                         : nullptr);
     return Shiboken::ObjectType::introduceWrapperType(module, name.c_str(), libraryName.c_str(), table.type,
                                                       table.destroy, table.base, bases.get());
 }
@@ -72,9 +79,11 @@ void* castToItself(void* object, SbkObjectType*) { return object; }
 
 void registerQtObject(const ClassTable& table)
 {
-    Shiboken::ObjectType::setMultipleIheritanceFunction(table.type, table.offsets);
-    Shiboken::ObjectType::setCastFunction(table.type, &castToItself);
-    Shiboken::ObjectType::setTypeDiscoveryFunctionV2(table.type, table.discover);
+    if (table.offsets) {
+        Shiboken::ObjectType::setMultipleIheritanceFunction(table.type, table.offsets);
+        Shiboken::ObjectType::setCastFunction(table.type, &castToItself);
+        Shiboken::ObjectType::setTypeDiscoveryFunctionV2(table.type, table.discover);
+    }
     PySide::Signal::registerSignals(table.type, table.metaObject);
 }
 
@@ -94,32 +103,30 @@ bool registerClass(PyObject* module, const ClassTable& table)
     if (!introduce(module, table))
         return false;
     createConverter(table);
-    if (table.isQtObject)
+    if (table.metaObject)
         registerQtObject(table);
     buildProperties(*table.place, bareName(table), table.accessors);
-    return true;
+    return !table.finish || table.finish(table.type);
 }
 
 PyObject* compareObjects(const Comparison& comparison, PyObject* self, PyObject* other, int operation)
 {
-    if (!libraryObject(self, *comparison.type))
+    const void* const left = libraryObject(self, *comparison.type);
+    if (!left)
         return nullptr;
-    const Comparison::Operator compare = operation == Py_EQ   ? comparison.equal
-                                         : operation == Py_NE ? comparison.notEqual
-                                         : operation == Py_LT ? comparison.less
-                                                              : nullptr;
+    const Comparison::Operator compare = comparison.operators[operation];
     if (!compare)
         return raiseNotImplemented();
     bool result = operation == Py_NE;
     Comparison::Outcome outcome = Comparison::Outcome::Compared;
     try {
-        outcome = comparison.apply(compare, self, other, result);
+        outcome = comparison.apply(compare, left, self, other, result);
     } catch (...) {
         return raiseNotImplemented();
     }
     if (outcome == Comparison::Outcome::Invalid)
         return nullptr;
-    if (errorPending() || (outcome == Comparison::Outcome::NotConvertible && operation == Py_LT))
+    if (errorPending() || (outcome == Comparison::Outcome::NotConvertible && operation != Py_EQ && operation != Py_NE))
         return raiseNotImplemented();
     return PyBool_FromLong(result);
 }

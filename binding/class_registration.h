@@ -7,7 +7,8 @@
 
 #include "operation.h"
 #include "properties.h"
-#include "virtual_dispatch.h"
+#include "qt_dispatch.h"
+#include "type_rows.h"
 
 #include <QObject>
 #include <typeinfo>
@@ -21,11 +22,9 @@ struct Comparison
     enum class Outcome { Compared, NotConvertible, Invalid };
 
     PyTypeObject* const* type;
-    Operator equal;
-    Operator notEqual;
-    Operator less;
+    Operator operators[Py_GE + 1]; // by the interpreter's numbers
     // Finds the library object of the other operand, in place or converted into a temporary, and compares with it.
-    Outcome (*apply)(Operator compare, PyObject* self, PyObject* other, bool& result);
+    Outcome (*apply)(Operator compare, const void* left, PyObject* self, PyObject* other, bool& result);
 };
 
 // Everything that registration needs to know of a class.
@@ -48,6 +47,8 @@ struct ClassTable
     reprfunc repr = nullptr;
     reprfunc str = nullptr;
     binaryfunc subscript = nullptr;
+    const PySequenceMethods* sequence = nullptr;
+    const PyNumberMethods* numbers = nullptr; // without the truth value
 
     // Conversions as the runtime keeps them; copy and value only for value classes.
     FromPython (*acceptsPointer)(PyObject*) = nullptr;
@@ -61,25 +62,24 @@ struct ClassTable
     FromPython implicitFromPython = nullptr;
 
     SbkObjectType* base = nullptr;
-    bool isQtObject = false;
     MultipleInheritanceInitFunction offsets = nullptr;
     TypeDiscoveryFuncV2 discover = nullptr;
-    const QMetaObject* metaObject = nullptr;
+    const QMetaObject* metaObject = nullptr; // of a QObject: its signals become attributes
+    // What the class needs beyond that, or null. False with an error.
+    bool (*finish)(SbkObjectType* type) = nullptr;
 };
 
 // Registers the class in the module. False when it could not be introduced; the error stays pending.
 bool registerClass(PyObject* module, const ClassTable& table);
 
-// --- Destruction ----------------------------------------------------------------------------------------------------
+// --- Making and destruction -----------------------------------------------------------------------------------------
 
 // Destroys what Python owned. Called with the lock held, which is released while a destructor runs that may tell
 // others.
 template <class T>
 void destroyLibraryObject(void* object)
 {
-    if constexpr (std::is_base_of_v<QObject, T>) {
-        destroyQtObject(static_cast<T*>(object));
-    } else if constexpr (Wrapped<T>::kind == Kind::Object) {
+    if constexpr (Wrapped<T>::kind == Kind::Object) {
         const Unlocked unlocked;
         delete static_cast<T*>(object);
     } else {
@@ -87,15 +87,32 @@ void destroyLibraryObject(void* object)
     }
 }
 
-// The same when no call can be using the object any more. Values are copied for calls.
-template <class T>
-void destroyUnused(void* object)
+// How objects of a class come into being and end. A module may specialise it for its classes.
+//   finish       what is to be done with an object that a constructor has made and attached; see Making
+//   destroy()    destroys an object
+//   drop()       destroys an object that Python lets go of
+template <class T, class = void>
+struct LifeOf
 {
-    if constexpr (Wrapped<T>::kind == Kind::Object)
-        LibraryCall::destroyUnused(object, &destroyLibraryObject<T>);
-    else
-        destroyLibraryObject<T>(object);
-}
+    static constexpr decltype(Making::finish) finish = nullptr;
+
+    static void destroy(void* object)
+    {
+        if constexpr (std::is_base_of_v<QObject, T>)
+            destroyQtObject(static_cast<T*>(object));
+        else
+            destroyLibraryObject<T>(object);
+    }
+
+    // Once no call can be using it any more. Values are copied for calls.
+    static void drop(void* object)
+    {
+        if constexpr (Wrapped<T>::kind == Kind::Object)
+            LibraryCall::destroyUnused(object, &destroy);
+        else
+            destroy(object);
+    }
+};
 
 // --- Tables made from rows ------------------------------------------------------------------------------------------
 
@@ -148,10 +165,17 @@ struct Entry
                                             Signatures::most(),
                                             Wrapped<T>::place()};
 
-    static PyObject* entry(PyObject* self, PyObject* arguments) { return call(operation, self, arguments); }
+    // Objects of classes with virtual operations are of a subclass that hands these to Python.
+    static constexpr Making making = {&LifeOf<T>::destroy, std::has_virtual_destructor_v<T>, LifeOf<T>::finish};
+    static constexpr bool isStatic = std::get<0>(row.signatures).isStatic;
+
+    static PyObject* entry(PyObject* self, PyObject* arguments)
+    {
+        return isStatic ? callStatic(operation, arguments) : call(operation, self, arguments);
+    }
     static PyObject* entryWithKeywords(PyObject* self, PyObject* arguments, PyObject* keywords)
     {
-        return call(operation, self, arguments, keywords);
+        return isStatic ? callStatic(operation, arguments, keywords) : call(operation, self, arguments, keywords);
     }
     static int initialise(PyObject* self, PyObject* arguments, PyObject* keywords)
     {
@@ -159,26 +183,37 @@ struct Entry
             if (Shiboken::Object::isUserType(self))
                 Shiboken::ObjectType::copyMultimpleheritance(reinterpret_cast<SbkObjectType*>(Py_TYPE(self)),
                                                              wrapperType<T>());
-        return construct(operation, self, arguments, keywords, &destroyLibraryObject<T>);
+        return construct(operation, self, arguments, keywords, making);
     }
 
     static PyMethodDef method()
     {
         if (!prepare(operation))
             PyErr_Print();
+        constexpr int ofClass = isStatic ? METH_STATIC : 0;
         switch (row.form) {
         case Form::NoArguments:
-            return {operation.name, &entry, METH_NOARGS, nullptr};
+            return {operation.name, &entry, METH_NOARGS | ofClass, nullptr};
         case Form::One:
-            return {operation.name, &entry, METH_O, nullptr};
+            return {operation.name, &entry, METH_O | ofClass, nullptr};
         case Form::Positional:
-            return {operation.name, &entry, METH_VARARGS, nullptr};
+            return {operation.name, &entry, METH_VARARGS | ofClass, nullptr};
         default:
             return {operation.name, reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&entryWithKeywords)),
-                    METH_VARARGS | METH_KEYWORDS, nullptr};
+                    METH_VARARGS | METH_KEYWORDS | ofClass, nullptr};
         }
     }
 };
+
+template <class T, const auto& table, std::size_t place>
+PyMethodDef methodOf()
+{
+    constexpr const auto& row = std::get<place>(table);
+    if constexpr (std::is_same_v<decltype(row), const PlainRow&>)
+        return {row.name, row.function, row.flags, nullptr};
+    else
+        return Entry<T, table, place>::method();
+}
 
 // A copy: a new Python object that owns a new library object. The library is called with the lock held.
 template <class T>
@@ -208,7 +243,7 @@ template <class T, const auto& table, std::size_t... i>
 PyMethodDef* methodDefinitions(std::index_sequence<i...>)
 {
     static PyMethodDef definitions[] = {
-        Entry<T, table, i>::method()..., copyMethodDefinition<T>(), {nullptr, nullptr, 0, nullptr}};
+        methodOf<T, table, i>()..., copyMethodDefinition<T>(), {nullptr, nullptr, 0, nullptr}};
     return definitions;
 }
 
@@ -273,59 +308,37 @@ long hash(PyObject* self)
 
 PyObject* compareObjects(const Comparison& comparison, PyObject* self, PyObject* other, int operation);
 
-// An operand of an object class: an instance, not None.
-template <class T>
-class ArgumentPointee
-{
-public:
-    explicit ArgumentPointee(const Argument&) {}
-    bool settle(const Argument& argument) { return (m_object = validObject<T>(argument.object)) != nullptr; }
-    const T& get() const { return *m_object; }
-    static FromPython accepts(PyObject* object)
-    {
-        return object == Py_None ? nullptr : WrapperConversions<T>::acceptsPointer(object);
-    }
-
-private:
-    T* m_object = nullptr;
-};
-
 // Which operators of a class scripts may use.
-enum Operators { Equal = 1, NotEqual = 2, Less = 4 };
+enum Operators { Equal = 1, NotEqual = 2, Less = 4, Ordered = 8, All = 15 };
 
 template <class T, int operators>
 struct ComparisonOf
 {
-    static bool equal(const void* left, const void* right)
+    // The operator when it is among those of the class.
+    template <int which, class Compare>
+    static constexpr Comparison::Operator offered(Compare)
     {
-        return *static_cast<const T*>(left) == *static_cast<const T*>(right);
-    }
-    static bool notEqual(const void* left, const void* right)
-    {
-        if constexpr (operators & NotEqual)
-            return *static_cast<const T*>(left) != *static_cast<const T*>(right);
-        return false;
-    }
-    static bool less(const void* left, const void* right)
-    {
-        if constexpr (operators & Less)
-            return *static_cast<const T*>(left) < *static_cast<const T*>(right);
-        return false;
+        if constexpr (operators & which)
+            return [](const void* left, const void* right) {
+                return Compare()(*static_cast<const T*>(left), *static_cast<const T*>(right));
+            };
+        return nullptr;
     }
 
-    static Comparison::Outcome compareWith(Comparison::Operator compare, PyObject* self, const T* right, bool& result)
+    static Comparison::Outcome compareWith(Comparison::Operator compare, const void* left, const T* right, bool& result)
     {
-        const void* const left = right ? libraryObject(self, Wrapped<T>::type()) : nullptr;
-        if (left)
-            result = compare(left, right);
-        return left ? Comparison::Outcome::Compared : Comparison::Outcome::Invalid;
+        if (!left || !right)
+            return Comparison::Outcome::Invalid;
+        result = compare(left, right);
+        return Comparison::Outcome::Compared;
     }
 
-    static Comparison::Outcome apply(Comparison::Operator compare, PyObject* self, PyObject* other, bool& result)
+    static Comparison::Outcome apply(Comparison::Operator compare, const void* left, PyObject* self, PyObject* other,
+                                     bool& result)
     {
         // Most often the other is of just this class.
         if (Py_TYPE(other) == Wrapped<T>::type())
-            return compareWith(compare, self, validObject<T>(other), result);
+            return compareWith(compare, left, validObject<T>(other), result);
         typedef std::conditional_t<Wrapped<T>::kind == Kind::Value, ArgumentReference<T, void>, ArgumentPointee<T>>
             Operand;
         const Argument argument = {other, Operand::accepts(other)};
@@ -336,14 +349,18 @@ struct ComparisonOf
         Operand operand(argument);
         if (errorPending() || !operand.settle(argument))
             return Comparison::Outcome::NotConvertible;
-        return compareWith(compare, self, &operand.get(), result);
+        // A conversion may have run a script's code.
+        return compareWith(compare, libraryObject(self, Wrapped<T>::type()), &operand.get(), result);
     }
 
     static PyObject* compare(PyObject* self, PyObject* other, int operation)
     {
-        static constexpr Comparison comparison = {Wrapped<T>::place(), operators & Equal ? &equal : nullptr,
-                                                  operators & NotEqual ? &notEqual : nullptr,
-                                                  operators & Less ? &less : nullptr, &apply};
+        static constexpr Comparison comparison = {
+            Wrapped<T>::place(),
+            {offered<Less>(std::less<T>()), offered<Ordered>(std::less_equal<T>()), offered<Equal>(std::equal_to<T>()),
+             offered<NotEqual>(std::not_equal_to<T>()), offered<Ordered>(std::greater<T>()),
+             offered<Ordered>(std::greater_equal<T>())},
+            &apply};
         return compareObjects(comparison, self, other, operation);
     }
 };
@@ -378,7 +395,7 @@ ClassTable baseTable()
     table.methods = methodDefinitions<T, members>(
         std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(members)>>>>());
     table.accessors = accessorsOf(members);
-    table.destroy = &destroyUnused<T>;
+    table.destroy = &LifeOf<T>::drop;
     table.acceptsPointer = &WrapperConversions<T>::acceptsPointer;
     table.pointerFromPython = &WrapperConversions<T>::pointerFromPython;
     table.pointerToPython = &pointerToPython<T>;
@@ -462,7 +479,6 @@ template <class T, class TWrapper, const auto& constructors, const auto& members
 ClassTable qtObjectClass()
 {
     ClassTable table = objectClass<T, TWrapper, constructors, members>();
-    table.isQtObject = true;
     table.base = reinterpret_cast<SbkObjectType*>(SbkPySide_QtCoreTypes[SBK_QOBJECT_IDX]);
     table.offsets = &baseOffsets<T>;
     table.discover = &discover<T>;

@@ -12,28 +12,28 @@ struct LibraryCall::Dropped
 
 void LibraryCall::destroyUnused(void* object, void (*destroy)(void*))
 {
-    if (newest)
-        newest->m_dropped = new Dropped{object, destroy, newest->m_dropped};
-    else
-        destroy(object);
+    if (groups[0].running == 0 && groups[1].running == 0)
+        return destroy(object);
+    current->dropped = new Dropped{object, destroy, current->dropped};
+    isWaitedFor = true;
+    letGoOfDropped();
 }
 
 void LibraryCall::letGoOfDropped()
 {
-    PyObject *type, *value, *traceback;
-    PyErr_Fetch(&type, &value, &traceback);
-    while (Dropped* const first = m_dropped) {
-        m_dropped = first->next;
-        if (m_older) {
-            first->next = m_older->m_dropped;
-            m_older->m_dropped = first;
-        } else {
-            const Dropped last = *first;
-            delete first;
-            last.destroy(last.object);
+    const ErrorAside aside;
+    for (Group* old = &groups[current == groups]; isWaitedFor && old->running == 0; old = &groups[current == groups]) {
+        Dropped* ready = std::exchange(old->dropped, nullptr);
+        isWaitedFor = current->dropped != nullptr;
+        if (isWaitedFor)
+            current = old;
+        // Destructors may run scripts, and other threads meanwhile.
+        while (ready) {
+            const Dropped each = *ready;
+            delete std::exchange(ready, each.next);
+            each.destroy(each.object);
         }
     }
-    PyErr_Restore(type, value, traceback);
 }
 
 } // namespace binding

@@ -9,21 +9,16 @@ namespace binding {
 // Lives, with the lock held at both ends, around each call of the library and the conversion of its result. What Python
 // drops meanwhile, in another thread or in a slot that the library calls, is destroyed when the calls are over that ran
 // by then: they may be using it, or what it owns.
+//
+// Calls are counted in two groups. New ones join the current group; the groups change places when something was dropped
+// and the other group is empty: then what was dropped waits for one group, which no further call joins.
 class LibraryCall
 {
 public:
-    LibraryCall() : m_older(newest)
-    {
-        if (m_older)
-            m_older->m_newer = this;
-        newest = this;
-    }
+    LibraryCall() : m_group(current) { ++m_group->running; }
     ~LibraryCall()
     {
-        (m_newer ? m_newer->m_older : newest) = m_older;
-        if (m_older)
-            m_older->m_newer = m_newer;
-        if (m_dropped)
+        if (--m_group->running == 0 && isWaitedFor)
             letGoOfDropped();
     }
     LibraryCall(const LibraryCall&) = delete;
@@ -35,13 +30,19 @@ public:
 
 private:
     struct Dropped;
-    void letGoOfDropped();
+    struct Group
+    {
+        int running;
+        Dropped* dropped; // waits for the calls of the group, and for those of the other one that are older
+    };
+    static void letGoOfDropped();
 
-    // All that live, in the order of their making. The interpreter's lock guards them.
-    static inline LibraryCall* newest = nullptr;
-    LibraryCall* m_older;
-    LibraryCall* m_newer = nullptr;
-    Dropped* m_dropped = nullptr; // waits for this call and the older ones
+    // The interpreter's lock guards them.
+    static inline Group groups[2] = {};
+    static inline Group* current = groups;
+    static inline bool isWaitedFor = false;
+
+    Group* const m_group;
 };
 
 } // namespace binding

@@ -15,6 +15,7 @@
 #include "call_protocol.h"
 #include "container_converters.h"
 #include "errors.h"
+#include "library_call.h"
 #include "qt_objects.h"
 
 #include <array>
@@ -177,21 +178,52 @@ private:
     Temporary m_temporary;
 };
 
+// A library object that is taken by reference: an instance, not None.
 template <class T>
-struct IsWrappedReference : std::false_type
-{};
-template <class T>
-struct IsWrappedReference<const T&> : std::bool_constant<Wrapped<T>::kind == Kind::Value>
-{};
+class ArgumentPointee
+{
+public:
+    explicit ArgumentPointee(const Argument& argument)
+    {
+        if (!errorPending())
+            Shiboken::Object::isValid(argument.object);
+    }
+    bool settle(const Argument& argument) { return (m_object = validObject<T>(argument.object)) != nullptr; }
+    T& get() const { return *m_object; }
 
-template <class T>
-constexpr bool isObjectPointer = std::is_pointer_v<T> && !std::is_same_v<T, PyObject*>;
+    static FromPython accepts(PyObject* object)
+    {
+        return object == Py_None ? nullptr : WrapperConversions<T>::acceptsPointer(object);
+    }
+    static const char* text() { return Wrapped<T>::name; }
 
+private:
+    T* m_object = nullptr;
+};
+
+// The way in which an argument is held for a parameter of type P.
+template <class P, class Default>
+struct ArgumentHolder
+{
+    typedef std::remove_cv_t<std::remove_reference_t<P>> Value;
+    static constexpr bool isObjectPointer = std::is_pointer_v<P> && !std::is_same_v<P, PyObject*>;
+    typedef std::conditional_t<isObjectPointer, ArgumentPointer<P, Default>, ArgumentValue<P, Default>> type;
+};
 template <class T, class Default>
-using ArgumentFor =
-    std::conditional_t<IsWrappedReference<T>::value,
-                       ArgumentReference<std::remove_cv_t<std::remove_reference_t<T>>, Default>,
-                       std::conditional_t<isObjectPointer<T>, ArgumentPointer<T, Default>, ArgumentValue<T, Default>>>;
+struct ArgumentHolder<const T&, Default>
+{
+    typedef std::conditional_t<Wrapped<T>::kind == Kind::Value, ArgumentReference<T, Default>,
+                               ArgumentValue<const T&, Default>>
+        type;
+};
+template <class T, class Default>
+struct ArgumentHolder<T&, Default>
+{
+    typedef ArgumentPointee<T> type;
+};
+
+template <class P, class Default>
+using ArgumentFor = typename ArgumentHolder<P, Default>::type;
 
 // A parameter with a default: `Default` offers `text`, as signatures show it, and value(), evaluated at each call in
 // which the argument is not given.
@@ -314,6 +346,24 @@ struct ShapeOf<R (*)(C&, P...)> : FunctionShape<R, C, P...>
 template <class R, class C, class... P>
 struct ShapeOf<R (*)(PyObject*, C&, P...)> : FunctionShape<R, C, P...>
 {};
+template <class R, class C, class... P>
+struct ShapeOf<R (C::*)(P...) noexcept> : FunctionShape<R, C, P...>
+{};
+template <class R, class C, class... P>
+struct ShapeOf<R (C::*)(P...) const noexcept> : FunctionShape<R, C, P...>
+{};
+
+// Functions that scripts call on the class.
+struct NoObject
+{};
+template <class F>
+struct StaticShapeOf;
+template <class R, class... P>
+struct StaticShapeOf<R (*)(P...)> : FunctionShape<R, NoObject, P...>
+{};
+template <class R, class... P>
+struct StaticShapeOf<R (*)(P...) noexcept> : FunctionShape<R, NoObject, P...>
+{};
 
 enum class Lock { Released, Held };
 
@@ -321,9 +371,7 @@ enum class Lock { Released, Held };
 // released around it.
 template <auto function, class ResultPolicy, Lock lock>
 struct OperationTag
-{
-    typedef ShapeOf<decltype(function)> Shape;
-};
+{};
 
 template <auto function, class ResultPolicy = PlainResult>
 constexpr OperationTag<function, ResultPolicy, Lock::Released> operation{};
@@ -332,22 +380,27 @@ constexpr OperationTag<function, ResultPolicy, Lock::Released> operation{};
 template <auto function>
 constexpr OperationTag<function, PlainResult, Lock::Held> lockedOperation{};
 
+// The same for functions without an object, which scripts call on the class.
+template <auto function, class ResultPolicy, Lock lock>
+struct StaticTag
+{};
+
+template <auto function, class ResultPolicy = PlainResult>
+constexpr StaticTag<function, ResultPolicy, Lock::Released> staticOperation{};
+
+template <auto function>
+constexpr StaticTag<function, PlainResult, Lock::Held> lockedStaticOperation{};
+
+template <class Tag>
+constexpr bool isStatic = false;
+template <auto function, class ResultPolicy, Lock lock>
+constexpr bool isStatic<StaticTag<function, ResultPolicy, lock>> = true;
+
 // Picks one of several functions of a name by its parameters: overload<void(View)>(&Clip::relink).
-template <class Signature>
-struct OverloadOf;
-template <class R, class... P>
-struct OverloadOf<R(P...)>
-{
-    template <class C>
-    static constexpr auto pick(R (C::*function)(P...))
-    {
-        return function;
-    }
-};
 template <class Signature, class C>
 constexpr auto overload(Signature C::*function)
 {
-    return OverloadOf<Signature>::template pick<C>(function);
+    return function;
 }
 
 // The defaults of all parameters, void for the required ones: defaults belong to the last parameters.
@@ -383,7 +436,7 @@ struct ConvertedArguments<std::index_sequence<i...>, std::tuple<P...>, Defaults>
     // Takes the addresses of library objects, now that no script's code runs any more. False with an error pending.
     bool settle([[maybe_unused]] const Argument* arguments)
     {
-        return !errorPending() && (At<i>::settle(arguments[i]) && ...);
+        return sizeof...(P) == 0 || (!errorPending() && (At<i>::settle(arguments[i]) && ...));
     }
 
     static constexpr std::array<FormalParameter, sizeof...(P)> describe()
@@ -402,6 +455,18 @@ struct ArgumentsFor
     typedef std::make_index_sequence<count> Indexes;
     typedef ConvertedArguments<Indexes, Parameters, AllDefaults> Values;
 };
+
+// Makes the call, and a Python object from its result.
+template <class ResultPolicy, class Call>
+PyObject* resultOf(const Call& call, const Argument* arguments)
+{
+    if constexpr (std::is_void_v<decltype(call())>) {
+        call();
+        return ResultPolicy::convertNothing(arguments);
+    } else {
+        return ResultPolicy::convert(call(), arguments);
+    }
+}
 
 template <class Tag, class... Defaults>
 struct Invoker;
@@ -436,23 +501,55 @@ private:
     {
         const OwnersHeld<Object> owners(object);
         const LibraryCall running;
-        const auto call = [&]() -> Result {
-            if constexpr (lock == Lock::Held) {
-                return function(self, object, values.Values::template At<i>::get()...);
-            } else {
-                const Unlocked unlocked;
-                if constexpr (std::is_member_function_pointer_v<decltype(function)>)
-                    return (object.*function)(values.Values::template At<i>::get()...);
-                else
-                    return function(object, values.Values::template At<i>::get()...);
-            }
-        };
-        if constexpr (std::is_void_v<Result>) {
-            call();
-            return ResultPolicy::convertNothing(arguments);
-        } else {
-            return ResultPolicy::convert(call(), arguments);
+        return resultOf<ResultPolicy>(
+            [&]() -> Result {
+                if constexpr (lock == Lock::Held) {
+                    return function(self, object, values.Values::template At<i>::get()...);
+                } else {
+                    const Unlocked unlocked;
+                    if constexpr (std::is_member_function_pointer_v<decltype(function)>)
+                        return (object.*function)(values.Values::template At<i>::get()...);
+                    else
+                        return function(object, values.Values::template At<i>::get()...);
+                }
+            },
+            arguments);
+    }
+};
+
+template <auto function, class ResultPolicy, Lock lock, class... Defaults>
+struct Invoker<StaticTag<function, ResultPolicy, lock>, Defaults...>
+{
+    typedef StaticShapeOf<decltype(function)> Shape;
+    typedef typename Shape::Result Result;
+    typedef ArgumentsFor<typename Shape::Parameters, Defaults...> Arguments;
+    typedef typename Arguments::Values Values;
+
+    static void* invoke(PyObject*, PyTypeObject*, const Argument* arguments)
+    {
+        try {
+            Values values(arguments);
+            return values.settle(arguments) ? run(arguments, values, typename Arguments::Indexes()) : nullptr;
+        } catch (...) {
+            raiseCaughtException();
+            return nullptr;
         }
+    }
+
+private:
+    template <std::size_t... i>
+    static PyObject* run(const Argument* arguments, [[maybe_unused]] const Values& values, std::index_sequence<i...>)
+    {
+        return resultOf<ResultPolicy>(
+            [&]() -> Result {
+                if constexpr (lock == Lock::Held) {
+                    return function(values.Values::template At<i>::get()...);
+                } else {
+                    const Unlocked unlocked;
+                    return function(values.Values::template At<i>::get()...);
+                }
+            },
+            arguments);
     }
 };
 
@@ -501,6 +598,7 @@ struct SignatureRow
     std::array<FormalParameter, count> parameters;
     int required;
     Invoke invoke;
+    bool isStatic;
     bool testedFirst;
 };
 
@@ -511,7 +609,7 @@ constexpr auto signature(Tag, OptionalParameter<Defaults>... optionals)
     constexpr std::size_t count = Invoker::Arguments::count;
     static_assert(count <= maximumParameters, "raise maximumParameters");
     SignatureRow<count> row{Invoker::Values::describe(), static_cast<int>(count - sizeof...(Defaults)),
-                            &Invoker::invoke, false};
+                            &Invoker::invoke, isStatic<Tag>, false};
     [[maybe_unused]] std::size_t place = count - sizeof...(Defaults);
     ((row.parameters[place].keyword = optionals.keyword, row.parameters[place].defaultText = Defaults::text, ++place),
      ...);
@@ -603,6 +701,17 @@ constexpr auto property(const char (&name)[size], OperationTag<function, ResultP
 {
     return property(name, name, getter, setter...);
 }
+
+// A method that is written by hand as the interpreter calls it.
+struct PlainRow
+{
+    const char* name;
+    PyCFunction function;
+    int flags;
+};
+
+constexpr PlainRow plain(const char* name, PyCFunction function, int flags) { return {name, function, flags}; }
+constexpr std::tuple<PlainRow> rowsOf(const PlainRow& row) { return row; }
 
 template <class Name, class... Signatures>
 constexpr auto rowsOf(const Row<Name, Signatures...>& row)

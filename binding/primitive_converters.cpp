@@ -1,11 +1,13 @@
 // The error text for numbers that do not fit: the value and the range.
 #include "primitive_converters.h"
 
+#include "messages.h"
+
 namespace binding {
 
 void nameRange(PyObject* object, const char* type, double lowest, double highest)
 {
-    if (!PyErr_ExceptionMatches(PyExc_OverflowError))
+    if (!messages.namesRanges || !PyErr_ExceptionMatches(PyExc_OverflowError))
         return;
     PyObject *error, *text, *traceback;
     PyErr_Fetch(&error, &text, &traceback);

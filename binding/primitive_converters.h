@@ -8,8 +8,8 @@
 
 namespace binding {
 
-// Gives a pending OverflowError of the runtime the value that did not fit, and the range that it did not fit into. What
-// a script's own code has raised stays.
+// Gives a pending OverflowError of the runtime the value that did not fit, and the range that it did not fit into,
+// where the module names ranges. What a script's own code has raised stays.
 void nameRange(PyObject* object, const char* type, double lowest, double highest);
 
 // `Exact` names the short way: isExact(object) and get(object) for objects whose conversion cannot fail.
@@ -113,6 +113,36 @@ struct Converter<double> : PrimitiveConverter<double, ExactFloat>
 {
     static const char* text() { return "float"; }
     static PyObject* toPython(double value) { return PyFloat_FromDouble(value); }
+};
+
+// Other numbers and C strings only in the runtime's way.
+template <class T>
+struct RuntimeConverter
+{
+    static constexpr bool mayHoldWrapper = false;
+    static SbkConverter* converter() { return Shiboken::Conversions::PrimitiveTypeConverter<T>(); }
+    static FromPython accepts(PyObject* object)
+    {
+        return Shiboken::Conversions::isPythonToCppConvertible(converter(), object);
+    }
+    static PyObject* toPython(T value) { return Shiboken::Conversions::copyToPython(converter(), &value); }
+};
+
+template <>
+struct Converter<long long> : RuntimeConverter<long long>
+{
+    static const char* text() { return "long long"; }
+};
+template <>
+struct Converter<unsigned long> : RuntimeConverter<unsigned long>
+{
+    static const char* text() { return "unsigned long"; }
+};
+template <>
+struct Converter<const char*> : RuntimeConverter<const char*>
+{
+    static const char* text() { return "str"; }
+    static PyObject* toPython(const char* text) { return text ? PyString_FromString(text) : none(); }
 };
 
 } // namespace binding

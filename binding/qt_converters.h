@@ -1,14 +1,17 @@
-// Strings, variants and Qt objects: the Qt binding's own converters, found at their places in its tables.
+// Strings, bytes and Qt objects: the Qt binding's own converters, found at their places in its tables. What a variant
+// takes is for each module to say.
 #ifndef BINDING_QT_CONVERTERS_H
 #define BINDING_QT_CONVERTERS_H
 
 #include "converter.h"
 
 #include <QByteArray>
+#include <QChildEvent>
+#include <QEvent>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QVariant>
+#include <QTimerEvent>
 #include <pyside_qtcore_python.h>
 
 namespace binding {
@@ -33,31 +36,6 @@ struct Converter<QString> : QtConverter<QString, SBK_QSTRING_IDX>
     static const char* text() { return "unicode"; }
 };
 
-template <>
-struct Converter<QVariant> : QtConverter<QVariant, SBK_QVARIANT_IDX>
-{
-    static constexpr bool mayHoldWrapper = true;
-    static const char* text() { return "QVariant"; }
-
-    // The Qt binding passes instances of subclasses of float and long as mere objects; a library wants numbers.
-    static FromPython accepts(PyObject* object)
-    {
-        return PyFloat_Check(object) ? &fromFloat : PyLong_Check(object) ? &fromLong : QtConverter::accepts(object);
-    }
-
-private:
-    static void fromFloat(PyObject* object, void* value)
-    {
-        *static_cast<QVariant*>(value) = QVariant(PyFloat_AS_DOUBLE(object));
-    }
-    static void fromLong(PyObject* object, void* value)
-    {
-        const long long number = PyLong_AsLongLong(object);
-        if (!errorPending())
-            *static_cast<QVariant*>(value) = QVariant(static_cast<qlonglong>(number));
-    }
-};
-
 // The Qt binding's value class of byte arrays.
 template <>
 struct Converter<QByteArray>
@@ -74,20 +52,40 @@ struct Converter<QByteArray>
     static PyObject* toPython(const QByteArray& value) { return Shiboken::Conversions::copyToPython(type(), &value); }
 };
 
-// Any QObject of the Qt binding, the wrapped ones included.
-template <>
-struct Converter<QObject*>
+// Objects of the Qt binding by pointer, a null one as None.
+template <class T, int place>
+struct QtPointerConverter
 {
     static constexpr bool mayHoldWrapper = true;
-    static const char* text() { return "PySide.QtCore.QObject"; }
-    static SbkObjectType* type() { return reinterpret_cast<SbkObjectType*>(SbkPySide_QtCoreTypes[SBK_QOBJECT_IDX]); }
+    static SbkObjectType* type() { return reinterpret_cast<SbkObjectType*>(SbkPySide_QtCoreTypes[place]); }
 
     static FromPython accepts(PyObject* object)
     {
         return Shiboken::Conversions::isPythonToCppPointerConvertible(type(), object);
     }
 
-    static PyObject* toPython(const QObject* object) { return Shiboken::Conversions::pointerToPython(type(), object); }
+    static PyObject* toPython(const T* object) { return Shiboken::Conversions::pointerToPython(type(), object); }
+};
+
+template <>
+struct Converter<QObject*> : QtPointerConverter<QObject, SBK_QOBJECT_IDX>
+{
+    static const char* text() { return "PySide.QtCore.QObject"; }
+};
+template <>
+struct Converter<QEvent*> : QtPointerConverter<QEvent, SBK_QEVENT_IDX>
+{
+    static const char* text() { return "PySide.QtCore.QEvent"; }
+};
+template <>
+struct Converter<QTimerEvent*> : QtPointerConverter<QTimerEvent, SBK_QTIMEREVENT_IDX>
+{
+    static const char* text() { return "PySide.QtCore.QTimerEvent"; }
+};
+template <>
+struct Converter<QChildEvent*> : QtPointerConverter<QChildEvent, SBK_QCHILDEVENT_IDX>
+{
+    static const char* text() { return "PySide.QtCore.QChildEvent"; }
 };
 
 } // namespace binding

@@ -3,12 +3,7 @@
 #ifndef BINDING_VIRTUAL_DISPATCH_H
 #define BINDING_VIRTUAL_DISPATCH_H
 
-#include "converter.h"
-
-#include <QChildEvent>
-#include <QEvent>
-#include <QTimerEvent>
-#include <fundo/qt_version.h>
+#include "primitive_converters.h"
 
 namespace binding {
 
@@ -32,31 +27,55 @@ class OverrideCall
 public:
     // Looks for an override of `method` on the wrapper object of `object`. `className` is the class's full Python name.
     OverrideCall(const void* object, const char* className, const char* method);
-    ~OverrideCall();
     OverrideCall(const OverrideCall&) = delete;
     OverrideCall& operator=(const OverrideCall&) = delete;
 
-    // A Python error was pending: nothing may be called.
-    bool isBlocked() const { return m_blocked; }
-    bool isFound() const { return m_override != nullptr; }
+    // A Python error is pending, or the interpreter has ended: nothing may be called.
+    bool isBlocked() const { return m_isBlocked; }
+    bool isFound() const { return static_cast<bool>(m_override); }
+    // For the library's own operation, which must run without the lock.
     void unlock() { m_lock.release(); }
 
-    // Call the override; its error is printed. The reference to the arguments is taken over. The event, which may be
-    // null, is made invalid afterwards when its wrapper object was made for this call.
-    void call(PyObject* arguments, PyObject* event = nullptr);
-    // The same for a bool result. Anything else is warned about and counts as false.
-    bool callForBool(PyObject* arguments, PyObject* event = nullptr);
+    // Calls with arguments that are taken over; one that is null stands for a failed conversion. Null with the error,
+    // which is printed. The wrapper object of an event, which comes last, is made invalid afterwards when nobody else
+    // knows it: the event dies in the library.
+    Reference call(PyObject* const* arguments, int count);
+    // Prints what is wrong with a result that is not of the type, or could not be converted.
+    void refuse(PyObject* result, const char* expected) const;
 
 private:
-    PyObject* run(PyObject* arguments);
-    bool boolFrom(PyObject* result) const;
-
     Shiboken::GilState m_lock;
     const char* m_className;
     const char* m_method;
-    bool m_blocked;
-    PyObject* m_override;
+    bool m_isBlocked;
+    Reference m_override;
 };
+
+// Hands a virtual operation of an object to its Python override, where there is one, and to `own` elsewhere. A result
+// that is not of the operation's type is warned about and counts as its default value.
+template <class Own, class... A>
+auto dispatch(const void* object, const char* className, const char* method, const Own& own, A... arguments)
+{
+    typedef decltype(own()) Result;
+    OverrideCall override(object, className, method);
+    if (override.isBlocked())
+        return Result();
+    if (!override.isFound()) {
+        override.unlock();
+        return own();
+    }
+    PyObject* const list[] = {Converter<A>::toPython(arguments)..., nullptr};
+    [[maybe_unused]] const Reference result = override.call(list, sizeof...(A));
+    if constexpr (!std::is_void_v<Result>) {
+        Result answer = Result();
+        const FromPython convert = result ? Converter<Result>::accepts(result.get()) : nullptr;
+        if (convert)
+            convert(result.get(), &answer);
+        if (result && (!convert || errorPending()))
+            override.refuse(result.get(), Converter<Result>::text());
+        return answer;
+    }
+}
 
 // A handle whose isNull() a Python subclass may override.
 template <class T>
@@ -67,101 +86,7 @@ public:
 
     bool isNull() const override
     {
-        OverrideCall override(this, Wrapped<T>::name, "isNull");
-        if (override.isBlocked())
-            return false;
-        if (override.isFound())
-            return override.callForBool(PyTuple_New(0));
-        override.unlock();
-        return T::isNull();
-    }
-};
-
-PyObject* eventToPython(QEvent* event);
-PyObject* timerEventToPython(QTimerEvent* event);
-PyObject* childEventToPython(QChildEvent* event);
-PyObject* qObjectToPython(QObject* object);
-
-// A Qt object whose event operations a Python subclass may override.
-template <class T>
-class QtDispatch : public Wrapper<T>
-{
-public:
-    using Wrapper<T>::Wrapper;
-
-    bool event(QEvent* event) override
-    {
-        OverrideCall override(this, Wrapped<T>::name, "event");
-        if (override.isBlocked())
-            return false;
-        if (override.isFound()) {
-            PyObject* const argument = eventToPython(event);
-            return override.callForBool(Py_BuildValue("(N)", argument), argument);
-        }
-        override.unlock();
-        return T::event(event);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        OverrideCall override(this, Wrapped<T>::name, "eventFilter");
-        if (override.isBlocked())
-            return false;
-        if (override.isFound()) {
-            PyObject* const argument = eventToPython(event);
-            return override.callForBool(Py_BuildValue("(NN)", qObjectToPython(watched), argument), argument);
-        }
-        override.unlock();
-        return T::eventFilter(watched, event);
-    }
-
-protected:
-    void timerEvent(QTimerEvent* event) override
-    {
-        dispatchEvent("timerEvent", event, &timerEventToPython, [&] { T::timerEvent(event); });
-    }
-    void childEvent(QChildEvent* event) override
-    {
-        dispatchEvent("childEvent", event, &childEventToPython, [&] { T::childEvent(event); });
-    }
-    void customEvent(QEvent* event) override
-    {
-        dispatchEvent("customEvent", event, &eventToPython, [&] { T::customEvent(event); });
-    }
-    void connectNotify(Fundo::qt::NotifiedSignal signal) override
-    {
-        dispatchSignal("connectNotify", signal, [&] { T::connectNotify(signal); });
-    }
-    void disconnectNotify(Fundo::qt::NotifiedSignal signal) override
-    {
-        dispatchSignal("disconnectNotify", signal, [&] { T::disconnectNotify(signal); });
-    }
-
-private:
-    template <class Event, class Own>
-    void dispatchEvent(const char* method, Event* event, PyObject* (*toPython)(Event*), Own own)
-    {
-        OverrideCall override(this, Wrapped<T>::name, method);
-        if (override.isBlocked())
-            return;
-        if (override.isFound()) {
-            PyObject* const argument = toPython(event);
-            return override.call(Py_BuildValue("(N)", argument), argument);
-        }
-        override.unlock();
-        own();
-    }
-
-    template <class Own>
-    void dispatchSignal(const char* method, Fundo::qt::NotifiedSignal signal, Own own)
-    {
-        OverrideCall override(this, Wrapped<T>::name, method);
-        if (override.isBlocked())
-            return;
-        if (override.isFound())
-            return override.call(Py_BuildValue("(s)", Fundo::qt::signalText(signal).constData()));
-        override.unlock();
-        own();
+        return dispatch(this, Wrapped<T>::name, "isNull", [this] { return T::isNull(); });
     }
 };
 

@@ -1,4 +1,4 @@
-// Everything that Qt 4.8 and Qt 5 spell differently and that we use stands here, and nowhere else.
+// What Qt 4.8 and Qt 5 spell differently and the engine and the module use.
 #ifndef FUNDO_QT_VERSION_H
 #define FUNDO_QT_VERSION_H
 
@@ -16,22 +16,9 @@ namespace qt {
 
 #if QT_VERSION >= 0x050000
 
-// What QObject::connectNotify and disconnectNotify are told about: the signal itself.
-typedef const QMetaMethod& NotifiedSignal;
-
-// The signal as SIGNAL() writes it, such as "2changed(int)"; empty for a disconnection of everything.
-inline QByteArray signalText(const QMetaMethod& signal)
-{
-    return signal.isValid() ? "2" + signal.methodSignature() : QByteArray();
-}
-
 inline QByteArray methodSignature(const QMetaMethod& method) { return method.methodSignature(); }
 
 #else
-
-typedef const char* NotifiedSignal;
-
-inline QByteArray signalText(const char* signal) { return QByteArray(signal); }
 
 inline QByteArray methodSignature(const QMetaMethod& method) { return QByteArray(method.signature()); }
 

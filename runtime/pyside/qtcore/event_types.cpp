@@ -1,9 +1,11 @@
 // The items of QEvent.Type.
-#include "event_types.h"
+#include "module.h"
 
 namespace QtCore {
 
-const EnumerationItem eventTypes[eventTypeCount] = {
+namespace {
+
+constexpr EnumerationItem eventTypes[] = {
     {"None", QEvent::None},
     {"Timer", QEvent::Timer},
     {"MouseButtonPress", QEvent::MouseButtonPress},
@@ -181,5 +183,9 @@ const EnumerationItem eventTypes[eventTypeCount] = {
     {"AccessibilityHelp", 119},
     {"AccessibilityDescription", 130},
 };
+
+} // namespace
+
+bool registerEventTypes(PyObject* module) { return registerEnumeration<QEvent::Type>(module, eventTypes); }
 
 } // namespace QtCore

@@ -1,93 +1,58 @@
 // Lists and maps of what Qt's interfaces exchange.
 #include "converters.h"
 
+#include <converter_rows.h>
+
 namespace QtCore {
 
 using namespace Shiboken;
 
 namespace {
 
+// Neither texts nor dicts are taken for lists.
 template <class T>
-struct ListConversion
+struct ListConversion : Converter<QList<T>>
 {
-    static PythonToCppFunc accepts(PyObject* object)
+    static FromPython accepts(PyObject* object)
     {
-        if (!PySequence_Check(object) || PyDict_Check(object) || isText(object))
-            return nullptr;
-        const Reference items(PySequence_Fast(object, "a sequence is needed"));
-        bool fits = static_cast<bool>(items);
-        for (Py_ssize_t i = 0; fits && i < PySequence_Fast_GET_SIZE(items.get()); ++i)
-            fits = Crossing<T>::accepts(PySequence_Fast_GET_ITEM(items.get(), i)) != nullptr;
-        PyErr_Clear();
-        return fits ? &fromPython : nullptr;
-    }
-
-    static void fromPython(PyObject* object, void* value)
-    {
-        const Reference items(PySequence_List(object));
-        QList<T> list;
-        for (Py_ssize_t i = 0; items && i < PyList_GET_SIZE(items.get()); ++i) {
-            PyObject* const item = PyList_GET_ITEM(items.get(), i);
-            T each = T();
-            const PythonToCppFunc convert = Crossing<T>::accepts(item);
-            if (!convert || !Object::isValid(item))
-                return;
-            convert(item, &each);
-            if (PyErr_Occurred())
-                return;
-            list.append(each);
-        }
-        if (items)
-            *static_cast<QList<T>*>(value) = list;
-    }
-
-    static PyObject* toPython(const void* value)
-    {
-        const QList<T>& list = *static_cast<const QList<T>*>(value);
-        Reference result(PyList_New(list.size()));
-        for (int i = 0; result && i < list.size(); ++i) {
-            PyObject* const item = Crossing<T>::toPython(list[i]);
-            if (!item)
-                return nullptr;
-            PyList_SET_ITEM(result.get(), i, item);
-        }
-        return result.release();
-    }
-
-    static void enter(int place, const char* name)
-    {
-        SbkConverter* const converter = Conversions::createConverter(&PyList_Type, &toPython);
-        Conversions::addPythonToCppValueConversion(converter, &fromPython, &accepts);
-        Conversions::registerConverterName(converter, name);
-        SbkPySide_QtCoreTypeConverters[place] = converter;
+        return PyDict_Check(object) || isText(object) ? nullptr : Converter<QList<T>>::accepts(object);
     }
 };
 
-void mapFromPython(PyObject* object, void* value)
+template <class T>
+constexpr ConverterRow listRow(int place, const char* name)
 {
-    const QVariant variant = variantFromPython(object);
-    if (!PyErr_Occurred())
-        *static_cast<QVariantMap*>(value) = variant.toMap();
+    return both<QList<T>, ListConversion<T>>(place, name, PyList_Type);
 }
 
-PythonToCppFunc acceptsMap(PyObject* object)
+struct MapConversion
 {
-    return PyDict_Check(object) && hasOnlyTextKeys(object) ? &mapFromPython : nullptr;
-}
+    static void fromPython(PyObject* object, void* value)
+    {
+        const QVariant variant = variantFromPython(object);
+        if (!PyErr_Occurred())
+            *static_cast<QVariantMap*>(value) = variant.toMap();
+    }
+    static FromPython accepts(PyObject* object)
+    {
+        return PyDict_Check(object) && hasOnlyTextKeys(object) ? &fromPython : nullptr;
+    }
+    static PyObject* toPython(const QVariantMap& map) { return variantToPython(map); }
+};
 
-PyObject* mapToPython(const void* value) { return variantToPython(QVariant(*static_cast<const QVariantMap*>(value))); }
+constexpr ConverterRow rows[] = {
+    listRow<QVariant>(SBK_QTCORE_QLIST_QVARIANT_IDX, "QVariantList"),
+    listRow<QObject*>(SBK_QTCORE_QLIST_QOBJECTPTR_IDX, "QObjectList"),
+    listRow<QByteArray>(SBK_QTCORE_QLIST_QBYTEARRAY_IDX, "QByteArrayList"),
+    both<QVariantMap, MapConversion>(SBK_QTCORE_QMAP_QSTRING_QVARIANT_IDX, "QVariantMap", PyDict_Type),
+};
 
 } // namespace
 
 void registerListConverters()
 {
-    ListConversion<QVariant>::enter(SBK_QTCORE_QLIST_QVARIANT_IDX, "QVariantList");
-    ListConversion<QObject*>::enter(SBK_QTCORE_QLIST_QOBJECTPTR_IDX, "QObjectList");
-    ListConversion<QByteArray>::enter(SBK_QTCORE_QLIST_QBYTEARRAY_IDX, "QByteArrayList");
-    SbkConverter* const map = Conversions::createConverter(&PyDict_Type, &mapToPython);
-    Conversions::addPythonToCppValueConversion(map, &mapFromPython, &acceptsMap);
-    Conversions::registerConverterName(map, "QVariantMap");
-    SbkPySide_QtCoreTypeConverters[SBK_QTCORE_QMAP_QSTRING_QVARIANT_IDX] = map;
+    for (const ConverterRow& row : rows)
+        SbkPySide_QtCoreTypeConverters[row.place] = registerConverter(row);
 }
 
 void registerPrimitiveNames()

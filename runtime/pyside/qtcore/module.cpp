@@ -1,6 +1,8 @@
 // The module PySide.QtCore.
-#include "class_registration.h"
+#include "module.h"
+
 #include "converters.h"
+#include "messages.h"
 #include "pyside.h"
 
 PyTypeObject** SbkPySide_QtCoreTypes = nullptr;
@@ -8,9 +10,10 @@ SbkConverter** SbkPySide_QtCoreTypeConverters = nullptr;
 
 namespace QtCore {
 
+PyTypeObject* types[SBK_QtCore_IDX_COUNT];
+
 namespace {
 
-PyTypeObject* types[SBK_QtCore_IDX_COUNT];
 SbkConverter* converters[SBK_QtCore_CONVERTERS_IDX_COUNT];
 
 // SIGNAL and SLOT: Qt's mark in front of the signature.
@@ -43,6 +46,24 @@ bool addVersion(PyObject* module)
                0;
 }
 
+template <class T>
+bool registerIfClass([[maybe_unused]] PyObject* module, const TypeRow<T>&)
+{
+    if constexpr (std::is_class_v<T>)
+        return registerClass(module, tableOf<T>());
+    return true;
+}
+
+bool registerClasses(PyObject* module)
+{
+    return std::apply([module](const auto&... row) { return (registerIfClass(module, row) && ...); }, typeRows);
+}
+
+void raiseCount(const char* function, int least, int given)
+{
+    PyErr_Format(PyExc_TypeError, "%s(): %s arguments", function, given < least ? "not enough" : "too many");
+}
+
 bool start()
 {
     SbkPySide_QtCoreTypes = types;
@@ -55,9 +76,8 @@ bool start()
     registerTextConverters();
     registerVariantConverter();
     registerListConverters();
-    const bool areRegistered = registerQObject(module) && registerEvents(module) && registerQByteArray(module) &&
-                               registerQtNamespace(module) && registerQCoreApplication(module) &&
-                               registerQTimer(module) && registerQThread(module) && addVersion(module);
+    const bool areRegistered =
+        registerClasses(module) && registerEventTypes(module) && registerQtNamespace(module) && addVersion(module);
     if (!areRegistered || PyErr_Occurred())
         return false;
     Shiboken::Module::registerTypes(module, types);
@@ -68,6 +88,8 @@ bool start()
 } // namespace
 
 } // namespace QtCore
+
+const binding::Messages binding::messages = {&QtCore::raiseCount, false};
 
 // An error that is pending makes the import fail with it.
 PyMODINIT_FUNC __attribute__((visibility("default"))) initQtCore() { QtCore::start(); }

@@ -1,10 +1,9 @@
-// Construction and destruction of the QObjects that Python makes.
+// What QObjects that Python makes get beyond their C++ constructors.
 #include "object_shim.h"
 
-#include "class_registration.h"
-#include "pyside.h"
 #include "pysidesignal.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace QtCore {
@@ -36,22 +35,37 @@ bool setQtParent(PyObject* self, QObject* object, PyObject* parent)
     return !PyErr_Occurred();
 }
 
+// The constructor's own, which are no properties, in ascending order.
+std::vector<const char*> keywordsOf(const Operation& constructor)
+{
+    std::vector<const char*> names;
+    for (int s = 0; s < constructor.signatureCount; ++s)
+        for (int i = 0; i < constructor.signatures[s].count; ++i)
+            if (const char* const name = constructor.signatures[s].parameters[i].keyword)
+                names.push_back(name);
+    std::sort(names.begin(), names.end(), [](const char* a, const char* b) { return std::strcmp(a, b) < 0; });
+    return names;
+}
+
 } // namespace
 
-bool attach(PyObject* self, PyTypeObject* type, QObject* object, PythonQObject* pythonPart, PyObject* parent,
-            PyObject* keywords, const char** ignoredKeywords, unsigned ignoredCount)
+bool finishQObject(const Operation& constructor, PyObject* self, void* address, PyObject* keywords)
 {
-    if (!takeCppObject(self, type, object, true)) {
-        const ErrorAside aside;
-        const Unlocked unlocked;
-        delete object;
-        return false;
-    }
+    QObject* const object = static_cast<QObject*>(address);
+    ShimPart* const shim = dynamic_cast<ShimPart*>(object);
     if (const std::shared_ptr<const DynamicMetaObject> own = classMetaObject(Py_TYPE(self)))
-        pythonPart->setPythonMetaObject(own);
+        shim->setPythonMetaObject(own);
     Signal::updateSourceObject(self);
-    return setQtParent(self, object, parent) &&
-           (!keywords || fillQtProperties(self, object->metaObject(), keywords, ignoredKeywords, ignoredCount));
+    if (!setQtParent(self, object, shim->givenParent().object))
+        return false;
+    // The application lives until the interpreter ends, whether a name holds it or not.
+    if (object == QCoreApplication::instance())
+        Shiboken::Object::releaseOwnership(self);
+    if (!keywords)
+        return true;
+    std::vector<const char*> ignored = keywordsOf(constructor);
+    return fillQtProperties(self, object->metaObject(), keywords, ignored.data(),
+                            static_cast<unsigned>(ignored.size()));
 }
 
 } // namespace QtCore

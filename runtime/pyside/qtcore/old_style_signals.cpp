@@ -101,7 +101,7 @@ bool readRequest(PyObject* self, PyObject* arguments, Request& request)
         return false;
     if (!reader.isAtEnd()) {
         PyObject* const type = reader.take();
-        const PythonToCppFunc convert = Crossing<Qt::ConnectionType>::accepts(type);
+        const FromPython convert = Converter<Qt::ConnectionType>::accepts(type);
         if (!convert)
             return false;
         convert(type, &request.type);

@@ -1,10 +1,6 @@
 // QObject: what every Qt object can do for a script.
-#include "bound_function.h"
-#include "class_registration.h"
+#include "object_shim.h"
 #include "old_style_signals.h"
-#include "pyside.h"
-#include "pysidesignal.h"
-#include "qobject_constructor.h"
 #include "signal_hub.h"
 #include "signal_objects.h"
 
@@ -24,27 +20,23 @@ bool isAncestor(const QObject& object, const QObject* candidate)
     return false;
 }
 
-PyObject* setParent(QObject& object, QObject* parent)
+void setParent(PyObject* self, QObject& object, QObject* parent)
 {
     if (isAncestor(object, parent)) {
         PyErr_SetString(PyExc_ValueError, "a QObject cannot become its own ancestor");
-        return nullptr;
+        return;
     }
-    // The parent that goes may hold the last reference.
-    const Reference self(wrapperOf(&object));
     const Reference parentWrapper(wrapperOf(parent));
-    if (!self || !parentWrapper)
-        return nullptr;
+    if (!parentWrapper)
+        return;
     {
         const Unlocked unlocked;
         object.setParent(parent);
     }
-    if (object.parent() != parent) {
+    if (object.parent() == parent)
+        Shiboken::Object::setParent(parentWrapper.get(), self);
+    else
         PyErr_SetString(PyExc_RuntimeError, "a QObject's parent must live in the same thread");
-        return nullptr;
-    }
-    Shiboken::Object::setParent(parentWrapper.get(), self.get());
-    return PyErr_Occurred() ? nullptr : none();
 }
 
 // A child that neither Python nor another wrapper object owns lives as long as its parent.
@@ -65,12 +57,11 @@ QObjectList livingChildren(const QObject& object)
     return list;
 }
 
-PyObject* children(QObject& object)
+PyObject* children(PyObject* self, QObject& object)
 {
-    const Reference self(wrapperOf(&object));
     Reference list(PyList_New(0));
     for (QObject* child : livingChildren(object)) {
-        const Reference wrapper = childWrapper(self.get(), child);
+        const Reference wrapper = childWrapper(self, child);
         if (!wrapper || !list || PyList_Append(list.get(), wrapper.get()) < 0)
             return nullptr;
     }
@@ -88,11 +79,11 @@ bool isSearchable(PyObject* type)
 
 // Visits what lies below, until the visitor answers false.
 template <class Visit>
-bool visitDescendants(const Reference& self, QObject& object, const Visit& visit)
+bool visitDescendants(PyObject* self, QObject& object, const Visit& visit)
 {
     for (QObject* child : livingChildren(object)) {
-        const Reference wrapper = childWrapper(self.get(), child);
-        if (!wrapper || !visit(wrapper.get(), *child) || !visitDescendants(wrapper, *child, visit))
+        const Reference wrapper = childWrapper(self, child);
+        if (!wrapper || !visit(wrapper.get(), *child) || !visitDescendants(wrapper.get(), *child, visit))
             return false;
     }
     return true;
@@ -101,20 +92,19 @@ bool visitDescendants(const Reference& self, QObject& object, const Visit& visit
 struct Search
 {
     PyObject* type;
-    std::optional<QString> name;
+    QString name;
 
     bool finds(PyObject* wrapper, const QObject& child) const
     {
-        return (!name || name->isEmpty() || child.objectName() == *name) && PyObject_IsInstance(wrapper, type) == 1;
+        return (name.isEmpty() || child.objectName() == name) && PyObject_IsInstance(wrapper, type) == 1;
     }
 };
 
-PyObject* findChild(QObject& object, PyObject* type, std::optional<QString> name)
+PyObject* findChild(PyObject* self, QObject& object, PyObject* type, const QString& name)
 {
     if (!isSearchable(type))
         return nullptr;
     const Search search = {type, name};
-    const Reference self(wrapperOf(&object));
     Reference found = Reference::borrow(Py_None);
     visitDescendants(self, object, [&](PyObject* wrapper, const QObject& child) {
         if (!search.finds(wrapper, child))
@@ -125,12 +115,11 @@ PyObject* findChild(QObject& object, PyObject* type, std::optional<QString> name
     return PyErr_Occurred() ? nullptr : found.release();
 }
 
-PyObject* findChildren(QObject& object, PyObject* type, std::optional<QString> name)
+PyObject* findChildren(PyObject* self, QObject& object, PyObject* type, const QString& name)
 {
     if (!isSearchable(type))
         return nullptr;
     const Search search = {type, name};
-    const Reference self(wrapperOf(&object));
     Reference list(PyList_New(0));
     visitDescendants(self, object, [&](PyObject* wrapper, const QObject& child) {
         return !search.finds(wrapper, child) ? !PyErr_Occurred() : PyList_Append(list.get(), wrapper) == 0;
@@ -150,7 +139,7 @@ struct Protected : QObject
     using QObject::timerEvent;
 };
 
-QVariant property(QObject& object, const char* name) { return name ? object.property(name) : QVariant(); }
+QVariant propertyOf(QObject& object, const char* name) { return name ? object.property(name) : QVariant(); }
 
 bool setProperty(QObject& object, const char* name, const QVariant& value)
 {
@@ -159,9 +148,6 @@ bool setProperty(QObject& object, const char* name, const QVariant& value)
 
 int startTimer(QObject& object, int interval) { return object.startTimer(interval); }
 bool inherits(QObject& object, const char* name) { return name && object.inherits(name); }
-void deleteLater(QObject& object) { object.deleteLater(); }
-QObject* parent(QObject& object) { return object.parent(); }
-
 QObject* sender(QObject& object)
 {
     QObject* const ours = currentSender(&object);
@@ -170,10 +156,9 @@ QObject* sender(QObject& object)
 
 int receivers(QObject& object, const char* signal) { return signal ? (object.*&Protected::receivers)(signal) : 0; }
 
-QString tr(QObject& object, const char* text, std::optional<const char*> disambiguation, std::optional<int> count)
+QString tr(QObject& object, const char* text, const char* disambiguation, int count)
 {
-    return QCoreApplication::translate(object.metaObject()->className(), text, disambiguation.value_or(nullptr),
-                                       count.value_or(-1));
+    return QCoreApplication::translate(object.metaObject()->className(), text, disambiguation, count);
 }
 
 // An override that calls the operation of its base class must not come back to itself: where Python made the object,
@@ -184,71 +169,59 @@ bool isMadeByPython(const QObject& object)
     return wrapper && Shiboken::Object::hasCppWrapper(wrapper);
 }
 
-bool event(QObject& object, Given<QEvent> event)
+bool event(QObject& object, QEvent& event)
 {
     if (PythonQObject* const own = dynamic_cast<PythonQObject*>(&object))
-        return own->ownEvent(event);
-    return isMadeByPython(object) ? object.QObject::event(event) : object.event(event);
+        return own->ownEvent(&event);
+    return isMadeByPython(object) ? object.QObject::event(&event) : object.event(&event);
 }
 
-bool eventFilter(QObject& object, QObject* watched, Given<QEvent> event)
+bool eventFilter(QObject& object, QObject* watched, QEvent& event)
 {
     if (PythonQObject* const own = dynamic_cast<PythonQObject*>(&object))
-        return own->ownEventFilter(watched, event);
-    return isMadeByPython(object) ? object.QObject::eventFilter(watched, event) : object.eventFilter(watched, event);
+        return own->ownEventFilter(watched, &event);
+    return isMadeByPython(object) ? object.QObject::eventFilter(watched, &event) : object.eventFilter(watched, &event);
 }
 
 // QObject's own versions of these do nothing.
 template <class Event, void (PythonQObject::*own)(Event*), void (QObject::*any)(Event*)>
-void specialEvent(QObject& object, Given<Event> event)
+void specialEvent(QObject& object, Event& event)
 {
     if (PythonQObject* const made = dynamic_cast<PythonQObject*>(&object))
-        (made->*own)(event);
+        (made->*own)(&event);
     else if (!isMadeByPython(object))
-        (object.*any)(event);
+        (object.*any)(&event);
 }
 
 void ignoreNotification(QObject&, const char*) {}
 
-PyMethodDef methods[] = {
-    method<&QObject::objectName>("objectName"),
-    method<&QObject::setObjectName>("setObjectName"),
-    method<&parent>("parent"),
-    method<&setParent>("setParent"),
-    method<&children>("children"),
-    method<&findChild>("findChild"),
-    method<&findChildren>("findChildren"),
-    method<&property>("property"),
-    method<&setProperty>("setProperty"),
-    method<&QObject::dynamicPropertyNames>("dynamicPropertyNames"),
-    method<&QObject::installEventFilter>("installEventFilter"),
-    method<&QObject::removeEventFilter>("removeEventFilter"),
-    method<&startTimer>("startTimer"),
-    method<&QObject::killTimer>("killTimer"),
-    method<&QObject::blockSignals>("blockSignals"),
-    method<&QObject::signalsBlocked>("signalsBlocked"),
-    method<&deleteLater>("deleteLater"),
-    method<&inherits>("inherits"),
-    method<&QObject::thread>("thread"),
-    method<&QObject::moveToThread>("moveToThread"),
-    method<&QObject::isWidgetType>("isWidgetType"),
-    method<&sender>("sender"),
-    method<&receivers>("receivers"),
-    method<&tr>("tr"),
-    method<&event>("event"),
-    method<&eventFilter>("eventFilter"),
-    method<&specialEvent<QTimerEvent, &PythonQObject::ownTimerEvent, &Protected::timerEvent>>("timerEvent"),
-    method<&specialEvent<QChildEvent, &PythonQObject::ownChildEvent, &Protected::childEvent>>("childEvent"),
-    method<&specialEvent<QEvent, &PythonQObject::ownCustomEvent, &Protected::customEvent>>("customEvent"),
-    method<&ignoreNotification>("connectNotify"),
-    method<&ignoreNotification>("disconnectNotify"),
-    {"emit", &emitOldStyle, METH_VARARGS, nullptr},
-    {}};
+constexpr auto members = memberTable(
+    noArguments("objectName", operation<&QObject::objectName>),
+    one("setObjectName", operation<&QObject::setObjectName>), noArguments("parent", operation<&QObject::parent>),
+    one("setParent", lockedOperation<&setParent>), noArguments("children", lockedOperation<&children>),
+    keywords("findChild", lockedOperation<&findChild>, optional<NoText>("name")),
+    keywords("findChildren", lockedOperation<&findChildren>, optional<NoText>("name")),
+    one("property", operation<&propertyOf>), positional("setProperty", operation<&setProperty>),
+    noArguments("dynamicPropertyNames", operation<&QObject::dynamicPropertyNames>),
+    one("installEventFilter", operation<&QObject::installEventFilter>),
+    one("removeEventFilter", operation<&QObject::removeEventFilter>), one("startTimer", operation<&startTimer>),
+    one("killTimer", operation<&QObject::killTimer>), one("blockSignals", operation<&QObject::blockSignals>),
+    noArguments("signalsBlocked", operation<&QObject::signalsBlocked>),
+    noArguments("deleteLater", operation<&QObject::deleteLater>), one("inherits", operation<&inherits>),
+    noArguments("thread", operation<&QObject::thread>), one("moveToThread", operation<&QObject::moveToThread>),
+    noArguments("isWidgetType", operation<&QObject::isWidgetType>), noArguments("sender", operation<&sender>),
+    one("receivers", operation<&receivers>),
+    keywords("tr", operation<&tr>, optional<NoBytes>("disambiguation"), optional<MinusOne>("n")),
+    one("event", operation<&event>), positional("eventFilter", operation<&eventFilter>),
+    one("timerEvent", operation<&specialEvent<QTimerEvent, &PythonQObject::ownTimerEvent, &Protected::timerEvent>>),
+    one("childEvent", operation<&specialEvent<QChildEvent, &PythonQObject::ownChildEvent, &Protected::childEvent>>),
+    one("customEvent", operation<&specialEvent<QEvent, &PythonQObject::ownCustomEvent, &Protected::customEvent>>),
+    one("connectNotify", operation<&ignoreNotification>), one("disconnectNotify", operation<&ignoreNotification>),
+    plain("emit", &emitOldStyle, METH_VARARGS));
 
 // `destroyed` without its argument is what scripts get who do not ask for the other one.
-bool registerSignals(SbkObjectType* type)
+bool putShortSignalFirst(SbkObjectType* type)
 {
-    Signal::registerSignals(type, &QObject::staticMetaObject);
     PyObject* const destroyed = PyDict_GetItemString(type->super.ht_type.tp_dict, "destroyed");
     if (!destroyed)
         return false;
@@ -257,17 +230,19 @@ bool registerSignals(SbkObjectType* type)
     return true;
 }
 
+bool finish(SbkObjectType* type)
+{
+    return finishQObjectClass<QObject>(type) && addOldStyleMethods(type) && putShortSignalFirst(type);
+}
+
 } // namespace
 
-SbkObjectType qObjectTypeObject = {};
-
-bool registerQObject(PyObject* module)
+template <>
+ClassTable tableOf<QObject>()
 {
-    if (!registerClass<QObject, ObjectShim<QObject>>(module, qObjectTypeObject, methods, &initialiseQObject<QObject>,
-                                                     &deleteQObject))
-        return false;
-    finishQObjectClass<QObject>(qObjectTypeObject);
-    return addOldStyleMethods(&qObjectTypeObject) && registerSignals(&qObjectTypeObject);
+    ClassTable table = qObjectClass<QObject, void, members>();
+    table.finish = &finish;
+    return table;
 }
 
 } // namespace QtCore

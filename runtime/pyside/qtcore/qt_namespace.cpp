@@ -1,15 +1,15 @@
 // The namespace Qt, as far as it concerns connections.
-#include "class_registration.h"
+#include "module.h"
 
 namespace QtCore {
 
 namespace {
 
-const EnumerationItem connectionTypes[] = {{"AutoConnection", Qt::AutoConnection},
-                                           {"DirectConnection", Qt::DirectConnection},
-                                           {"QueuedConnection", Qt::QueuedConnection},
-                                           {"BlockingQueuedConnection", Qt::BlockingQueuedConnection},
-                                           {"UniqueConnection", Qt::UniqueConnection}};
+constexpr EnumerationItem connectionTypes[] = {{"AutoConnection", Qt::AutoConnection},
+                                               {"DirectConnection", Qt::DirectConnection},
+                                               {"QueuedConnection", Qt::QueuedConnection},
+                                               {"BlockingQueuedConnection", Qt::BlockingQueuedConnection},
+                                               {"UniqueConnection", Qt::UniqueConnection}};
 
 SbkObjectType type = {};
 
@@ -26,7 +26,7 @@ bool registerQtNamespace(PyObject* module)
     space.tp_dealloc = &SbkDeallocWrapperWithPrivateDtor;
     SbkPySide_QtCoreTypes[SBK_QT_IDX] = &space;
     return Shiboken::ObjectType::introduceWrapperType(module, "Qt", "Qt", &type) &&
-           registerEnumeration<Qt::ConnectionType>(&type, "Qt::ConnectionType", connectionTypes);
+           registerEnumeration<Qt::ConnectionType>(module, connectionTypes);
 }
 
 } // namespace QtCore

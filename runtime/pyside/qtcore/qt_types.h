@@ -1,204 +1,135 @@
-// The wrapped types of PySide.QtCore: their names and places, and how values of each kind cross between Python and C++.
-//
-// Crossing<T> says for the type of a parameter or result: accepts(object), the conversion that takes the object or
-// null; text(), as signatures show it; toPython(value), a new reference or null with an error.
+// The types of PySide.QtCore: one list of them, and what the binding has to know of Qt's classes beyond its own rules.
 #ifndef QT_TYPES_H
 #define QT_TYPES_H
 
-#include "pyside_qtcore_python.h"
+#include "object_life.h"
 #include "python_scopes.h"
 #include "qobject_wrappers.h"
 
-#include <QList>
-#include <sbkpython.h>
-#include <type_traits>
+#include <class_registration.h>
+#include <pyside_qtcore_python.h>
 
 namespace QtCore {
 
 using namespace PySide;
-using Shiboken::Conversions::PythonToCppFunc;
+using namespace binding;
 
+extern PyTypeObject* types[SBK_QtCore_IDX_COUNT];
+
+// In the order in which they are registered: a class comes after its base class and before its enumerations.
+inline constexpr std::tuple typeRows{
+    objectType<QObject>(SBK_QOBJECT_IDX, "PySide.QtCore.QObject"),
+    objectType<QEvent>(SBK_QEVENT_IDX, "PySide.QtCore.QEvent"),
+    objectType<QTimerEvent>(SBK_QTIMEREVENT_IDX, "PySide.QtCore.QTimerEvent"),
+    objectType<QChildEvent>(SBK_QCHILDEVENT_IDX, "PySide.QtCore.QChildEvent"),
+    valueType<QByteArray>(SBK_QBYTEARRAY_IDX, "PySide.QtCore.QByteArray"),
+    objectType<QCoreApplication>(SBK_QCOREAPPLICATION_IDX, "PySide.QtCore.QCoreApplication"),
+    objectType<QTimer>(SBK_QTIMER_IDX, "PySide.QtCore.QTimer"),
+    objectType<QThread>(SBK_QTHREAD_IDX, "PySide.QtCore.QThread"),
+    enumerationType<QEvent::Type>(SBK_QEVENT_TYPE_IDX, "PySide.QtCore.QEvent.Type"),
+    enumerationType<Qt::ConnectionType>(SBK_QT_CONNECTIONTYPE_IDX, "PySide.QtCore.Qt.ConnectionType")};
+
+// The table of a class, which its own file gives.
 template <class T>
-struct Wrapped;
+ClassTable tableOf();
 
-// clang-format off
-template <> struct Wrapped<QObject> { static constexpr const char* name = "PySide.QtCore.QObject"; static constexpr int place = SBK_QOBJECT_IDX; };
-template <> struct Wrapped<QEvent> { static constexpr const char* name = "PySide.QtCore.QEvent"; static constexpr int place = SBK_QEVENT_IDX; };
-template <> struct Wrapped<QTimerEvent> { static constexpr const char* name = "PySide.QtCore.QTimerEvent"; static constexpr int place = SBK_QTIMEREVENT_IDX; };
-template <> struct Wrapped<QChildEvent> { static constexpr const char* name = "PySide.QtCore.QChildEvent"; static constexpr int place = SBK_QCHILDEVENT_IDX; };
-template <> struct Wrapped<QByteArray> { static constexpr const char* name = "PySide.QtCore.QByteArray"; static constexpr int place = SBK_QBYTEARRAY_IDX; };
-template <> struct Wrapped<QCoreApplication> { static constexpr const char* name = "PySide.QtCore.QCoreApplication"; static constexpr int place = SBK_QCOREAPPLICATION_IDX; };
-template <> struct Wrapped<QTimer> { static constexpr const char* name = "PySide.QtCore.QTimer"; static constexpr int place = SBK_QTIMER_IDX; };
-template <> struct Wrapped<QThread> { static constexpr const char* name = "PySide.QtCore.QThread"; static constexpr int place = SBK_QTHREAD_IDX; };
-template <> struct Wrapped<QEvent::Type> { static constexpr const char* name = "PySide.QtCore.QEvent.Type"; static constexpr int place = SBK_QEVENT_TYPE_IDX; };
-template <> struct Wrapped<Qt::ConnectionType> { static constexpr const char* name = "PySide.QtCore.Qt.ConnectionType"; static constexpr int place = SBK_QT_CONNECTIONTYPE_IDX; };
-// clang-format on
-
-template <class T>
-PyTypeObject* typeOf()
+// The parent that a constructor is given: a wrapper object, borrowed, or null.
+struct Parent
 {
-    return Shiboken::SbkType<T>();
-}
-template <class T>
-SbkObjectType* wrapperTypeOf()
-{
-    return reinterpret_cast<SbkObjectType*>(typeOf<T>());
-}
-
-template <class T, class = void>
-struct Crossing;
-
-// By a converter.
-template <class T, SbkConverter* (*converter)()>
-struct ConverterCrossing
-{
-    static PythonToCppFunc accepts(PyObject* object)
-    {
-        return Shiboken::Conversions::isPythonToCppConvertible(converter(), object);
-    }
-    static PyObject* toPython(const T& value) { return Shiboken::Conversions::copyToPython(converter(), &value); }
+    PyObject* object = nullptr;
 };
 
-// Numbers and bytes have the runtime's own.
-template <class T>
-using PrimitiveCrossing = ConverterCrossing<T, &Shiboken::Conversions::PrimitiveTypeConverter<T>>;
-template <>
-struct Crossing<bool> : PrimitiveCrossing<bool>
+// A Python object that can be called, borrowed.
+struct Callable
 {
-    static const char* text() { return "bool"; }
-};
-template <>
-struct Crossing<int> : PrimitiveCrossing<int>
-{
-    static const char* text() { return "int"; }
-};
-template <>
-struct Crossing<long long> : PrimitiveCrossing<long long>
-{
-    static const char* text() { return "long long"; }
-};
-template <>
-struct Crossing<unsigned long> : PrimitiveCrossing<unsigned long>
-{
-    static const char* text() { return "unsigned long"; }
-};
-template <>
-struct Crossing<const char*> : PrimitiveCrossing<const char*>
-{
-    static const char* text() { return "str"; }
+    PyObject* object = nullptr;
 };
 
-// Texts, variants and lists have those of this module.
-template <int place>
-SbkConverter* tableConverter()
-{
-    return SbkPySide_QtCoreTypeConverters[place];
-}
-template <class T, int place>
-using TableCrossing = ConverterCrossing<T, &tableConverter<place>>;
-template <>
-struct Crossing<QString> : TableCrossing<QString, SBK_QSTRING_IDX>
-{
-    static const char* text() { return "unicode"; }
-};
-template <>
-struct Crossing<QStringList> : TableCrossing<QStringList, SBK_QSTRINGLIST_IDX>
-{
-    static const char* text() { return "QStringList"; }
-};
-template <>
-struct Crossing<QVariant> : TableCrossing<QVariant, SBK_QVARIANT_IDX>
-{
-    static const char* text() { return "QVariant"; }
-};
-template <>
-struct Crossing<QVariantList> : TableCrossing<QVariantList, SBK_QTCORE_QLIST_QVARIANT_IDX>
-{
-    static const char* text() { return "list"; }
-};
-template <>
-struct Crossing<QList<QByteArray>> : TableCrossing<QList<QByteArray>, SBK_QTCORE_QLIST_QBYTEARRAY_IDX>
-{
-    static const char* text() { return "list"; }
-};
-
-template <class T>
-SbkConverter* enumerationConverter()
-{
-    return Shiboken::Enum::getTypeConverter(typeOf<T>());
-}
-template <class T>
-struct Crossing<T, std::enable_if_t<std::is_enum<T>::value>> : ConverterCrossing<T, &enumerationConverter<T>>
-{
-    static const char* text() { return Wrapped<T>::name; }
-};
-
-// Objects of wrapped classes, by pointer.
-template <class T>
-struct Crossing<T*, std::enable_if_t<std::is_class<T>::value>>
-{
-    static const char* text() { return Wrapped<T>::name; }
-    static PythonToCppFunc accepts(PyObject* object)
-    {
-        return Shiboken::Conversions::isPythonToCppPointerConvertible(wrapperTypeOf<T>(), object);
-    }
-    static PyObject* toPython(const T* value)
-    {
-        return Shiboken::Conversions::pointerToPython(wrapperTypeOf<T>(), value);
-    }
-};
-
-// The same, but None is refused.
-template <class T>
-struct Given
-{
-    T* pointer = nullptr;
-    operator T*() const { return pointer; }
-    T* operator->() const { return pointer; }
-};
-template <class T>
-struct Crossing<Given<T>>
-{
-    static const char* text() { return Wrapped<T>::name; }
-    static PythonToCppFunc accepts(PyObject* object)
-    {
-        return object == Py_None ? nullptr : Crossing<T*>::accepts(object);
-    }
-};
-
-template <>
-struct Crossing<QByteArray>
-{
-    static const char* text() { return Wrapped<QByteArray>::name; }
-    static PythonToCppFunc accepts(PyObject* object)
-    {
-        return Shiboken::Conversions::isPythonToCppValueConvertible(wrapperTypeOf<QByteArray>(), object);
-    }
-    static PyObject* toPython(const QByteArray& value)
-    {
-        return Shiboken::Conversions::copyToPython(wrapperTypeOf<QByteArray>(), &value);
-    }
-};
-
-// Python objects as they are: borrowed on the way in, a new reference or null with an error on the way out.
-template <>
-struct Crossing<PyObject*>
-{
-    static const char* text() { return "object"; }
-    static void same(PyObject* object, void* value) { *static_cast<PyObject**>(value) = object; }
-    static PythonToCppFunc accepts(PyObject*) { return &same; }
-    static PyObject* toPython(PyObject* value) { return value; }
-};
-
-// The C++ object of a method's own object; null with the error when it has gone or was never made.
-template <class T>
-T* cppObject(PyObject* self)
-{
-    if (!Shiboken::Object::isValid(self))
-        return nullptr;
-    return static_cast<T*>(Shiboken::Conversions::cppPointer(typeOf<T>(), reinterpret_cast<SbkObject*>(self)));
-}
+// Makes an object that Python has made a full QObject of its Python class: meta-object, signals, the parent, and what
+// the keywords name that are no parameters of the constructor.
+bool finishQObject(const Operation& constructor, PyObject* self, void* object, PyObject* keywords);
 
 } // namespace QtCore
+
+namespace binding {
+
+template <class T>
+struct Wrapped<T, std::enable_if_t<isListed<T, decltype(QtCore::typeRows)>>>
+    : WrappedByRow<T, QtCore::typeRows, QtCore::types>
+{};
+
+// Scripts drop objects while an event loop runs: nothing waits for calls. Who calls keeps what is called.
+template <class T>
+struct LifeOf<T, std::enable_if_t<isListed<T, decltype(QtCore::typeRows)>>>
+{
+    static constexpr decltype(Making::finish) finish = std::is_base_of_v<QObject, T> ? &QtCore::finishQObject : nullptr;
+
+    static void destroy(void* object)
+    {
+        if constexpr (std::is_base_of_v<QObject, T>)
+            PySide::deleteQObject(object);
+        else
+            destroyLibraryObject<T>(object);
+    }
+    static void drop(void* object) { destroy(object); }
+};
+
+template <>
+struct Converter<QVariant> : QtConverter<QVariant, SBK_QVARIANT_IDX>
+{
+    static constexpr bool mayHoldWrapper = true;
+    static const char* text() { return "QVariant"; }
+};
+
+template <>
+struct Converter<QtCore::Parent>
+{
+    static constexpr bool mayHoldWrapper = true;
+    static const char* text() { return Converter<QObject*>::text(); }
+    static FromPython accepts(PyObject* object) { return Converter<QObject*>::accepts(object) ? &fromPython : nullptr; }
+    static void fromPython(PyObject* object, void* parent) { static_cast<QtCore::Parent*>(parent)->object = object; }
+};
+
+template <>
+struct Converter<QtCore::Callable>
+{
+    static constexpr bool mayHoldWrapper = false;
+    static const char* text() { return "callable"; }
+    static FromPython accepts(PyObject* object) { return PyCallable_Check(object) ? &fromPython : nullptr; }
+    static void fromPython(PyObject* object, void* value) { static_cast<QtCore::Callable*>(value)->object = object; }
+};
+
+// One byte: a str of length one.
+template <>
+struct Converter<char>
+{
+    static constexpr bool mayHoldWrapper = false;
+    static const char* text() { return "char"; }
+    static FromPython accepts(PyObject* object)
+    {
+        return PyString_Check(object) && PyString_GET_SIZE(object) == 1 ? &fromPython : nullptr;
+    }
+    static void fromPython(PyObject* object, void* value) { *static_cast<char*>(value) = *PyString_AS_STRING(object); }
+};
+
+// Python's bytes are taken wherever a QByteArray is.
+template <>
+struct Implicit<QByteArray>
+{
+    static bool isPlain(PyObject* object) { return PyString_CheckExact(object); }
+    static FromPython accepts(PyObject* object)
+    {
+        return PyString_Check(object) || PyByteArray_Check(object) ? &fromPython : nullptr;
+    }
+    static void fromPython(PyObject* object, void* bytes)
+    {
+        *static_cast<QByteArray*>(bytes) =
+            PyString_Check(object)
+                ? QByteArray(PyString_AS_STRING(object), static_cast<int>(PyString_GET_SIZE(object)))
+                : QByteArray(PyByteArray_AS_STRING(object), static_cast<int>(PyByteArray_GET_SIZE(object)));
+    }
+};
+
+} // namespace binding
 
 #endif

@@ -1,6 +1,5 @@
 // QThread, with run() for Python subclasses.
-#include "class_registration.h"
-#include "qobject_constructor.h"
+#include "object_shim.h"
 
 #include <QCoreApplication>
 
@@ -11,6 +10,7 @@ namespace {
 class ThreadShim : public ObjectShim<QThread>
 {
 public:
+    using ObjectShim::ObjectShim;
     // Qt ends the process when a thread's object goes before the thread. Python drops objects when it likes.
     ~ThreadShim() override
     {
@@ -40,8 +40,7 @@ public:
 protected:
     void run() override
     {
-        dispatch(
-            "run", [] { return nullptr; }, [this] { QThread::run(); });
+        handOn("run", [this] { QThread::run(); });
     }
 };
 
@@ -53,9 +52,7 @@ void run(QThread& thread)
 }
 
 void start(QThread& thread) { thread.start(); }
-void quit(QThread& thread) { thread.quit(); }
-void leave(QThread& thread, std::optional<int> code) { thread.exit(code.value_or(0)); }
-bool wait(QThread& thread, std::optional<unsigned long> time) { return thread.wait(time.value_or(ULONG_MAX)); }
+bool wait(QThread& thread, unsigned long time) { return thread.wait(time); }
 
 int execute(QThread& thread)
 {
@@ -66,36 +63,27 @@ int execute(QThread& thread)
     return (thread.*&Protected::exec)();
 }
 
-PyMethodDef methods[] = {method<&run>("run"),
-                         method<&start>("start"),
-                         method<&quit>("quit"),
-                         method<&leave>("exit"),
-                         method<&wait>("wait"),
-                         method<&execute>("exec_"),
-                         method<&QThread::isRunning>("isRunning"),
-                         method<&QThread::isFinished>("isFinished"),
-                         method<&QThread::requestInterruption>("requestInterruption"),
-                         method<&QThread::isInterruptionRequested>("isInterruptionRequested"),
-                         staticMethod<QThread, &QThread::currentThread>("currentThread"),
-                         staticMethod<QThread, &QThread::idealThreadCount>("idealThreadCount"),
-                         staticMethod<QThread, &QThread::yieldCurrentThread>("yieldCurrentThread"),
-                         staticMethod<QThread, &QThread::sleep>("sleep"),
-                         staticMethod<QThread, &QThread::msleep>("msleep"),
-                         staticMethod<QThread, &QThread::usleep>("usleep"),
-                         {}};
-
-SbkObjectType type = {};
+constexpr auto members =
+    memberTable(noArguments("run", operation<&run>), noArguments("start", operation<&start>),
+                noArguments("quit", operation<&QThread::quit>),
+                keywords("exit", operation<&QThread::exit>, optional<Zero>("retcode")),
+                keywords("wait", operation<&wait>, optional<Forever>("time")),
+                noArguments("exec_", operation<&execute>), noArguments("isRunning", operation<&QThread::isRunning>),
+                noArguments("isFinished", operation<&QThread::isFinished>),
+                noArguments("requestInterruption", operation<&QThread::requestInterruption>),
+                noArguments("isInterruptionRequested", operation<&QThread::isInterruptionRequested>),
+                noArguments("currentThread", staticOperation<&QThread::currentThread>),
+                noArguments("idealThreadCount", staticOperation<&QThread::idealThreadCount>),
+                noArguments("yieldCurrentThread", staticOperation<&QThread::yieldCurrentThread>),
+                one("sleep", staticOperation<&QThread::sleep>), one("msleep", staticOperation<&QThread::msleep>),
+                one("usleep", staticOperation<&QThread::usleep>));
 
 } // namespace
 
-bool registerQThread(PyObject* module)
+template <>
+ClassTable tableOf<QThread>()
 {
-    if (!registerClass<QThread, ThreadShim>(module, type, methods, &initialiseQObject<QThread, ThreadShim>,
-                                            &deleteQObject, &qObjectTypeObject))
-        return false;
-    finishQObjectClass<QThread>(type);
-    Signal::registerSignals(&type, &QThread::staticMetaObject);
-    return true;
+    return qObjectClass<QThread, QObject, members, ThreadShim>();
 }
 
 } // namespace QtCore

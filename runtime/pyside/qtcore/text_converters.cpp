@@ -36,7 +36,7 @@ bool isPair(const QString& text, int place)
 
 void textIntoString(PyObject* object, void* value) { *static_cast<QString*>(value) = textFromPython(object); }
 
-PythonToCppFunc acceptsText(PyObject* object) { return isText(object) ? &textIntoString : nullptr; }
+FromPython acceptsText(PyObject* object) { return isText(object) ? &textIntoString : nullptr; }
 
 PyObject* stringToPython(const void* value) { return textToPython(*static_cast<const QString*>(value)); }
 
@@ -55,7 +55,7 @@ void sequenceIntoStringList(PyObject* object, void* value)
         *static_cast<QStringList*>(value) = list;
 }
 
-PythonToCppFunc acceptsSequence(PyObject* object)
+FromPython acceptsSequence(PyObject* object)
 {
     return PySequence_Check(object) && !PyDict_Check(object) ? &sequenceIntoStringList : nullptr;
 }

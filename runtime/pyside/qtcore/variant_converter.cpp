@@ -109,7 +109,7 @@ QVariant fromSequence(PyObject* object)
     return size > 0 && texts == size ? QVariant(strings) : QVariant(values);
 }
 
-bool isQByteArray(PyObject* object) { return PyObject_TypeCheck(object, typeOf<QByteArray>()); }
+bool isQByteArray(PyObject* object) { return PyObject_TypeCheck(object, Wrapped<QByteArray>::type()); }
 
 template <class Map>
 PyObject* mapToPython(const Map& map)
@@ -145,7 +145,7 @@ void anyIntoVariant(PyObject* object, void* value)
         *static_cast<QVariant*>(value) = variant;
 }
 
-PythonToCppFunc acceptsAny(PyObject*) { return &anyIntoVariant; }
+FromPython acceptsAny(PyObject*) { return &anyIntoVariant; }
 
 PyObject* toPython(const void* value) { return variantToPython(*static_cast<const QVariant*>(value)); }
 
@@ -180,7 +180,7 @@ QVariant variantFromPython(PyObject* object)
     if (Object::checkType(object) && !isQByteArray(object))
         return fromWrapper(object);
     if (isQByteArray(object)) {
-        const QByteArray* const bytes = cppObject<QByteArray>(object);
+        const QByteArray* const bytes = validObject<QByteArray>(object);
         return bytes ? QVariant(*bytes) : QVariant();
     }
     if (PyDict_Check(object))
@@ -219,11 +219,11 @@ PyObject* variantToPython(const QVariant& variant)
     case QMetaType::QUrl:
         return textToPython(variant.toString());
     case QMetaType::QByteArray:
-        return Crossing<QByteArray>::toPython(variant.toByteArray());
+        return Converter<QByteArray>::toPython(variant.toByteArray());
     case QMetaType::QStringList:
-        return Crossing<QStringList>::toPython(variant.toStringList());
+        return Converter<QStringList>::toPython(variant.toStringList());
     case QMetaType::QVariantList:
-        return Crossing<QVariantList>::toPython(variant.toList());
+        return Converter<QVariantList>::toPython(variant.toList());
     case QMetaType::QVariantMap:
         return mapToPython(variant.toMap());
     case QMetaType::QVariantHash:

@@ -2,55 +2,15 @@
 #include "defaults.h"
 #include "value_converters.h"
 
+#include <converter_rows.h>
+
 namespace vireo {
 
 namespace {
 
-using binding::Converter;
-
-template <class T>
-PyObject* toPython(const void* value)
-{
-    return Converter<T>::toPython(*static_cast<const T*>(value));
-}
-
-// The runtime pairs each test with one conversion: those of one converter are told apart by the conversion that its
-// test gives.
-template <class T>
-binding::FromPython accepts(PyObject* object)
-{
-    return Converter<T>::accepts(object);
-}
-
-template <class T>
-void fromPython(PyObject* object, void* value)
-{
-    if (const binding::FromPython convert = Converter<T>::accepts(object))
-        convert(object, value);
-}
-
-// One converter of the module.
-struct ConverterRow
-{
-    ConverterPlace place;
-    const char* name;
-    PyTypeObject* type;
-    PyObject* (*toPython)(const void*);
-    binding::FromPython fromPython;
-    binding::FromPython (*accepts)(PyObject*); // null: to Python only
-};
-
-template <class T>
-constexpr ConverterRow both(ConverterPlace place, const char* name, PyTypeObject& type)
-{
-    return {place, name, &type, &toPython<T>, &fromPython<T>, &accepts<T>};
-}
-
-template <class T>
-constexpr ConverterRow toPythonOnly(ConverterPlace place, const char* name, PyTypeObject& type)
-{
-    return {place, name, &type, &toPython<T>, nullptr, nullptr};
-}
+using binding::both;
+using binding::ConverterRow;
+using binding::toPythonOnly;
 
 constexpr ConverterRow rows[] = {
     both<boost::optional<bool>>(SBK_PROJECT_OPTIONALBOOL_IDX, "OptionalBool", PyBool_Type),
@@ -94,7 +54,7 @@ constexpr ConverterRow rows[] = {
 constexpr bool areInOrder()
 {
     for (std::size_t i = 0; i < std::size(rows); ++i)
-        if (rows[i].place != static_cast<ConverterPlace>(i))
+        if (rows[i].place != static_cast<int>(i))
             return false;
     return std::size(rows) == SBK_project_CONVERTERS_IDX_COUNT;
 }
@@ -104,13 +64,8 @@ static_assert(areInOrder(), "a converter is missing, or is in the wrong place");
 
 void registerConverters()
 {
-    for (const ConverterRow& row : rows) {
-        SbkConverter* const converter = Shiboken::Conversions::createConverter(row.type, row.toPython);
-        Shiboken::Conversions::registerConverterName(converter, row.name);
-        converters[row.place] = converter;
-        if (row.accepts)
-            Shiboken::Conversions::addPythonToCppValueConversion(converter, row.fromPython, row.accepts);
-    }
+    for (const ConverterRow& row : rows)
+        converters[row.place] = binding::registerConverter(row);
 }
 
 } // namespace vireo

@@ -1,20 +1,16 @@
 // The module's four enumerations, and the engine's, which cross as plain integers inside variants.
+#include "enumeration.h"
 #include "module.h"
 
 #include <climits>
 #include <cstddef>
-#include <cstring>
 #include <fundo/qt_version.h>
 
 namespace vireo {
 
 namespace {
 
-struct Item
-{
-    const char* name;
-    long value;
-};
+using Item = binding::EnumerationItem;
 
 // The items of an enumeration, at the places of their values.
 template <class T>
@@ -65,40 +61,14 @@ constexpr bool areAtTheirPlaces()
     return true;
 }
 
-template <class T>
-PyObject* toPython(const void* value)
-{
-    return binding::Converter<T>::toPython(*static_cast<const T*>(value));
-}
-
-template <class T>
-bool registerEnumeration(PyObject* module)
-{
-    static_assert(areAtTheirPlaces<T>(), "an item is missing, or is in the wrong place");
-    const char* const fullName = binding::Wrapped<T>::name;
-    const char* const name = std::strrchr(fullName, '.') + 1;
-    PyTypeObject* const type = Shiboken::Enum::createGlobalEnum(module, name, fullName, name);
-    if (!type)
-        return false;
-    *binding::Wrapped<T>::place() = type;
-    for (const Item& item : items<T>)
-        if (!Shiboken::Enum::createGlobalEnumItem(type, module, item.name, item.value))
-            return false;
-
-    SbkConverter* const converter = Shiboken::Conversions::createConverter(type, &toPython<T>);
-    Shiboken::Conversions::addPythonToCppValueConversion(converter, &binding::Converter<T>::fromPython,
-                                                         &binding::Converter<T>::accepts);
-    Shiboken::Enum::setTypeConverter(type, converter);
-    Shiboken::Conversions::registerConverterName(converter, name);
-    return true;
-}
-
 // The row's enumeration, when it is one.
 template <class T>
-bool registerIfEnumeration([[maybe_unused]] PyObject* module, const TypeRow<T>&)
+bool registerIfEnumeration([[maybe_unused]] PyObject* module, const binding::TypeRow<T>&)
 {
-    if constexpr (std::is_enum_v<T>)
-        return registerEnumeration<T>(module);
+    if constexpr (std::is_enum_v<T>) {
+        static_assert(areAtTheirPlaces<T>(), "an item is missing, or is in the wrong place");
+        return binding::registerEnumeration<T>(module, items<T>);
+    }
     return true;
 }
 

@@ -1,6 +1,8 @@
 // The module's start-up, and its one function.
 #include "module.h"
 
+#include "messages.h"
+
 #include <orrery/start_up.h>
 #include <pyside.h>
 #include <stratum/error_detector.h>
@@ -15,6 +17,11 @@ PyTypeObject* types[SBK_project_IDX_COUNT];
 SbkConverter* converters[SBK_project_CONVERTERS_IDX_COUNT];
 
 namespace {
+
+void raiseCount(const char* function, int least, int given)
+{
+    PyErr_Format(PyExc_TypeError, "%s(): takes at least %d arguments (%d given)", function, least, given);
+}
 
 PyObject* currentProject(PyObject*, PyObject*)
 {
@@ -67,7 +74,7 @@ static_assert(areSorted(), "a place without a type, or with the wrong one");
 
 // The row's class, when it is one. A class that could not be introduced leaves its error pending.
 template <class T>
-void registerIfClass([[maybe_unused]] PyObject* module, const TypeRow<T>&)
+void registerIfClass([[maybe_unused]] PyObject* module, const binding::TypeRow<T>&)
 {
     if constexpr (std::is_class_v<T>)
         binding::registerClass(module, tableOf<T>());
@@ -171,6 +178,8 @@ void start()
 } // namespace
 
 } // namespace vireo
+
+const binding::Messages binding::messages = {&vireo::raiseCount, true};
 
 #if defined(__GNUC__)
     #define VIREO_EXPORT __attribute__((visibility("default")))

@@ -4,6 +4,7 @@
 
 #include "class_registration.h"
 
+#include <QVariant>
 #include <orrery/clip.h>
 #include <orrery/color_parameters.h>
 #include <orrery/progress_watcher.h>
@@ -18,34 +19,13 @@ namespace vireo {
 extern PyTypeObject* types[SBK_project_IDX_COUNT];
 extern SbkConverter* converters[SBK_project_CONVERTERS_IDX_COUNT];
 
-// One type of the module: the kind decides how its values cross between Python and the library.
-template <class T>
-struct TypeRow
-{
-    binding::Kind kind;
-    TypePlace place;
-    const char* name;
-};
+using binding::enumerationType;
+using binding::objectType;
+using binding::valueType;
 
-template <class T>
-constexpr TypeRow<T> valueType(TypePlace place, const char* name)
-{
-    return {binding::Kind::Value, place, name};
-}
-template <class T>
-constexpr TypeRow<T> objectType(TypePlace place, const char* name)
-{
-    return {binding::Kind::Object, place, name};
-}
-template <class T>
-constexpr TypeRow<T> enumerationType(TypePlace place, const char* name)
-{
-    return {binding::Kind::Enumeration, place, name};
-}
-
-// All of them, in the order in which they are registered. A base class comes before those derived from it, and the
-// classes before the enumerations; beyond that the order is free, and fixed.
-constexpr std::tuple typeRows{
+// All types of the module, in the order in which they are registered. A base class comes before those derived from it,
+// and the classes before the enumerations; beyond that the order is free, and fixed.
+inline constexpr std::tuple typeRows{
     valueType<UndoGroup>(SBK_UNDOGROUP_IDX, "vireo.project.UndoGroup"),
     valueType<ParameterSet>(SBK_PARAMETERSET_IDX, "vireo.project.ParameterSet"),
     valueType<View>(SBK_VIEW_IDX, "vireo.project.View"),
@@ -74,11 +54,6 @@ constexpr std::tuple typeRows{
     enumerationType<ColorConversion>(SBK_COLORCONVERSION_IDX, "vireo.project.ColorConversion")};
 static_assert(std::tuple_size_v<decltype(typeRows)> == SBK_project_IDX_COUNT, "a place without a type");
 
-template <class T, class Rows = decltype(typeRows)>
-constexpr bool isListed = false;
-template <class T, class... Listed>
-constexpr bool isListed<T, const std::tuple<TypeRow<Listed>...>> = (std::is_same_v<T, Listed> || ...);
-
 // The table of a class, which its own file gives.
 template <class T>
 binding::ClassTable tableOf();
@@ -96,13 +71,33 @@ void translateLibraryException(const std::exception& caught);
 namespace binding {
 
 template <class T>
-struct Wrapped<T, std::enable_if_t<vireo::isListed<T>>>
+struct Wrapped<T, std::enable_if_t<isListed<T, decltype(vireo::typeRows)>>>
+    : WrappedByRow<T, vireo::typeRows, vireo::types>
+{};
+
+template <>
+struct Converter<QVariant> : QtConverter<QVariant, SBK_QVARIANT_IDX>
 {
-    static constexpr vireo::TypeRow<T> row = std::get<vireo::TypeRow<T>>(vireo::typeRows);
-    static constexpr Kind kind = row.kind;
-    static constexpr const char* name = row.name;
-    static constexpr PyTypeObject** place() { return &vireo::types[row.place]; }
-    static PyTypeObject* type() { return vireo::types[row.place]; }
+    static constexpr bool mayHoldWrapper = true;
+    static const char* text() { return "QVariant"; }
+
+    // The Qt binding passes instances of subclasses of float and long as mere objects; a library wants numbers.
+    static FromPython accepts(PyObject* object)
+    {
+        return PyFloat_Check(object) ? &fromFloat : PyLong_Check(object) ? &fromLong : QtConverter::accepts(object);
+    }
+
+private:
+    static void fromFloat(PyObject* object, void* value)
+    {
+        *static_cast<QVariant*>(value) = QVariant(PyFloat_AS_DOUBLE(object));
+    }
+    static void fromLong(PyObject* object, void* value)
+    {
+        const long long number = PyLong_AsLongLong(object);
+        if (!errorPending())
+            *static_cast<QVariant*>(value) = QVariant(static_cast<qlonglong>(number));
+    }
 };
 
 // A Python int is taken wherever a view is.

@@ -68,9 +68,9 @@ class Events(Case):
         event.ignore()
         self.assertFalse(event.isAccepted())
         self.assertTrue(1000 <= QtCore.QEvent.registerEventType() <= 65535)
-        for arguments in ((), (5,), (None,), (User, 5)):
-            self.assertFails(TypeError, "'PySide.QtCore.QEvent' called with wrong argument types:", QtCore.QEvent,
-                             *arguments)
+        refused, count = "'PySide.QtCore.QEvent' called with wrong argument types:", 'QEvent expected 1 arguments, got %d'
+        for arguments, text in (((), count % 0), ((5,), refused), ((None,), refused), ((User, 5), count % 2)):
+            self.assertFails(TypeError, text, QtCore.QEvent, *arguments)
 
     def test_overrides(self):
         receiver = Receiver()

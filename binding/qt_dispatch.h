@@ -1,0 +1,65 @@
+// The virtual operations of Qt objects, which Python subclasses may override.
+#ifndef BINDING_QT_DISPATCH_H
+#define BINDING_QT_DISPATCH_H
+
+#include "notified_signal.h"
+#include "qt_converters.h"
+#include "virtual_dispatch.h"
+
+namespace binding {
+
+template <class T>
+class QtDispatch : public Wrapper<T>
+{
+public:
+    using Wrapper<T>::Wrapper;
+
+    bool event(QEvent* event) override
+    {
+        return handOn(
+            "event", [&] { return T::event(event); }, event);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        return handOn(
+            "eventFilter", [&] { return T::eventFilter(watched, event); }, watched, event);
+    }
+
+protected:
+    void timerEvent(QTimerEvent* event) override
+    {
+        handOn(
+            "timerEvent", [&] { T::timerEvent(event); }, event);
+    }
+    void childEvent(QChildEvent* event) override
+    {
+        handOn(
+            "childEvent", [&] { T::childEvent(event); }, event);
+    }
+    void customEvent(QEvent* event) override
+    {
+        handOn(
+            "customEvent", [&] { T::customEvent(event); }, event);
+    }
+    void connectNotify(NotifiedSignal signal) override
+    {
+        handOn(
+            "connectNotify", [&] { T::connectNotify(signal); }, signalText(signal).constData());
+    }
+    void disconnectNotify(NotifiedSignal signal) override
+    {
+        handOn(
+            "disconnectNotify", [&] { T::disconnectNotify(signal); }, signalText(signal).constData());
+    }
+
+    template <class Own, class... A>
+    auto handOn(const char* method, const Own& own, A... arguments)
+    {
+        const QObject* const address = this;
+        return dispatch(address, Wrapped<T>::name, method, own, arguments...);
+    }
+};
+
+} // namespace binding
+
+#endif
