@@ -8,9 +8,20 @@
 
 namespace binding {
 
+const char* (*documentationHook)(const char*, const char*) = nullptr;
+
 namespace {
 
 const char* bareName(const ClassTable& table) { return std::strrchr(table.name, '.') + 1; }
+
+void document(const ClassTable& table)
+{
+    if (!documentationHook)
+        return;
+    table.type->super.ht_type.tp_doc = documentationHook(bareName(table), nullptr);
+    for (PyMethodDef* method = table.methods; method->ml_name; ++method)
+        method->ml_doc = documentationHook(bareName(table), method->ml_name);
+}
 
 void fillTypeObject(const ClassTable& table)
 {
@@ -99,6 +110,7 @@ PyObject* raiseNotImplemented()
 bool registerClass(PyObject* module, const ClassTable& table)
 {
     fillTypeObject(table);
+    document(table);
     *table.place = reinterpret_cast<PyTypeObject*>(table.type);
     if (!introduce(module, table))
         return false;

@@ -37,6 +37,8 @@ struct ClassTable
     const char* wrapperTypeName = nullptr;
     bool isValue = false;
     PyMethodDef* methods = nullptr;
+    std::vector<const Operation*> operations; // of the methods, in their order, but those that are plain functions
+    const Operation* construction = nullptr;  // null for a class that scripts cannot make
     std::vector<Accessor> accessors;
 
     ObjectDestructor destroy = nullptr;
@@ -68,6 +70,10 @@ struct ClassTable
     // What the class needs beyond that, or null. False with an error.
     bool (*finish)(SbkObjectType* type) = nullptr;
 };
+
+// The documentation of a class of that name, or of one of its methods; null for none. Set before the first class is
+// registered. A property has that of its getter.
+extern const char* (*documentationHook)(const char* className, const char* method);
 
 // Registers the class in the module. False when it could not be introduced; the error stays pending.
 bool registerClass(PyObject* module, const ClassTable& table);
@@ -239,6 +245,23 @@ PyMethodDef copyMethodDefinition()
         return {nullptr, nullptr, 0, nullptr};
 }
 
+template <class T, const auto& table, std::size_t place>
+void addOperation([[maybe_unused]] std::vector<const Operation*>& operations)
+{
+    if constexpr (!std::is_same_v<
+                      std::tuple_element_t<place, std::remove_cv_t<std::remove_reference_t<decltype(table)>>>,
+                      PlainRow>)
+        operations.push_back(&Entry<T, table, place>::operation);
+}
+
+template <class T, const auto& table, std::size_t... i>
+std::vector<const Operation*> operationsOf(std::index_sequence<i...>)
+{
+    std::vector<const Operation*> operations;
+    (addOperation<T, table, i>(operations), ...);
+    return operations;
+}
+
 template <class T, const auto& table, std::size_t... i>
 PyMethodDef* methodDefinitions(std::index_sequence<i...>)
 {
@@ -392,8 +415,10 @@ ClassTable baseTable()
     table.name = Wrapped<T>::name;
     table.libraryTypeName = typeid(T).name();
     table.wrapperTypeName = typeid(TWrapper).name();
-    table.methods = methodDefinitions<T, members>(
-        std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(members)>>>>());
+    typedef std::make_index_sequence<std::tuple_size_v<std::remove_cv_t<std::remove_reference_t<decltype(members)>>>>
+        Rows;
+    table.methods = methodDefinitions<T, members>(Rows());
+    table.operations = operationsOf<T, members>(Rows());
     table.accessors = accessorsOf(members);
     table.destroy = &LifeOf<T>::drop;
     table.acceptsPointer = &WrapperConversions<T>::acceptsPointer;
@@ -403,11 +428,13 @@ ClassTable baseTable()
 }
 
 template <const auto& constructors, class T>
-initproc initialiser()
+void addConstructor(ClassTable& table)
 {
-    if (!prepare(Entry<T, constructors, 0>::operation))
+    typedef Entry<T, constructors, 0> Constructor;
+    if (!prepare(Constructor::operation))
         PyErr_Print();
-    return &Entry<T, constructors, 0>::initialise;
+    table.construction = &Constructor::operation;
+    table.initialise = &Constructor::initialise;
 }
 
 // A class that crosses by copy.
@@ -416,7 +443,7 @@ ClassTable valueClass()
 {
     ClassTable table = baseTable<T, TWrapper, members>();
     table.isValue = true;
-    table.initialise = initialiser<constructors, T>();
+    addConstructor<constructors, T>(table);
     table.copyToPython = &copyToPython<T, TWrapper>;
     table.acceptsValue = &WrapperConversions<T>::acceptsInstance;
     table.valueFromPython = &WrapperConversions<T>::valueFromPython;
@@ -448,7 +475,7 @@ template <class T, class TWrapper, const auto& constructors, const auto& members
 ClassTable objectClass()
 {
     ClassTable table = baseTable<T, TWrapper, members>();
-    table.initialise = initialiser<constructors, T>();
+    addConstructor<constructors, T>(table);
     return table;
 }
 

@@ -45,8 +45,9 @@ public:
     // Maps the clip's view to a view of the project; a project's view is mapped to from one view of the clip at most.
     void assign_project_view(View clip_view, View project_view);
 
-    // STRM_OutOfRange when the view has no stream.
+    // Takes the stream of a view away, with its animated values. STRM_OutOfRange when the view has no stream.
     void delete_stream(View view);
+    // The description of a view's stream, a copy. STRM_OutOfRange when the view has no stream.
     StreamInfo get_info(const View& view);
 
     // As apply(), for footage that moved: the stream must exist, and so must the files, with the size of the clip's
@@ -69,6 +70,7 @@ public:
                     const QString& view_format, unsigned int first, unsigned int last, unsigned int index_width,
                     const QVector<View>& views, bool separate_streams);
 
+    // Unique among the clips of a project.
     QString get_name();
     // Tells the clips of a process apart.
     unsigned int get_id() const;
@@ -98,6 +100,8 @@ public:
 
     // What can be animated; a path that leads nowhere gives a null handle.
     Parameter parameter(const QStringList& name_components);
+    // The set of parameters that the path leads to, an empty path to the clip's own; a null handle where it leads
+    // nowhere.
     ParameterSet parameter_set(const QStringList& name_components);
     // The settings that every clip has, without those of its streams.
     ParameterSet base_parameter_set(const QStringList& name_components);
@@ -112,6 +116,7 @@ public:
 signals:
     // A property, named as scripts name it ("frame_rate"), has a new value.
     void settingChanged(const QString& property);
+    // A stream was added, replaced or deleted, or another view is mapped.
     void streamsChanged();
 
 private:

@@ -33,9 +33,10 @@ public:
     float get_softclip() const { return m_softclip; }
     void set_softclip(float softclip) { change(m_softclip, softclip); }
 
-    // The 10-bit code values, 0 to 1023, that become 1 and 0.
+    // The 10-bit code value, 0 to 1023, that becomes 1.
     float get_log_reference_white() const { return m_log_reference_white; }
     void set_log_reference_white(float white) { change(m_log_reference_white, white); }
+    // The 10-bit code value, 0 to 1023, that becomes 0; below the reference white.
     float get_log_reference_black() const { return m_log_reference_black; }
     void set_log_reference_black(float black) { change(m_log_reference_black, black); }
 

@@ -29,8 +29,10 @@ public:
     boost::optional<bool> get_corner() const;
     void set_corner(boost::optional<bool> corner);
 
+    // Where the point is, in pixels from the left edge of the frame; pixel centres are at .5.
     boost::optional<float> get_x() const;
     void set_x(boost::optional<float> x);
+    // Where the point is, in pixels from the top edge of the frame, downwards.
     boost::optional<float> get_y() const;
     void set_y(boost::optional<float> y);
 
@@ -42,9 +44,10 @@ public:
     boost::optional<float> get_edge_angle_ratio() const;
     void set_edge_angle_ratio(boost::optional<float> edge_angle_ratio);
 
-    // From the point to the ends of its tangents, towards the previous and the next point.
+    // From the point to the end of its tangent towards the previous point, in pixels.
     boost::optional<QPointF> get_handle_offset_backward() const;
     void set_handle_offset_backward(boost::optional<QPointF> offset);
+    // From the point to the end of its tangent towards the next point, in pixels.
     boost::optional<QPointF> get_handle_offset_forward() const;
     void set_handle_offset_forward(boost::optional<QPointF> offset);
 
@@ -76,12 +79,16 @@ public:
     XControlPointData& operator=(const XControlPointData& other);
     virtual ~XControlPointData();
 
+    // Whether the point takes part in the contour.
     boost::optional<bool> get_active() const;
     void set_active(boost::optional<bool> active);
+    // Whether the curve has a corner at the point: its weight then counts as 0.
     boost::optional<bool> get_corner() const;
     void set_corner(boost::optional<bool> corner);
+    // Where the point is, in pixels from the left edge of the frame; pixel centres are at .5.
     boost::optional<float> get_x() const;
     void set_x(boost::optional<float> x);
+    // Where the point is, in pixels from the top edge of the frame, downwards.
     boost::optional<float> get_y() const;
     void set_y(boost::optional<float> y);
 
@@ -91,8 +98,10 @@ public:
     boost::optional<float> get_weight() const;
     void set_weight(boost::optional<float> weight);
 
+    // The width in pixels, outwards from the outline, over which the matte falls off; 0 for a hard edge.
     boost::optional<float> get_edge_width() const;
     void set_edge_width(boost::optional<float> edge_width);
+    // Where the edge's direction lies between the outline's normal (0) and the bisector of its sides (1).
     boost::optional<float> get_edge_angle_ratio() const;
     void set_edge_angle_ratio(boost::optional<float> edge_angle_ratio);
 

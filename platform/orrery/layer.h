@@ -24,6 +24,7 @@ public:
     Layer(const Layer& other);
     Layer(boost::shared_ptr<STRM_Layer> layer, boost::weak_ptr<STRM_ProjectManager> manager);
     Layer& operator=(const Layer& other);
+    // Whether the handle refers to nothing, or to nothing any more. Never throws.
     virtual bool isNull() const;
     virtual ~Layer();
 
@@ -32,6 +33,7 @@ public:
     // Adds a closed contour whose points have their first keyframe at `time` in `view`, in frames. Unset fields of the
     // records take their initial values.
     BezierContour add_bezier_contour(float time, const QVector<BezierControlPointData>& points, View view);
+    // The same for an X-spline.
     XSplineContour add_xspline_contour(float time, const QVector<XControlPointData>& points, View view);
 
     // In the order in which they were added.
@@ -44,11 +46,16 @@ public:
     // The track's transform from the layer's in point to `time`; the identity where the layer is not tracked.
     Lum_Matrix33 get_transform_matrix(float time, View view);
 
-    // The first and the last frame (indexes of the project) in which the layer is there.
+    // The first frame (an index of the project) in which the layer is there, and the one that it is tracked from.
     unsigned int in_point(View view) const;
+    // The last frame (an index of the project) in which the layer is there.
     unsigned int out_point(View view) const;
 
+    // What can be animated, by its path: {"opacity"}, {"transform", "corner0_x"}. A path that leads nowhere gives a
+    // null handle.
     Parameter parameter(const QStringList& name_components);
+    // The set of parameters that the path leads to, an empty path to the layer's own; a null handle where it leads
+    // nowhere.
     ParameterSet parameter_set(const QStringList& name_components);
 
     // Takes the layer out of the project; links to it are cleared, its handles become null.
@@ -61,13 +68,17 @@ public:
     // Null when there is none. Owned by the project.
     Clip* tracking_input_clip(bool use_linked_layer);
 
+    // 1 to 65535 characters; several layers may have the same.
     QString get_name();
     void set_name(const QString& name);
+    // A layer that is not visible is drawn and tracked only where it is named.
     bool get_visibility() const;
     void set_visibility(bool visible);
-    // Components from 0 to 1, else STRM_OutOfRange.
+    // What mattes by colour and inserts are drawn in: red, green and blue, linear light, from 0 to 1 each, else
+    // STRM_OutOfRange.
     Fundo::Colour3<float> get_matte_color();
     void set_matte_color(Fundo::Colour3<float> color);
+    // What an application draws the outline in: red, green and blue from 0 to 1 each, else STRM_OutOfRange.
     Fundo::Colour3<float> get_stroke_color();
     void set_stroke_color(Fundo::Colour3<float> color);
     // A locked layer refuses changes of its shapes (STRM_BadState).
@@ -82,6 +93,7 @@ public:
     // The place in the drawing order of its siblings, 0 at the bottom; past the ends: at the end.
     int get_z_order() const;
     void set_z_order(int z_order);
+    // Whether the layer is selected in an application.
     bool get_selected() const;
     void set_selected(bool selected);
 

@@ -24,6 +24,7 @@ public:
     Parameter(const Parameter& other);
     Parameter(boost::shared_ptr<Knob::ParameterSet> parameter, boost::weak_ptr<STRM_ProjectManager> manager);
     Parameter& operator=(const Parameter& other);
+    // Whether the handle refers to nothing, or to nothing any more. Never throws.
     virtual bool isNull() const;
     virtual ~Parameter();
 
@@ -60,19 +61,23 @@ public:
     ParameterSet(const ParameterSet& other);
     ParameterSet(boost::shared_ptr<Knob::ParameterSet> set, boost::weak_ptr<STRM_ProjectManager> manager);
     ParameterSet& operator=(const ParameterSet& other);
+    // Whether the handle refers to nothing, or to nothing any more. Never throws.
     virtual bool isNull() const;
     virtual ~ParameterSet();
 
     // The path from the object's own set; empty for that one.
     QStringList get_name_components();
+    // The values in the set itself, not those of its subsets.
     QVector<Parameter> get_parameters();
+    // The sets in this one.
     QVector<ParameterSet> get_subsets();
 
     // The times at which anything in the set, or in the sets in it, has a keyframe; each once, by view and time.
     QVector<QPair<View, double>> get_keyframes();
 
-    // For people, translated ("Edge width"), and for scripts, a Python name ("edge_width").
+    // For people, translated: "Edge width".
     QString get_display_name();
+    // For scripts, a Python name: "edge_width".
     QString get_script_name();
 
     bool operator==(const ParameterSet& other) const;

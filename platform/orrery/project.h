@@ -47,21 +47,25 @@ public:
     // In frames, at least 1. Ranges that reach past a new length are cut to it.
     unsigned int get_length() const;
     void set_length(unsigned int length);
-    // The frames that a viewer plays: in point <= out point < length, else STRM_OutOfRange.
+    // The first frame that a viewer plays: in point <= out point < length, else STRM_OutOfRange.
     unsigned int get_playback_in_point() const;
     void set_playback_in_point(unsigned int frame);
+    // The last frame that a viewer plays: in point <= out point < length, else STRM_OutOfRange.
     unsigned int get_playback_out_point() const;
     void set_playback_out_point(unsigned int frame);
     // The frames that are worked on, first and last: the range that tracking and exports use when they are given none.
     QPair<unsigned int, unsigned int> get_in_out_range();
     void set_in_out_range(const QPair<unsigned int, unsigned int>& range);
+    // How the fields of the footage make up frames.
     InterlaceMode get_interlace_mode();
+    // Whatever people want to say of the project.
     QString get_notes();
     void set_notes(const QString& notes);
 
-    // The folder that renders are written to, absolute; empty for none. What is no folder is refused with STRM_BadFile,
-    // and with `validate` it must exist and be writable. One that is missing is made by the first render.
+    // The folder that renders are written to, absolute; empty for none.
     QString get_output_dir();
+    // What is no folder is refused with STRM_BadFile, and with `validate` it must exist and be writable. One that is
+    // missing is made by the first render.
     void set_output_dir(const QString& folder, bool validate);
 
     // The file that save() writes; empty for a project that was never saved.
@@ -72,6 +76,7 @@ public:
     // for more than 1 GiB, else STRM_OperationFailed with what is wrong and where. Other threads wait while the model
     // is copied, not while it is written.
     void save();
+    // As save(), to that file, which is the project's from then on.
     void save_as(const QString& file);
 
     // Returns a group that is not open yet: see UndoGroup::begin().
@@ -91,8 +96,11 @@ public:
     Layer layer(unsigned int index);
     // Those whose name contains the text, in any case; all for an empty text.
     QVector<Layer> find_layers(const QString& text);
+    // Those whose name contains the text, in any case; all for an empty text.
     QVector<LayerGroup> find_groups(const QString& text);
+    // All layers, those in groups too, from the bottom of the drawing order to its top.
     QVector<Layer> get_layers();
+    // All groups, from the bottom of the drawing order to its top.
     QVector<LayerGroup> get_groups();
 
     // By name; owned by the project.
@@ -110,7 +118,10 @@ public:
     View get_default_hero_view();
     void set_default_hero_view(View view);
 
+    // What can be animated, by its path: {"render", "insert_opacity"}. A path that leads nowhere gives a null handle.
     Parameter parameter(const QStringList& name_components);
+    // The set of parameters that the path leads to, an empty path to the project's own, which holds everyone's; a null
+    // handle where it leads nowhere.
     ParameterSet parameter_set(const QStringList& name_components);
 
     // Tracks layers from each layer's in point through the frames from `start_index` to `stop_index` (4294967295, the
@@ -145,12 +156,15 @@ public:
 signals:
     // A property, named as scripts name it ("frame_rate", "output_dir"), has a new value.
     void settingChanged(const QString& property);
+    // The views are others than before.
     void viewsChanged();
+    // The clips are others than before.
     void clipsChanged();
     // A layer or group was added, removed, moved or renamed.
     void layersChanged();
     // There are other steps to undo or redo than before.
     void historyChanged();
+    // The project was written to that file.
     void saved(const QString& file);
 
 private:

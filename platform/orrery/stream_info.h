@@ -18,9 +18,12 @@ public:
 
     QString get_path() const;   // the folder, without a slash at its end
     QString get_prefix() const; // what a file name has before the number: "plate."
-    QString get_suffix() const; // and after it: ".png"
+    QString get_suffix() const; // what it has behind the number: ".png"
+    // The number of the first frame; 4294967295 (UINT_MAX): not known.
     unsigned int get_start_frame() const { return m_start_frame; }
+    // The number of the last frame, itself included; 4294967295 (UINT_MAX): not known.
     unsigned int get_end_frame() const { return m_end_frame; }
+    // The digits that a number has at least; 0: not known.
     unsigned int get_index_width() const { return m_index_width; }
 
     void set_path(const QString& path) { m_path = path; }

@@ -23,13 +23,16 @@ public:
     UndoGroup& operator=(const UndoGroup& other);
     virtual ~UndoGroup();
 
+    // Opens the group. STRM_BadState when it is open.
     void begin();
+    // Ends the group: what was changed since begin() is one step. STRM_BadState when it is not open.
     void commit();
     // Restores exactly what was there at begin(). Changes that other threads made to the project meanwhile are part of
     // the group and go with it.
     void rollback();
-    // Nothing when the last commit had nothing to make a step of.
+    // Takes the step back. Nothing when the last commit had nothing to make a step of.
     void undo();
+    // Does again what undo() took back.
     void redo();
 
 private:

@@ -17,6 +17,7 @@ public:
     View& operator=(const View&) = default;
     virtual ~View();
 
+    // The id as an unsigned number: 4294967295 for the default view.
     unsigned int get_id() const;
 
     // Views are equal when their ids are, and ordered by their ids as unsigned numbers: the default view is the last.

@@ -15,6 +15,7 @@ public:
     ViewInfo& operator=(const ViewInfo&) = default;
     virtual ~ViewInfo();
 
+    // For people: 1 or more characters, another for each view of a project.
     QString get_name() const;
     void set_name(const QString& name) { m_name = name; }
 
@@ -22,6 +23,7 @@ public:
     QString get_abbr() const;
     void set_abbr(const QString& abbr) { m_abbr = abbr; }
 
+    // Red, green and blue from 0 to 1 each, what an application shows the view by.
     Fundo::Colour3<float> get_color() const { return m_color; }
     void set_color(const Fundo::Colour3<float>& color) { m_color = color; }
 

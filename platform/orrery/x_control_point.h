@@ -16,6 +16,7 @@ public:
     XControlPoint(const XControlPoint& other);
     XControlPoint(boost::shared_ptr<Stratum::ControlPoint> point, boost::weak_ptr<STRM_ProjectManager> manager);
     XControlPoint& operator=(const XControlPoint& other);
+    // Whether the handle refers to nothing, or to nothing any more. Never throws.
     virtual bool isNull() const;
     virtual ~XControlPoint();
 
@@ -32,8 +33,11 @@ public:
     // Changes only the fields that the record sets; keyframes of the others stay as they are.
     void update_point_data(float time, XControlPointData data, View view);
 
-    // "active", "corner", "x", "y", "edge_width", "edge_angle_ratio", "weight".
+    // What can be animated, by its path of one name: "active", "corner", "x", "y", "edge_width", "edge_angle_ratio",
+    // "weight".
     Parameter parameter(const QStringList& name_components);
+    // The set of parameters that the path leads to, an empty path to the point's own; a null handle where it leads
+    // nowhere.
     ParameterSet parameter_set(const QStringList& name_components);
 
     // Takes the point out of its contour; points that followed it keep their position and have no master any more.

@@ -15,6 +15,7 @@ public:
     XSplineContour(const XSplineContour& other);
     XSplineContour(boost::shared_ptr<Stratum::Contour> contour, boost::weak_ptr<STRM_ProjectManager> manager);
     XSplineContour& operator=(const XSplineContour& other);
+    // Whether the handle refers to nothing, or to nothing any more. Never throws.
     virtual bool isNull() const;
     virtual ~XSplineContour();
 
@@ -35,8 +36,11 @@ public:
     // STRM_OutOfRange, and no change, where a value on the curve would be one that points cannot have.
     XControlPoint insert_point(float time, const XControlPointData& data, unsigned int index, View view);
 
-    // The contour's own settings, and one set per point, named by its id.
+    // What can be animated, by its path: {"edge_width"}, or from a point's set, which its id names, {"12", "x"}. A path
+    // that leads nowhere gives a null handle.
     Parameter parameter(const QStringList& name_components);
+    // The set of parameters that the path leads to, an empty path to the contour's own; a null handle where it leads
+    // nowhere.
     ParameterSet parameter_set(const QStringList& name_components);
 
     // Takes the contour out of its layer.

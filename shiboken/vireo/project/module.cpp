@@ -117,6 +117,7 @@ bool bootLibrary()
     STRM_ErrorDetector::init();
     STRM_ErrorDetector::setFullErrorDetection(true, false);
     binding::libraryExceptionHook = &translateLibraryException;
+    binding::documentationHook = &documentation;
     pyBootstrap();
     PySide::registerCleanupFunction(&pyCleanup);
     return true;

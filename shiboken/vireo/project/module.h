@@ -63,6 +63,10 @@ void registerConverters();
 bool registerEnumerations(PyObject* module);
 void registerEngineEnumerations();
 
+// The documentation of a class, or of one of its methods (null: of the class itself); null where there is none. A
+// property has that of its getter.
+const char* documentation(const char* className, const char* method);
+
 // Sets the Python exception for a library exception, chosen by the exception's class; see error_translation.cpp.
 void translateLibraryException(const std::exception& caught);
 
