@@ -17,6 +17,7 @@ struct CommandLine
     std::vector<std::string> interpreter;
     // Is run by the interpreter; empty when it reads code or standard input.
     std::string script;
+    bool isPrompt = false; // or reads standard input, where that is no terminal
 };
 
 // A command line that makes no sense; its text is one line that says why.

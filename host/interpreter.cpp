@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <csignal>
 #include <engine/embedding.h>
+#include <unistd.h>
 
 namespace {
 
@@ -125,6 +126,13 @@ void startInterpreter(const std::string& program, void (*afterwards)())
     Py_AtExit(afterwards);
     handleInterrupts();
     addOwnPackages();
+}
+
+void preparePrompt(bool hasProject)
+{
+    if (isatty(STDIN_FILENO) == 1)
+        PyRun_SimpleString(hasProject ? "__import__('vireo.prompt').prompt.prepare(True)"
+                                      : "__import__('vireo.prompt').prompt.prepare(False)");
 }
 
 int runInterpreter(const std::vector<std::string>& arguments)

@@ -18,6 +18,9 @@ const char* interpreterVersion();
 // the process instead. `afterwards` is called once, when Python has ended and none of its objects is left.
 void startInterpreter(const std::string& program, void (*afterwards)());
 
+// Makes ready what a person at the prompt expects: names are completed, and `project` is the one that is open, if any.
+void preparePrompt(bool hasProject);
+
 // Runs what the arguments say and ends Python: returns the exit code, or ends the process with it.
 int runInterpreter(const std::vector<std::string>& arguments);
 

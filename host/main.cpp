@@ -98,6 +98,8 @@ int run(const CommandLine& line)
         endApplication();
         return complain(failed, QString::fromLocal8Bit(error.what()));
     }
+    if (line.isPrompt)
+        preparePrompt(!line.project.empty());
     return runInterpreter(line.interpreter);
 }
 

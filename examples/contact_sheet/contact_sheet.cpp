@@ -14,12 +14,18 @@ constexpr const char* usage = R"(Usage: vireo-contact-sheet DESCRIPTION.json SHE
 
 DESCRIPTION.json: {"width": W, "title": "...", "columns": ["...", ...], "rows": [{"label": "...", "cells": [...]}, ...]}
 A cell is {"image": FILE} with, if wanted, "matte": FILE and "color": [r, g, b], laid over it, and
-"outline": [[x, y], ...], in pixels of the image. W is the width of a cell in pixels.
+"outline": [[x, y], ...], in pixels of the image. W is the width of a cell in pixels. With "plain": true the cells lie side
+by side, without texts and gaps.
 )";
 
-constexpr int gap = 8;
-constexpr int textHeight = 14;
-constexpr int headRoom = 2 * (textHeight + gap) + gap;
+// What lies between and around the cells, in pixels.
+struct Room
+{
+    int gap = 8;
+    int text = 14;
+    int head = 2 * (14 + 8) + 8;
+};
+constexpr Room plainRoom = {0, 0, 0};
 const pixels::Color paper = {0.10f, 0.10f, 0.11f};
 const pixels::Color ink = {0.85f, 0.85f, 0.85f};
 const pixels::Color line = {1.0f, 0.8f, 0.1f};
@@ -55,12 +61,30 @@ Image emptySheet(Size size)
     return sheet;
 }
 
+void label(Image& sheet, const nlohmann::json& description, const Room& room, int rowHeight)
+{
+    pixels::Library& library = pixels::library();
+    const nlohmann::json& rows = description.at("rows");
+    const nlohmann::json& columns = description.at("columns");
+    const double left = room.gap;
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        library.drawText(sheet, rows[row].at("label"),
+                         {left, double(room.head + int(row + 1) * rowHeight - 2 * room.gap + 2)}, room.text - 3, ink);
+    library.drawText(sheet, description.at("title"), {left, left + room.text}, room.text, ink);
+    const int pitch = (sheet.size.width - room.gap) / int(columns.size());
+    for (std::size_t column = 0; column < columns.size(); ++column)
+        library.drawText(sheet, columns[column], {left + int(column) * pitch, double(room.head - room.gap)},
+                         room.text - 3, ink);
+}
+
 void make(const nlohmann::json& description, const std::string& output)
 {
     pixels::Library& library = pixels::library();
     const nlohmann::json& rows = description.at("rows");
     const nlohmann::json& columns = description.at("columns");
     const int width = description.at("width");
+    const bool isPlain = description.value("plain", false);
+    const Room room = isPlain ? plainRoom : Room();
     Image sheet;
     int rowHeight = 0;
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -69,20 +93,16 @@ void make(const nlohmann::json& description, const std::string& output)
             const Image image = picture(cells[column]);
             const Size size = {width, image.size.height * width / image.size.width};
             if (sheet.empty()) {
-                rowHeight = size.height + textHeight + 2 * gap;
-                sheet =
-                    emptySheet({gap + int(columns.size()) * (width + gap), headRoom + int(rows.size()) * rowHeight});
+                rowHeight = size.height + room.text + 2 * room.gap;
+                sheet = emptySheet(
+                    {room.gap + int(columns.size()) * (width + room.gap), room.head + int(rows.size()) * rowHeight});
             }
-            library.place(sheet, library.resize(image, size), gap + int(column) * (width + gap),
-                          headRoom + int(row) * rowHeight);
+            library.place(sheet, library.resize(image, size), room.gap + int(column) * (width + room.gap),
+                          room.head + int(row) * rowHeight);
         }
-        library.drawText(sheet, rows[row].at("label"), {gap, double(headRoom + int(row + 1) * rowHeight - 2 * gap + 2)},
-                         textHeight - 3, ink);
     }
-    library.drawText(sheet, description.at("title"), {gap, double(gap + textHeight)}, textHeight, ink);
-    for (std::size_t column = 0; column < columns.size(); ++column)
-        library.drawText(sheet, columns[column], {double(gap + int(column) * (width + gap)), double(headRoom - gap)},
-                         textHeight - 3, ink);
+    if (!isPlain)
+        label(sheet, description, room, rowHeight);
     library.writeFrame(output, sheet);
 }
 

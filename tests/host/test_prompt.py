@@ -2,17 +2,23 @@
 import os
 import pty
 import select
+import shutil
 import subprocess
+import tempfile
 import time
 import unittest
 
-from running import environment, program
+from running import environment, program, run
 
 
 class Prompt(unittest.TestCase):
     def setUp(self):
         self.terminal, other = pty.openpty()
-        self.process = subprocess.Popen([program], stdin=other, stdout=other, stderr=other, close_fds=True,
+        self.folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, self.folder)
+        shot = os.path.join(self.folder, "shot.vireo")
+        run([program, "-c", "from vireo import project\nproject.Project(u'').save_as(%r)" % shot])
+        self.process = subprocess.Popen([program, "--project", shot], stdin=other, stdout=other, stderr=other, close_fds=True,
                                         preexec_fn=self.own_terminal, env=environment(TERM="dumb"))
         os.close(other)
         self.seen = ""
@@ -64,6 +70,12 @@ class Prompt(unittest.TestCase):
         self.wait_for("['']")
         self.type("sys.exit(6)\n")
         self.assertEqual(self.process.wait(), 6)
+
+    def test_has_the_project_and_completes_names(self):
+        self.type("project.track_l\t")
+        self.wait_for("project.track_layers(")
+        self.type("stop=1), len(project.layers)\n")  # an unknown keyword is ignored
+        self.wait_for("(None, 0)")
 
     def test_end_of_input(self):
         self.type("\x04")

@@ -44,18 +44,19 @@ class SetUp(unittest.TestCase):
     def root_does(self, code):
         self.stand_in("sudo", "echo \"$@\" >>'%s'; case \"$*\" in *tee*) cat >>'%s';; esac; %s" % (self.log, self.log, code))
 
-    def run_without(self, missing, **environment):
+    def run_without(self, missing, *options, **environment):
         """Returns the exit code, what was said, and what was done as root."""
         there = [package for package in wanted() if package not in missing]
         self.stand_in("dpkg-query", "".join("echo installed %s\n" % package for package in there) + "false")
         path = os.pathsep.join([self.folder, "/usr/bin", "/bin"])
-        code, printed, complaints = run([set_up], PATH=path, **environment)
+        code, printed, complaints = run((set_up,) + options, PATH=path, **environment)
         with open(self.log) as file:
             return code, printed + complaints, file.read()
 
     def test_what_is_there_is_left_alone(self):
         self.assertEqual(self.run_without([]), (0, "", ""))
         self.assertEqual(self.run_without(python_packages, PYTHON2=sys.executable), (0, "", ""))
+        self.assertIn("slurmctld", self.run_without([], "--farm")[2])
 
     def test_installs_what_is_missing_and_says_why(self):
         code, said, done = self.run_without(["clang-format"])
