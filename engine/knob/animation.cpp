@@ -1,9 +1,11 @@
 // Keyframes in order. Many keys are kept in chunks of bounded size, so that a change in the middle of a hundred
 // thousand moves a few hundred of them at most.
 #include <algorithm>
+#include <atomic>
 #include <cassert>
 #include <engine/knob/animation.h>
 #include <limits>
+#include <utility>
 
 namespace Knob {
 
@@ -20,6 +22,17 @@ Key place(double time, int view)
 }
 
 bool samePlace(const Key& a, const Key& b) { return a.view == b.view && a.time == b.time; }
+
+// What it points to, as its only owner may change it. A last other owner may have read it in another thread.
+template <class T>
+T& own(std::shared_ptr<T>& shared)
+{
+    if (shared.use_count() > 1)
+        shared = std::make_shared<T>(*shared);
+    else
+        std::atomic_thread_fence(std::memory_order_acquire);
+    return *shared;
+}
 
 Value between(const Key& before, const Key& after, double time)
 {
@@ -39,8 +52,8 @@ std::size_t Animation::keyCount() const
 {
     std::size_t count = m_single ? 1 : 0;
     if (m_chunks)
-        for (const Chunk& chunk : *m_chunks)
-            count += chunk.size();
+        for (const auto& chunk : *m_chunks)
+            count += chunk->size();
     return count;
 }
 
@@ -55,12 +68,13 @@ bool Animation::animated(int view) const
 }
 
 // The chunk that holds the place, or would: the last that does not begin after it, or the first.
-std::vector<Animation::Chunk>::iterator Animation::chunkFor(const Key& place)
+std::size_t Animation::chunkFor(const Key& place) const
 {
     assert(m_chunks && !m_chunks->empty());
-    const auto after = std::upper_bound(m_chunks->begin(), m_chunks->end(), place,
-                                        [](const Key& key, const Chunk& chunk) { return key < chunk.front(); });
-    return after == m_chunks->begin() ? after : after - 1;
+    const auto after =
+        std::upper_bound(m_chunks->begin(), m_chunks->end(), place,
+                         [](const Key& key, const std::shared_ptr<Chunk>& chunk) { return key < chunk->front(); });
+    return static_cast<std::size_t>(std::max<std::ptrdiff_t>(1, after - m_chunks->begin()) - 1);
 }
 
 Animation::Neighbours Animation::neighbours(const Key& place) const
@@ -71,14 +85,15 @@ Animation::Neighbours Animation::neighbours(const Key& place) const
         (place < *m_single ? found.after : found.before) = &*m_single;
     if (!m_chunks)
         return found;
-    const auto chunk = const_cast<Animation*>(this)->chunkFor(place);
-    const auto after = std::upper_bound(chunk->begin(), chunk->end(), place);
-    if (after != chunk->begin())
+    const std::size_t number = chunkFor(place);
+    const Chunk& chunk = *(*m_chunks)[number];
+    const auto after = std::upper_bound(chunk.begin(), chunk.end(), place);
+    if (after != chunk.begin())
         found.before = &*(after - 1);
-    if (after != chunk->end())
+    if (after != chunk.end())
         found.after = &*after;
-    else if (chunk + 1 != m_chunks->end())
-        found.after = &(chunk + 1)->front();
+    else if (number + 1 < m_chunks->size())
+        found.after = &(*m_chunks)[number + 1]->front();
     return found;
 }
 
@@ -111,51 +126,56 @@ std::optional<Value> Animation::setKey(double time, int view, Value value)
 {
     Key added = place(time, view);
     added.value = value;
-    if (Key* known = const_cast<Key*>(key(time, view))) {
-        std::swap(known->value, value);
-        return value;
-    }
-    if (!m_single && !m_chunks) {
+    if (!animated()) {
         m_single = added;
         return std::nullopt;
     }
+    if (m_single && samePlace(*m_single, added))
+        return std::exchange(m_single->value, value);
     if (!m_chunks) {
-        m_chunks = std::make_unique<std::vector<Chunk>>(1, Chunk{*m_single});
+        m_chunks = std::make_shared<Chunks>(1, std::make_shared<Chunk>(1, *m_single));
         m_single.reset();
     }
-    const auto chunk = chunkFor(added);
-    chunk->insert(std::upper_bound(chunk->begin(), chunk->end(), added), added);
-    if (chunk->size() > chunkSize) {
+    Chunks& chunks = own(m_chunks);
+    const auto number = static_cast<std::ptrdiff_t>(chunkFor(added));
+    Chunk& chunk = own(chunks[static_cast<std::size_t>(number)]);
+    const auto known = std::lower_bound(chunk.begin(), chunk.end(), added);
+    if (known != chunk.end() && samePlace(*known, added))
+        return std::exchange(known->value, value);
+    chunk.insert(known, added);
+    if (chunk.size() > chunkSize) {
         // Keys mostly come in order: a full chunk at the end is left full, and the next begins with its last key.
-        const bool atEnd = chunk + 1 == m_chunks->end() && !(added < chunk->back());
-        const auto middle = atEnd ? chunk->end() - 1 : chunk->begin() + static_cast<std::ptrdiff_t>(chunk->size() / 2);
-        Chunk rest(middle, chunk->end());
-        chunk->erase(middle, chunk->end());
-        m_chunks->insert(chunk + 1, std::move(rest));
+        const bool atEnd = number + 1 == static_cast<std::ptrdiff_t>(chunks.size()) && !(added < chunk.back());
+        const auto middle = atEnd ? chunk.end() - 1 : chunk.begin() + static_cast<std::ptrdiff_t>(chunk.size() / 2);
+        auto rest = std::make_shared<Chunk>(middle, chunk.end());
+        chunk.erase(middle, chunk.end());
+        chunks.insert(chunks.begin() + number + 1, std::move(rest));
     }
     return std::nullopt;
 }
 
 std::optional<Value> Animation::removeKey(double time, int view)
 {
-    const Key* found = key(time, view);
+    const Key* const found = key(time, view);
     if (!found)
         return std::nullopt;
-    const Value value = found->value;
+    const Key removed = *found;
     if (m_single) {
         m_single.reset();
-        return value;
+        return removed.value;
     }
-    const auto chunk = chunkFor(*found);
-    chunk->erase(chunk->begin() + (found - chunk->data()));
-    if (chunk->empty())
-        m_chunks->erase(chunk);
-    assert(!m_chunks->empty()); // a last key would be the single one
-    if (m_chunks->size() == 1 && m_chunks->front().size() == 1) {
-        m_single = m_chunks->front().front();
+    Chunks& chunks = own(m_chunks);
+    const auto chunk = chunks.begin() + static_cast<std::ptrdiff_t>(chunkFor(removed));
+    Chunk& keys = own(*chunk);
+    keys.erase(std::lower_bound(keys.begin(), keys.end(), removed));
+    if (keys.empty())
+        chunks.erase(chunk);
+    assert(!chunks.empty()); // a last key would be the single one
+    if (chunks.size() == 1 && chunks.front()->size() == 1) {
+        m_single = chunks.front()->front();
         m_chunks.reset();
     }
-    return value;
+    return removed.value;
 }
 
 std::vector<Key> Animation::keys(int view) const

@@ -45,31 +45,64 @@ void Notices::add(const Notices& more)
 
 bool Notices::empty() const { return settings.empty() && others.empty() && !views && !clips && !layers && !history; }
 
-void takeBackTo(Changes& changes, std::size_t count, Notices& notices)
+namespace {
+
+using Step = void (Change::*)();
+
+// All or none.
+template <class Iterator>
+void run(Iterator first, Iterator last, Step step, Step back)
 {
-    assert(changes.size() >= count);
-    while (changes.size() > count) {
-        changes.back()->takeBack();
-        notices.add(changes.back()->notices());
-        changes.pop_back();
+    Iterator next = first;
+    try {
+        for (; next != last; ++next)
+            ((**next).*step)();
+    } catch (...) {
+        while (next != first)
+            ((**--next).*back)();
+        throw;
     }
+    for (; first != last; ++first)
+        (*first)->settle();
 }
 
-void History::record(Changes changes, Notices& notices)
+// Those that were there, and those of the changes.
+template <class Iterator>
+Notices together(Notices notices, Iterator first, Iterator last)
+{
+    for (; first != last; ++first)
+        notices.add((*first)->notices());
+    return notices;
+}
+
+} // namespace
+
+void takeBack(Changes::iterator first, Changes::iterator last)
+{
+    run(std::make_reverse_iterator(last), std::make_reverse_iterator(first), &Change::takeBack, &Change::make);
+}
+
+void History::record(Changes& changes, Notices& notices)
 {
     if (!m_keeps || changes.empty())
         return;
-    if (m_open.empty())
-        addStep(0, std::move(changes), notices);
-    else
+    const auto count = static_cast<std::ptrdiff_t>(changes.size());
+    Steps step(m_open.empty() ? 1 : 0);
+    if (!m_open.empty())
         m_gathered.insert(m_gathered.end(), std::make_move_iterator(changes.begin()),
                           std::make_move_iterator(changes.end()));
+    const Changes& recorded = m_open.empty() ? changes : m_gathered;
+    std::for_each(recorded.end() - count, recorded.end(), [](const auto& change) { change->settle(); });
+    if (m_open.empty())
+        addStep(step, 0, changes, notices);
 }
 
-void History::addStep(Transaction transaction, Changes changes, Notices& notices)
+void History::addStep(Steps& step, Transaction transaction, Changes& changes, Notices& notices) noexcept
 {
-    assert(m_open.empty() && !changes.empty());
-    m_done.push_back({transaction, std::move(changes)});
+    assert(m_open.empty() && step.size() == 1 && !changes.empty());
+    step.front().transaction = transaction;
+    step.front().changes.swap(changes);
+    m_done.splice(m_done.end(), step);
     m_undone.clear();
     notices.history = true;
 }
@@ -79,6 +112,8 @@ History::Transaction History::begin(Transaction again)
     assert(!m_open.empty() || m_gathered.empty()); // what was gathered became a step with the last commit
     const Transaction transaction = again ? again : m_last + 1;
     assert(!isOpen(transaction));
+    if (m_spare.empty())
+        m_spare.emplace_back();
     m_open.push_back({transaction, m_gathered.size()});
     m_last = std::max(m_last, transaction);
     if (m_open.size() == 1)
@@ -92,11 +127,16 @@ bool History::isOpen(Transaction transaction) const
                        [transaction](const Open& open) { return open.transaction == transaction; });
 }
 
-bool History::commit(Transaction transaction, Notices& notices)
+std::vector<History::Open>::iterator History::find(Transaction transaction)
 {
     assert(isOpen(transaction));
-    const auto open = std::find_if(m_open.begin(), m_open.end(),
-                                   [transaction](const Open& open) { return open.transaction == transaction; });
+    return std::find_if(m_open.begin(), m_open.end(),
+                        [transaction](const Open& open) { return open.transaction == transaction; });
+}
+
+bool History::commit(Transaction transaction, Notices& notices) noexcept
+{
+    const auto open = find(transaction);
     const bool changed = m_gathered.size() > open->start;
     m_open.erase(open);
     finish(notices);
@@ -105,28 +145,28 @@ bool History::commit(Transaction transaction, Notices& notices)
 
 void History::rollBack(Transaction transaction, Notices& notices)
 {
-    assert(isOpen(transaction));
-    const auto open = std::find_if(m_open.begin(), m_open.end(),
-                                   [transaction](const Open& open) { return open.transaction == transaction; });
+    const auto open = find(transaction);
     const std::size_t start = open->start;
     assert(start <= m_gathered.size()); // taking changes back lowers the starts of the others
-    takeBackTo(m_gathered, start, notices);
+    const auto first = m_gathered.begin() + static_cast<std::ptrdiff_t>(start);
+    Notices all = together(notices, m_gathered.rbegin(), std::make_reverse_iterator(first));
+    takeBack(first, m_gathered.end());
+    notices = std::move(all);
+    m_gathered.erase(first, m_gathered.end());
     m_open.erase(open);
     for (Open& other : m_open)
         other.start = std::min(other.start, start);
     finish(notices);
 }
 
-void History::finish(Notices& notices)
+void History::finish(Notices& notices) noexcept
 {
+    assert(m_spare.size() == 1);
     // What is gathered from now on belongs to the first of those that are still open.
     if (!m_open.empty() && m_gathered.empty())
         m_gathering = m_open.front().transaction;
-    if (!m_open.empty() || m_gathered.empty())
-        return;
-    Changes changes;
-    changes.swap(m_gathered);
-    addStep(m_gathering, std::move(changes), notices);
+    if (m_open.empty() && !m_gathered.empty())
+        addStep(m_spare, m_gathering, m_gathered, notices);
 }
 
 bool History::isNextToUndo(Transaction transaction) const
@@ -142,25 +182,22 @@ bool History::isNextToRedo(Transaction transaction) const
 void History::undo(Notices& notices)
 {
     assert(m_open.empty() && !m_done.empty());
-    m_undone.push_back(std::move(m_done.back()));
-    m_done.pop_back();
-    const Changes& changes = m_undone.back().changes;
-    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
-        (*change)->takeBack();
-        notices.add((*change)->notices());
-    }
+    Changes& changes = m_done.back().changes;
+    Notices all = together(notices, changes.rbegin(), changes.rend());
+    takeBack(changes.begin(), changes.end());
+    m_undone.splice(m_undone.end(), m_done, std::prev(m_done.end()));
+    notices = std::move(all);
     notices.history = true;
 }
 
 void History::redo(Notices& notices)
 {
     assert(m_open.empty() && !m_undone.empty());
-    m_done.push_back(std::move(m_undone.back()));
-    m_undone.pop_back();
-    for (const auto& change : m_done.back().changes) {
-        change->make();
-        notices.add(change->notices());
-    }
+    Changes& changes = m_undone.back().changes;
+    Notices all = together(notices, changes.begin(), changes.end());
+    run(changes.begin(), changes.end(), &Change::make, &Change::takeBack);
+    m_done.splice(m_done.end(), m_undone, std::prev(m_undone.end()));
+    notices = std::move(all);
     notices.history = true;
 }
 

@@ -124,10 +124,8 @@ Edit::Edit(STRM_ProjectManager& manager) : Guard(manager), m_manager(manager.sha
 
 Edit::~Edit()
 {
-    if (holds()) {
-        Notices nothingHappened;
-        takeBackTo(m_changes, 0, nothingHappened);
-    }
+    if (holds())
+        takeBack(m_changes.begin(), m_changes.end());
 }
 
 void Edit::perform(std::unique_ptr<Change> change)
@@ -135,13 +133,18 @@ void Edit::perform(std::unique_ptr<Change> change)
     assert(holds());
     m_notices.add(change->notices());
     m_changes.push_back(std::move(change));
-    m_changes.back()->make();
+    try {
+        m_changes.back()->make();
+    } catch (...) {
+        m_changes.pop_back(); // never made
+        throw;
+    }
 }
 
 void Edit::commit()
 {
     assert(holds()); // an edit is committed once
-    model().history.record(std::move(m_changes), m_notices);
+    model().history.record(m_changes, m_notices);
     m_changes.clear();
     release();
     m_manager->announce(m_notices);

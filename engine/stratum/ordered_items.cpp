@@ -1,167 +1,175 @@
-// The chunks of an ordered sequence, and the sums over them that searches go through.
+// The tree of an ordered sequence: in order from left to right, balanced by priorities that follow from the items'
+// addresses (a treap), and the sums over its branches that searches go through.
 #include <algorithm>
 #include <cassert>
 #include <engine/stratum/ordered_items.h>
 
 namespace Stratum {
 
-namespace {
+// ---- Items ----
 
-constexpr std::size_t chunkSize = 512;
-constexpr std::size_t appendedSize = chunkSize / 4 * 3; // leaves room for what is inserted later
-
-// The part, or the entry, that holds the unit with that number, which exists. The number becomes relative to it.
-template <class Parts, class Sum>
-std::size_t find(const Parts& parts, std::size_t& number, Sum sum)
+// As if at random, since addresses of items that were made one after the other follow each other.
+bool OrderedItem::isAbove(const OrderedItem& a, const OrderedItem& b)
 {
-    std::size_t found = 0;
-    assert(!parts.empty());
-    while (number >= parts[found].*sum) {
-        number -= parts[found++].*sum;
-        assert(found < parts.size());
+    const auto priority = [](const OrderedItem& item) {
+        std::uint64_t mixed = reinterpret_cast<std::uintptr_t>(&item) * 0x9e3779b97f4a7c15u;
+        mixed = (mixed ^ (mixed >> 30)) * 0xbf58476d1ce4e5b9u;
+        return mixed ^ (mixed >> 27);
+    };
+    return priority(a) > priority(b);
+}
+
+void OrderedItem::update() noexcept
+{
+    m_countBelow = static_cast<std::uint32_t>(1 + count(m_left) + count(m_right));
+    m_weightBelow = static_cast<std::uint32_t>(m_weight + weight(m_left) + weight(m_right));
+    for (OrderedItem* child : {m_left, m_right})
+        if (child)
+            child->m_parent = this;
+}
+
+void OrderedItem::updateUpwards() noexcept
+{
+    for (OrderedItem* item = this; item; item = item->m_parent)
+        item->update();
+}
+
+OrderedItem* OrderedItem::join(OrderedItem* first, OrderedItem* second) noexcept
+{
+    if (!first || !second)
+        return first ? first : second;
+    if (isAbove(*first, *second)) {
+        first->m_right = join(first->m_right, second);
+        first->update();
+        return first;
     }
-    return found;
+    second->m_left = join(first, second->m_left);
+    second->update();
+    return second;
 }
 
-} // namespace
-
-std::size_t OrderedItems::offset(const OrderedItem& item)
+// The items before the index, and those from it on.
+OrderedItem::Halves OrderedItem::split(OrderedItem* top, std::size_t index) noexcept
 {
-    const std::vector<Entry>& entries = item.m_chunk->entries;
-    const auto found =
-        std::find_if(entries.begin(), entries.end(), [&item](const Entry& entry) { return entry.item == &item; });
-    assert(found != entries.end());
-    return static_cast<std::size_t>(found - entries.begin());
-}
-
-void OrderedItems::add(Part& part, std::uint32_t count, std::uint32_t weight)
-{
-    part.count += count;
-    part.weight += weight;
-    m_size += count;
-    m_weight += weight;
-}
-
-void OrderedItems::renumber(std::size_t from)
-{
-    for (std::size_t number = from; number < m_parts.size(); ++number)
-        m_parts[number].chunk->number = number;
-}
-
-void OrderedItems::addPart(std::size_t number)
-{
-    Part part;
-    part.chunk = std::make_unique<Chunk>();
-    part.chunk->sequence = this;
-    m_parts.insert(m_parts.begin() + static_cast<std::ptrdiff_t>(number), std::move(part));
-    renumber(number);
-}
-
-// The second half of a part becomes a part of its own.
-void OrderedItems::split(std::size_t number)
-{
-    addPart(number + 1);
-    Part &first = m_parts[number], &second = m_parts[number + 1];
-    std::vector<Entry>& entries = first.chunk->entries;
-    const auto middle = entries.begin() + chunkSize / 2;
-    second.chunk->entries.assign(middle, entries.end());
-    entries.erase(middle, entries.end());
-    for (const Entry& entry : second.chunk->entries) {
-        entry.item->m_chunk = second.chunk.get();
-        add(first, -1u, -entry.weight);
-        add(second, 1, entry.weight);
+    if (!top)
+        return {};
+    Halves halves;
+    if (index <= count(top->m_left)) {
+        halves = split(top->m_left, index);
+        top->m_left = std::exchange(halves.second, top);
+    } else {
+        halves = split(top->m_right, index - count(top->m_left) - 1);
+        top->m_right = std::exchange(halves.first, top);
     }
-    assert(first.count == entries.size() && second.count == second.chunk->entries.size());
+    top->update();
+    return halves;
 }
 
-// Where an item can be put so that it has that index.
-OrderedItems::Location OrderedItems::gap(std::size_t index)
+// ---- The sequence ----
+
+std::size_t OrderedItems::size() const noexcept { return OrderedItem::count(m_root); }
+
+std::size_t OrderedItems::weight() const noexcept { return OrderedItem::weight(m_root); }
+
+void OrderedItems::setRoot(OrderedItem* root) noexcept
 {
-    if (index >= m_size) {
-        if (m_parts.empty() || m_parts.back().count >= appendedSize)
-            addPart(m_parts.size());
-        return {m_parts.size() - 1, m_parts.back().count};
-    }
-    std::size_t offset = index;
-    const std::size_t number = find(m_parts, offset, &Part::count);
-    if (m_parts[number].count < chunkSize)
-        return {number, offset};
-    split(number);
-    return gap(index);
+    m_root = root;
+    if (root)
+        root->m_parent = nullptr;
 }
 
-void OrderedItems::insert(OrderedItem& item, std::size_t index)
+void OrderedItems::insert(OrderedItem& item, std::size_t index) noexcept
 {
-    assert(!item.sequence());
-    const Location location = gap(index);
-    Part& part = m_parts[location.part];
-    std::vector<Entry>& entries = part.chunk->entries;
-    entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(location.offset), {&item, item.m_weight});
-    item.m_chunk = part.chunk.get();
-    add(part, 1, item.m_weight);
-    assert(part.count == entries.size() && part.count <= chunkSize);
+    assert(!item.m_sequence && !item.m_parent && !item.m_left && !item.m_right);
+    const auto [before, after] = OrderedItem::split(m_root, index);
+    setRoot(OrderedItem::join(OrderedItem::join(before, &item), after));
+    item.m_sequence = this;
 }
 
-void OrderedItems::remove(OrderedItem& item)
+void OrderedItems::remove(OrderedItem& item) noexcept
 {
-    assert(item.sequence() == this);
-    Chunk& chunk = *item.m_chunk;
-    Part& part = m_parts[chunk.number];
-    assert(part.chunk.get() == &chunk);
-    chunk.entries.erase(chunk.entries.begin() + static_cast<std::ptrdiff_t>(offset(item)));
-    add(part, -1u, -item.m_weight);
-    item.m_chunk = nullptr;
-    if (part.count > 0)
+    assert(item.m_sequence == this);
+    OrderedItem* const below = OrderedItem::join(item.m_left, item.m_right);
+    OrderedItem* const parent = item.m_parent;
+    item.m_sequence = nullptr;
+    item.m_parent = item.m_left = item.m_right = nullptr;
+    item.update();
+    if (!parent) {
+        setRoot(below);
         return;
-    const std::size_t number = chunk.number;
-    m_parts.erase(m_parts.begin() + static_cast<std::ptrdiff_t>(number));
-    renumber(number);
+    }
+    (parent->m_left == &item ? parent->m_left : parent->m_right) = below;
+    parent->updateUpwards();
 }
 
-std::size_t OrderedItems::index(const OrderedItem& item) const
+std::size_t OrderedItems::index(const OrderedItem& item) const noexcept
 {
-    assert(item.sequence() == this);
-    std::size_t before = offset(item);
-    for (std::size_t number = 0; number < item.m_chunk->number; ++number)
-        before += m_parts[number].count;
+    assert(item.m_sequence == this);
+    std::size_t before = OrderedItem::count(item.m_left);
+    for (const OrderedItem* below = &item; below->m_parent; below = below->m_parent)
+        if (below == below->m_parent->m_right)
+            before += OrderedItem::count(below->m_parent->m_left) + 1;
     return before;
 }
 
-OrderedItem* OrderedItems::at(std::size_t index) const
+OrderedItem* OrderedItems::at(std::size_t index) const noexcept
 {
-    if (index >= m_size)
-        return nullptr;
-    const std::size_t number = find(m_parts, index, &Part::count);
-    return m_parts[number].chunk->entries[index].item;
+    for (OrderedItem* item = m_root; item;) {
+        const std::size_t before = OrderedItem::count(item->m_left);
+        if (index < before) {
+            item = item->m_left;
+        } else if (index == before) {
+            return item;
+        } else {
+            index -= before + 1;
+            item = item->m_right;
+        }
+    }
+    return nullptr;
 }
 
-OrderedItems::Unit OrderedItems::atWeight(std::size_t number) const
+OrderedItems::Unit OrderedItems::atWeight(std::size_t number) const noexcept
 {
-    if (number >= m_weight)
-        return {};
-    const std::vector<Entry>& entries = m_parts[find(m_parts, number, &Part::weight)].chunk->entries;
-    OrderedItem* const item = entries[find(entries, number, &Entry::weight)].item;
-    return {item, number};
+    for (OrderedItem* item = m_root; item;) {
+        const std::size_t before = OrderedItem::weight(item->m_left);
+        if (number < before) {
+            item = item->m_left;
+        } else if (number - before < item->m_weight) {
+            return {item, number - before};
+        } else {
+            number -= before + item->m_weight;
+            item = item->m_right;
+        }
+    }
+    return {};
 }
 
-void OrderedItems::setWeight(OrderedItem& item, std::size_t weight)
+void OrderedItems::setWeight(OrderedItem& item, std::size_t weight) noexcept
 {
-    assert(item.sequence() == this);
-    const auto now = static_cast<std::uint32_t>(weight);
-    add(m_parts[item.m_chunk->number], 0, now - item.m_weight);
-    item.m_weight = now;
-    item.m_chunk->entries[offset(item)].weight = now;
+    assert(item.m_sequence == this);
+    item.m_weight = static_cast<std::uint32_t>(weight);
+    item.updateUpwards();
 }
 
-OrderedItem& OrderedItems::item(const Location& location) const
+OrderedItem* OrderedItems::first() const noexcept
 {
-    return *m_parts[location.part].chunk->entries[location.offset].item;
+    OrderedItem* item = m_root;
+    while (item && item->m_left)
+        item = item->m_left;
+    return item;
 }
 
-void OrderedItems::advance(Location& location) const
+OrderedItem* OrderedItems::next(const OrderedItem& item) noexcept
 {
-    if (++location.offset == m_parts[location.part].count)
-        location = {location.part + 1, 0};
+    if (OrderedItem* following = item.m_right) {
+        while (following->m_left)
+            following = following->m_left;
+        return following;
+    }
+    const OrderedItem* below = &item;
+    while (below->m_parent && below == below->m_parent->m_right)
+        below = below->m_parent;
+    return below->m_parent;
 }
 
 } // namespace Stratum

@@ -19,7 +19,11 @@ class Relink : public Change
 public:
     Relink(PointModel& point, PointModel* master, MasterLink link)
         : m_point(point), m_master(master), m_link(std::move(link))
-    {}
+    {
+        for (PointModel* end : {&point, master})
+            if (end)
+                end->makeLinks();
+    }
 
     void make() override
     {

@@ -1,5 +1,6 @@
 // Contours and points as they are read: fields over time, masters, curves.
 #include <boost/make_shared.hpp>
+#include <cassert>
 #include <cmath>
 #include <engine/stratum/by_id.h>
 #include <engine/stratum/shapes.h>
@@ -71,10 +72,11 @@ PointModel::Links& PointModel::makeLinks()
     return *m_links;
 }
 
-void PointModel::exchangeMaster(PointModel* master, MasterLink& link)
+void PointModel::exchangeMaster(PointModel* master, MasterLink& link) noexcept
 {
-    std::swap(makeLinks().link, link);
-    m_links->follow(master ? &master->makeLinks().followers : nullptr);
+    assert(m_links && (!master || master->m_links));
+    std::swap(m_links->link, link);
+    m_links->follow(master ? &master->m_links->followers : nullptr);
     m_master.store(master, std::memory_order_release);
 }
 

@@ -138,6 +138,8 @@ private:
             PointModel* const followed = findPoint(master);
             if (!followed)
                 refuse(QString::fromLatin1("a point follows the point %1, which is not there").arg(master.point));
+            point->makeLinks();
+            followed->makeLinks();
             point->exchangeMaster(followed, master.link);
         }
         requireNoCircle(m_tracks, [](LayerModel* layer) { return layer->trackedWith(); });

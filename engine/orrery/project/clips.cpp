@@ -46,6 +46,8 @@ std::shared_ptr<Clip*> adoptNamedClip(Stratum::Edit& edit, Project::Data& projec
     unmapViewsFrom(edit, *clip, static_cast<int>(edit->settings.views.size()));
     project.ownClip(std::move(clip));
     const std::shared_ptr<Clip*> adopted = project.allClips.back();
+    if (clips.capacity() < project.allClips.size()) // room for all, so that undo and redo need none
+        clips.reserve(2 * project.allClips.size());
     Stratum::Notices notices;
     notices.clips = true;
     edit.perform(Stratum::change(

@@ -1,7 +1,10 @@
 // The values of one parameter over time: a resting value and keyframes per view. Most parameters have no keyframe or
 // one, some have a hundred thousand: the first two need no memory of their own, the last stay quick to change anywhere.
 //
-// Nothing here locks: an animation is guarded by the lock of the model that it belongs to.
+// A copy shares its keyframes with the original until one of the two changes, and then all but those around the change:
+// copies are cheap, under a lock as well.
+//
+// Nothing here locks: an animation is guarded by the lock of the model that it belongs to. A copy needs none.
 #pragma once
 
 #include <cstddef>
@@ -43,15 +46,6 @@ class Animation
 public:
     Animation() = default;
     explicit Animation(Value rest) : m_rest(rest) {}
-    Animation(const Animation& other)
-        : m_rest(other.m_rest), m_single(other.m_single),
-          m_chunks(other.m_chunks ? std::make_unique<std::vector<Chunk>>(*other.m_chunks) : nullptr)
-    {}
-    Animation(Animation&&) = default;
-    Animation& operator=(const Animation& other) { return *this = Animation(other); }
-    Animation& operator=(Animation&&) = default;
-    ~Animation() = default;
-
     // The value where there are no keyframes.
     const Value& rest() const { return m_rest; }
     void setRest(Value rest) { m_rest = rest; }
@@ -78,14 +72,15 @@ public:
         if (m_single)
             function(*m_single);
         if (m_chunks)
-            for (const Chunk& chunk : *m_chunks)
-                for (const Key& key : chunk)
+            for (const auto& chunk : *m_chunks)
+                for (const Key& key : *chunk)
                     function(key);
     }
     std::vector<Key> keys(int view) const;
 
 private:
     using Chunk = std::vector<Key>;
+    using Chunks = std::vector<std::shared_ptr<Chunk>>;
 
     // The last key that is not after the place, and the first that is after it; null where there is none.
     struct Neighbours
@@ -94,11 +89,11 @@ private:
         const Key* after = nullptr;
     };
     Neighbours neighbours(const Key& place) const;
-    std::vector<Chunk>::iterator chunkFor(const Key& place);
+    std::size_t chunkFor(const Key& place) const;
 
     Value m_rest;
-    std::optional<Key> m_single;                  // exactly one key
-    std::unique_ptr<std::vector<Chunk>> m_chunks; // two or more, in chunks of bounded size, none empty
+    std::optional<Key> m_single;      // exactly one key
+    std::shared_ptr<Chunks> m_chunks; // two or more, in chunks of bounded size, none empty; shared with copies
 };
 
 } // namespace Knob

@@ -1,13 +1,19 @@
 // A project's undo history: invertible changes, gathered into steps by transactions that may nest and overlap.
 //
 // Nothing here locks or announces anything; STRM_ProjectManager does both.
+//
+// Every operation either does all that it says or throws std::bad_alloc and leaves the model and the history as they
+// were. So each first does what needs memory. What a list of changes needs shows only while they are made, one after
+// the other: those made before the one that fails are taken back, which needs none (see Change).
 #pragma once
 
 #include <QByteArray>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -33,14 +39,16 @@ struct Notices
     bool empty() const;
 };
 
-// One change that can be made, taken back and made again. Checks come before: neither refuses. Both may still run out
-// of memory.
+// One change that can be made, taken back and made again. Checks come before: neither refuses. Either may run out of
+// memory, and has changed nothing then. But the opposite of what was done last needs no memory until settle().
 class Change
 {
 public:
     virtual ~Change();
     virtual void make() = 0;
     virtual void takeBack() = 0;
+    // What was done last stays for now: what was kept for the way back can go.
+    virtual void settle() noexcept {}
     // Told after either.
     virtual Notices notices() const { return {}; }
 };
@@ -49,6 +57,8 @@ public:
 template <class T>
 class Assignment : public Change
 {
+    static_assert(std::is_nothrow_swappable_v<T>);
+
 public:
     Assignment(T& place, T value, Notices notices)
         : m_place(place), m_value(std::move(value)), m_notices(std::move(notices))
@@ -63,7 +73,7 @@ private:
     Notices m_notices;
 };
 
-// A change of two functions.
+// A change of two functions, neither of which fails.
 template <class Make, class TakeBack>
 class FunctionChange : public Change
 {
@@ -89,8 +99,8 @@ std::unique_ptr<Change> change(Make make, TakeBack takeBack, Notices notices = {
 
 using Changes = std::vector<std::unique_ptr<Change>>;
 
-// Takes changes back from the end down to `count`, and drops them.
-void takeBackTo(Changes& changes, std::size_t count, Notices& notices);
+// Takes all changes back, the last first, or none.
+void takeBack(Changes::iterator first, Changes::iterator last);
 
 // The steps that were made, and those that were taken back. Transactions are told apart by numbers that never repeat.
 class History
@@ -101,8 +111,9 @@ public:
     // A history that keeps nothing: for objects that belong to no project.
     void keepNothing() { m_keeps = false; }
 
-    // Adds changes that were made already: to the open transaction, or as a step of their own.
-    void record(Changes changes, Notices& notices);
+    // Adds changes that were made already: to the open transaction, or as a step of their own. They are the caller's
+    // still when it throws.
+    void record(Changes& changes, Notices& notices);
 
     // A new transaction, or one that was begun before and has ended: its steps are told apart by their order only.
     Transaction begin(Transaction again = 0);
@@ -110,7 +121,7 @@ public:
     bool anyOpen() const { return !m_open.empty(); }
     // Ends the transaction; false when nothing has changed since it began. When it was the last that is open, what was
     // gathered becomes one step, which belongs to the transaction that was begun first of those with a change.
-    bool commit(Transaction transaction, Notices& notices);
+    bool commit(Transaction transaction, Notices& notices) noexcept;
     // Takes back everything since the transaction began, whoever did it, and ends it.
     void rollBack(Transaction transaction, Notices& notices);
 
@@ -124,7 +135,7 @@ public:
 private:
     struct Step
     {
-        Transaction transaction; // 0: of a single call
+        Transaction transaction = 0; // 0: of a single call
         Changes changes;
     };
     struct Open
@@ -132,17 +143,20 @@ private:
         Transaction transaction;
         std::size_t start; // in m_gathered
     };
-    void finish(Notices& notices);
+    using Steps = std::list<Step>; // which pass from one list to another without memory
+    std::vector<Open>::iterator find(Transaction transaction);
+    void finish(Notices& notices) noexcept;
     // What was taken back before can be made again until there is a new step.
-    void addStep(Transaction transaction, Changes changes, Notices& notices);
+    void addStep(Steps& step, Transaction transaction, Changes& changes, Notices& notices) noexcept;
 
     bool m_keeps = true;
     Transaction m_last = 0;
     Transaction m_gathering = 0; // began what is gathered now
     std::vector<Open> m_open;
     Changes m_gathered;
-    std::vector<Step> m_done;
-    std::vector<Step> m_undone;
+    Steps m_spare; // what was gathered becomes: one as long as a transaction is open
+    Steps m_done;
+    Steps m_undone;
 };
 
 } // namespace Stratum

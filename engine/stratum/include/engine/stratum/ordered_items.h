@@ -1,5 +1,6 @@
-// A sequence that finds the index of an item, and the item at an index, without walking through it: chunks of bounded
-// size, with each item knowing its own. A hundred thousand items are some hundred chunks.
+// A sequence that finds the index of an item, and the item at an index, without walking through it: a balanced tree
+// whose nodes are the items themselves. So nothing here needs memory, and nothing fails: what was put in or taken out
+// can always be put back.
 //
 // Each item also has a weight, so that a layer can be found by its number among all layers: a group weighs as much as
 // the number of layers in it.
@@ -7,8 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <vector>
+#include <utility>
 
 namespace Stratum {
 
@@ -21,17 +21,17 @@ public:
     OrderedItems(const OrderedItems&) = delete;
     OrderedItems& operator=(const OrderedItems&) = delete;
 
-    std::size_t size() const { return m_size; }
-    bool empty() const { return m_size == 0; }
-    std::size_t weight() const { return m_weight; }
+    std::size_t size() const noexcept;
+    bool empty() const noexcept { return !m_root; }
+    std::size_t weight() const noexcept;
 
     // The item must be in no sequence. An index past the end appends.
-    void insert(OrderedItem& item, std::size_t index);
-    void append(OrderedItem& item) { insert(item, m_size); }
-    void remove(OrderedItem& item);
+    void insert(OrderedItem& item, std::size_t index) noexcept;
+    void append(OrderedItem& item) noexcept { insert(item, size()); }
+    void remove(OrderedItem& item) noexcept;
 
-    std::size_t index(const OrderedItem& item) const;
-    OrderedItem* at(std::size_t index) const; // null past the end
+    std::size_t index(const OrderedItem& item) const noexcept;
+    OrderedItem* at(std::size_t index) const noexcept; // null past the end
 
     // The item that holds the unit of weight with that number, and which of its own units that is.
     struct Unit
@@ -39,70 +39,50 @@ public:
         OrderedItem* item = nullptr;
         std::size_t offset = 0;
     };
-    Unit atWeight(std::size_t number) const;
-    void setWeight(OrderedItem& item, std::size_t weight);
+    Unit atWeight(std::size_t number) const noexcept;
+    void setWeight(OrderedItem& item, std::size_t weight) noexcept;
 
 protected:
-    // Where an item stands: the number of the chunk, and the place in it.
-    struct Location
-    {
-        std::size_t part = 0;
-        std::size_t offset = 0;
-    };
-    OrderedItem& item(const Location& location) const;
-    void advance(Location& location) const;
-    Location end() const { return {m_parts.size(), 0}; }
+    OrderedItem* first() const noexcept;
+    static OrderedItem* next(const OrderedItem& item) noexcept;
 
 private:
-    friend class OrderedItem;
-    struct Entry
-    {
-        OrderedItem* item;
-        std::uint32_t weight;
-    };
-    struct Chunk
-    {
-        OrderedItems* sequence;
-        std::size_t number; // among the parts
-        std::vector<Entry> entries;
-    };
-    // The sums lie side by side, since they are what a search goes through.
-    struct Part
-    {
-        std::unique_ptr<Chunk> chunk;
-        std::uint32_t count = 0;
-        std::uint32_t weight = 0;
-    };
+    void setRoot(OrderedItem* root) noexcept;
 
-    static std::size_t offset(const OrderedItem& item);
-    void add(Part& part, std::uint32_t count, std::uint32_t weight);
-    void addPart(std::size_t number);
-    void split(std::size_t number);
-    Location gap(std::size_t index);
-    void renumber(std::size_t from);
-
-    std::vector<Part> m_parts; // none empty
-    std::uint32_t m_size = 0;
-    std::uint32_t m_weight = 0;
+    OrderedItem* m_root = nullptr;
 };
 
 class OrderedItem
 {
 public:
-    explicit OrderedItem(std::uint32_t weight = 1) : m_weight(weight) {}
+    explicit OrderedItem(std::uint32_t weight = 1) : m_weight(weight), m_weightBelow(weight) {}
     OrderedItem(const OrderedItem&) = delete;
     OrderedItem& operator=(const OrderedItem&) = delete;
 
     // The sequence that holds the item; null for none.
-    OrderedItems* sequence() const { return m_chunk ? m_chunk->sequence : nullptr; }
+    OrderedItems* sequence() const { return m_sequence; }
 
 private:
     friend class OrderedItems;
-    OrderedItems::Chunk* m_chunk = nullptr;
+    using Halves = std::pair<OrderedItem*, OrderedItem*>;
+    static std::size_t count(const OrderedItem* item) { return item ? item->m_countBelow : 0; }
+    static std::size_t weight(const OrderedItem* item) { return item ? item->m_weightBelow : 0; }
+    static bool isAbove(const OrderedItem& a, const OrderedItem& b);
+    static OrderedItem* join(OrderedItem* first, OrderedItem* second) noexcept;
+    static Halves split(OrderedItem* top, std::size_t index) noexcept;
+    void update() noexcept;
+    void updateUpwards() noexcept;
+
+    OrderedItems* m_sequence = nullptr;
+    OrderedItem* m_parent = nullptr;
+    OrderedItem* m_left = nullptr;
+    OrderedItem* m_right = nullptr;
     std::uint32_t m_weight;
+    std::uint32_t m_countBelow = 1; // of the item and all below it
+    std::uint32_t m_weightBelow;
 };
 
-// A sequence of items of one class. Insertions and removals invalidate all iterators.
+// A sequence of items of one class. A removal invalidates the iterators at the item.
 template <class Item>
 class Ordered : public OrderedItems
 {
@@ -110,25 +90,21 @@ public:
     class Iterator
     {
     public:
-        Iterator(const Ordered& items, Location location) : m_items(&items), m_location(location) {}
-        Item& operator*() const { return static_cast<Item&>(m_items->item(m_location)); }
+        explicit Iterator(OrderedItem* item) : m_item(item) {}
+        Item& operator*() const { return static_cast<Item&>(*m_item); }
         Iterator& operator++()
         {
-            m_items->advance(m_location);
+            m_item = next(*m_item);
             return *this;
         }
-        bool operator!=(const Iterator& other) const
-        {
-            return m_location.part != other.m_location.part || m_location.offset != other.m_location.offset;
-        }
+        bool operator!=(const Iterator& other) const { return m_item != other.m_item; }
 
     private:
-        const Ordered* m_items;
-        Location m_location;
+        OrderedItem* m_item;
     };
 
-    Iterator begin() const { return {*this, {}}; }
-    Iterator end() const { return {*this, OrderedItems::end()}; }
+    Iterator begin() const { return Iterator(first()); }
+    Iterator end() const { return Iterator(nullptr); }
     Item* at(std::size_t index) const { return static_cast<Item*>(OrderedItems::at(index)); }
 };
 

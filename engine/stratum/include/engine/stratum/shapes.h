@@ -71,8 +71,8 @@ public:
 
     // How it follows its master; null when it never had one.
     const MasterLink* link() const { return m_links ? &m_links->link : nullptr; }
-    // The former link is put into `link`.
-    void exchangeMaster(PointModel* master, MasterLink& link);
+    // The former link is put into `link`. Both points have links.
+    void exchangeMaster(PointModel* master, MasterLink& link) noexcept;
 
     struct Links : Follower<Links>
     {
@@ -84,10 +84,9 @@ public:
     };
     // Null for a point that neither has nor is a master and never was.
     const Links* links() const { return m_links.get(); }
-
-private:
     Links& makeLinks();
 
+private:
     std::atomic<bool> m_present{true};
     std::unique_ptr<Links> m_links;
 };
