@@ -105,7 +105,7 @@ class Commands(unittest.TestCase):
         before = contents(self.made), contents(self.folder)
         export = ("export", "--path", self.path("out"))
         rows = [((name,) + more + ("missing.vireo",), "missing.vireo") for name, more in (
-            ("info", ()), ("track", ()), export[:1] and ("export", export[1:]), ("render", ("insert",)), ("sheet", ()),
+            ("info", ()), ("track", ()), ("export", export[1:]), ("render", ("insert",)), ("sheet", ()),
             ("report", ()), ("farm", ("track",)))]
         rows += [(("info", other_version), "999"), (("info", self.folder), self.folder), (("info",), "no project"),
                  (export + (self.project, "--frames", "5-2"), "5-2"), (("track", self.project, "--frames", "x"), "'x'"),

@@ -1,4 +1,4 @@
-"""The commands of the shell: `vireo info shot.vireo`, and the same with `python2.7 -m vireo.commands info shot.vireo`."""
+"""The commands of the shell: `vireo info shot.vireo`, or `python2.7 -m vireo.commands info shot.vireo`."""
 
 import importlib
 import sys
@@ -16,12 +16,11 @@ COMMANDS = [("info", "info", "says what a project holds: layers, ranges, keys, c
 
 
 def main(arguments):
-    """Runs a command. Returns the exit code: 0 done, 1 the work failed or was cancelled, 2 refused and nothing changed."""
+    """Runs a command. Returns the exit code: 0 done, 1 failed or cancelled, 2 refused and nothing changed."""
     try:
         for name, module, purpose in COMMANDS:
             if arguments[:1] == [name]:
-                parser = common.Parser(prog="vireo " + name, description="Says" + purpose[4:] + "."
-                                       if purpose.startswith("says") else purpose[:1].upper() + purpose[1:] + ".")
+                parser = common.Parser(prog="vireo " + name, description=purpose[:1].upper() + purpose[1:] + ".")
                 return getattr(importlib.import_module("vireo.commands." + module), name)(parser, arguments[1:]) or 0
         raise common.Refused("no such command: %s; there are %s" % (
             " ".join(arguments[:1]) or "none given", ", ".join(name for name, _, _ in COMMANDS)))

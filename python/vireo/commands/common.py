@@ -143,8 +143,7 @@ def writable_file(name):
 
 def target_of(project, options):
     """Where the project will be saved."""
-    return writable_file(options.save_as or project.project_file.encode(sys.getfilesystemencoding() or "utf-8")
-                         if options.save_as else project.project_file)
+    return writable_file(options.save_as or project.project_file)
 
 
 def file_of(stream, number):

@@ -1,9 +1,9 @@
-"""`vireo farm`: cuts an export or a render into ranges of frames, and tracking into layers, gives them to Slurm as one job
-array, and puts together what comes back.
+"""`vireo farm`: cuts an export or a render into ranges of frames, and tracking into layers, gives them to Slurm as one
+job array, and puts together what comes back.
 
-The work lies in a folder of its own beside its results: a copy of the project, and a folder for each task, which gets its
-name when all that belongs into it is there, with the size and checksum of every file. So a task that is killed, or run
-twice, changes nothing, and only what was checked is moved to where it belongs.
+The work lies in a folder of its own beside its results: a copy of the project, and a folder for each task, which gets
+its name when all that belongs into it is there, with the size and checksum of every file. So a task that is killed, or
+run twice, changes nothing, and only what was checked is moved to where it belongs.
 """
 
 import hashlib
@@ -68,7 +68,7 @@ class Job(object):
         """Makes the folder of a new job beside its results."""
         if not os.path.isdir(beside):
             os.makedirs(beside)
-        folder = vireo.path(tempfile.mkdtemp(prefix=".farm-", dir=beside.encode(sys.getfilesystemencoding() or "utf-8")))
+        folder = vireo.path(tempfile.mkdtemp(prefix=".farm-", dir=common.encoded(beside)))
         os.mkdir(os.path.join(folder, "logs"))
         shutil.copyfile(project_file, os.path.join(folder, "project.vireo"))
         write_whole(os.path.join(folder, "job.json"), told)
@@ -87,7 +87,7 @@ class Job(object):
         """Does one task, unless it is done: in a folder of this try's own, which then becomes the task's."""
         if os.path.isdir(self.result(task)):
             return 0
-        own = vireo.path(tempfile.mkdtemp(prefix="try-%d-" % task, dir=self.folder))
+        own = vireo.path(tempfile.mkdtemp(prefix="try-%d-" % task, dir=common.encoded(self.folder)))
         places = {u"{project}": os.path.join(self.folder, "project.vireo"), u"{folder}": own}
         arguments = self.told["command"] + self.told["words"] + self.tasks[task]["arguments"]
         for option, place in self.told["files"]:
@@ -195,7 +195,8 @@ def collect(job):
         common.say(u"%d tasks done: %s" % (len(done), place))
         return 0
     for task in undone:
-        common.say(u"missing: %s, see %s" % (job.tasks[task]["what"], os.path.join(job.folder, "logs", "%d.log" % task)))
+        log = os.path.join(job.folder, "logs", "%d.log" % task)
+        common.say(u"missing: %s, see %s" % (job.tasks[task]["what"], log))
     raise common.Failed(u"%d of %d tasks are not done; what is done is in %s" % (len(undone), len(job.tasks), place))
 
 
@@ -348,7 +349,8 @@ def add_farm(parser, kind):
     else:
         parser.add_work()
         parser.add_save()
-    parser.add_argument("--chunk", type=int, default=50, metavar="FRAMES", help="of a task (50); tracking goes by layers")
+    parser.add_argument("--chunk", type=int, default=50, metavar="FRAMES",
+                        help="of a task (50); tracking goes by layers")
     parser.add_argument("--retries", type=int, default=2, help="how often a task that failed is submitted again (2)")
     parser.add_argument("--poll", type=float, default=2.0, metavar="SECONDS", help="between looks at the queue (2)")
     parser.add_argument("--sbatch", action="append", metavar="OPTION", help="for sbatch: --sbatch=--partition=all")

@@ -21,7 +21,7 @@ PAGE = u"""<!DOCTYPE html>
 :root { color-scheme: light dark; --line: #8886; --gap: #d33a }
 body { font: 15px/1.45 system-ui, sans-serif; margin: 0 auto; max-width: 1100px; padding: 12px }
 h1 { font-size: 1.4em; overflow-wrap: anywhere } h2 { font-size: 1.15em; margin: 1.6em 0 .3em }
-svg { width: 100%%; height: auto; display: block; background: #8881; margin: 4px 0; touch-action: pan-y }
+svg.time { height: 120px } svg { width: 100%%; display: block; background: #8881; margin: 4px 0; touch-action: pan-y }
 polyline { fill: none; stroke-width: 2; vector-effect: non-scaling-stroke } .gap { fill: var(--gap) }
 .at { stroke: currentColor; stroke-dasharray: 3; vector-effect: non-scaling-stroke }
 figure { margin: 0 } figcaption { font-size: .85em; opacity: .8 }
@@ -31,7 +31,8 @@ table { border-collapse: collapse; font-size: .9em } td, th { padding: 2px 10px 
 .scroll { overflow-x: auto }
 </style></head><body>
 <h1>%(title)s</h1><p>%(summary)s</p>
-<div class="scroll"><table><tr><th>layer</th><th>tracked</th><th>gaps</th><th>quality</th><th>visible</th></tr>%(table)s</table></div>
+<div class="scroll"><table>
+<tr><th>layer</th><th>tracked</th><th>gaps</th><th>quality</th><th>visible</th></tr>%(table)s</table></div>
 %(layers)s
 <script>
 document.querySelectorAll('section').forEach(function (section) {
@@ -104,7 +105,7 @@ class Track(object):
             drawn += u'<polyline stroke="%s" points="%s"/>' % (colour, u" ".join(
                 u"%.1f,%.1f" % (self.place(frame), HEIGHT - (value - least) * scale)
                 for frame, value in zip(self.frames, values)))
-        return u'<figure><svg class="time" viewBox="0 0 %d %d" preserveAspectRatio="none" style="height:120px">%s' \
+        return u'<figure><svg class="time" viewBox="0 0 %d %d" preserveAspectRatio="none">%s' \
             u'<line class="at" x1="-9" x2="-9" y1="0" y2="%d"/></svg><figcaption>%s</figcaption></figure>' % (
                 WIDTH, HEIGHT, drawn, HEIGHT, escaped(label))
 

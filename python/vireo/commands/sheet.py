@@ -35,7 +35,7 @@ class Frames(object):
         if not self.clip:
             raise common.Refused("the project has no clip to show")
 
-    def written(self, clip, frame):
+    def written(self, clip):
         stream = clip.get_info(clip.views[0])
         return common.file_of(stream, stream.start_frame)
 
@@ -46,11 +46,11 @@ class Frames(object):
             self.clip.export(shown, self.folder, u"plate.", u".png", u"", frame, frame)
         except (IOError, IndexError, ValueError):
             return None
-        return self.written(shown, frame)
+        return self.written(shown)
 
-    def matte(self, frame, layers=None):
+    def matte(self, frame):
         return self.written(self.project.export_rendered_shapes(
-            layers or self.layers, vp.Grayscale, u"Matte", self.folder, u"matte.", u".png", frame, frame), frame)
+            self.layers, vp.Grayscale, u"Matte", self.folder, u"matte.", u".png", frame, frame))
 
 
 def draw(rows, columns, output, folder, width, **more):
@@ -79,7 +79,7 @@ def sheet(parser, arguments):
         for frame in spread(first, last, options.count):
             plate, matte = frames.plate(frame), frames.matte(frame)
             if plate is None:
-                raise common.Refused("frame %d of the clip '%s' cannot be read" % (frame, common.encoded(frames.clip.name)))
+                raise common.Refused(u"frame %d of the clip '%s' cannot be read" % (frame, frames.clip.name))
             rows.append({"label": "frame %d" % (frame + project.first_frame_offset), "cells": [
                 {"image": plate}, {"image": matte},
                 {"image": plate, "matte": matte, "color": list(layers[0].matte_color)}]})

@@ -56,10 +56,11 @@ def sequences(layers, options):
     prefix = vireo.path(options.prefix)
     if not options.by_layer:
         return [(prefix, layers)]
-    made = [(u"%s%s." % (prefix, layer.name.replace(u"/", u"_")), [layer]) for layer in layers]
-    for name in {name for name, _ in made if [other for other, _ in made].count(name) > 1}:
-        raise common.Refused(u"several layers would be written as '%s'" % name)
-    return made
+    names = [u"%s%s." % (prefix, layer.name.replace(u"/", u"_")) for layer in layers]
+    for name in names:
+        if names.count(name) > 1:
+            raise common.Refused(u"several layers would be written as '%s'" % name)
+    return [(name, [layer]) for name, layer in zip(names, layers)]
 
 
 def export(parser, arguments):
@@ -84,7 +85,7 @@ def add_render(parser):
     parser.add_argument("operation", choices=sorted(OPERATIONS))
     parser.add_work(views=False)
     parser.add_argument("--view", type=int, default=0, metavar="ID")
-    parser.add_argument("--output-dir", metavar="FOLDER", help="below which results are written; the project's otherwise")
+    parser.add_argument("--output-dir", metavar="FOLDER", help="that results are written below; the project's otherwise")
 
 
 def render(parser, arguments):
