@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <csignal>
 #include <engine/embedding.h>
+#include <fundo/qt_version.h>
 #include <unistd.h>
 
 namespace {
@@ -34,7 +35,7 @@ void requirePythonLibrary()
             return;
     }
     throw InterpreterError("Python cannot start: its library (os.py) is nowhere on " +
-                           path.toLocal8Bit().toStdString() +
+                           Fundo::qt::toStdString(path.toLocal8Bit()) +
                            (qgetenv("PYTHONHOME").isEmpty() ? "" : "; PYTHONHOME is set"));
 }
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <engine/embedding.h>
+#include <fundo/qt_version.h>
 #include <mutex>
 #include <string>
 #include <unistd.h>
@@ -36,7 +37,7 @@ public:
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (++m_running > 1)
             return; // the first one is shown, those that run beside it are not
-        m_title = title.toLocal8Bit().toStdString();
+        m_title = Fundo::qt::toStdString(title.toLocal8Bit());
         m_start = m_told = Clock::now();
         m_shown = false;
     }
@@ -54,7 +55,7 @@ public:
         char numbers[96];
         std::snprintf(numbers, sizeof numbers, "%3.0f %%  %.1f %%/s  %s left", 100 * fraction, 100 * fraction / elapsed,
                       duration(elapsed * (1 - fraction) / fraction).c_str());
-        const std::string doing = text.toLocal8Bit().toStdString();
+        const std::string doing = Fundo::qt::toStdString(text.toLocal8Bit());
         if (m_onTerminal)
             std::fprintf(stderr, "\r\033[K%s [%s] %s  %s", m_title.c_str(), bar(fraction).c_str(), numbers,
                          doing.c_str());

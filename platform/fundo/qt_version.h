@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QString>
 #include <new>
+#include <string>
 
 namespace Fundo {
 namespace qt {
@@ -23,6 +24,12 @@ inline QByteArray methodSignature(const QMetaMethod& method) { return method.met
 inline QByteArray methodSignature(const QMetaMethod& method) { return QByteArray(method.signature()); }
 
 #endif
+
+// The bytes of a text: QByteArray::toStdString() is Qt 5's, and QString's gives Latin-1 with Qt 4.
+inline std::string toStdString(const QByteArray& bytes)
+{
+    return std::string(bytes.constData(), std::size_t(bytes.size()));
+}
 
 namespace detail {
 

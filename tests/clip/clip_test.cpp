@@ -98,7 +98,7 @@ TEST_F(ClipOnDisk, StreamsComeAndGo)
 {
     const auto clip = clipAt(folder / "a.#.png");
     int changes = 0;
-    QObject::connect(clip.get(), &Clip::streamsChanged, [&changes] { ++changes; });
+    const Listener told(*clip, SIGNAL(streamsChanged()), [&changes] { ++changes; });
     clip->add_stream(folder / "b.#.png", View(1), 2, 4, true);
     clip->apply(StreamInfo(folder.path(), "b.", ".png", unknown, unknown, 0), View(2));
     EXPECT_EQ(clip->get_info(View(2)).get_end_frame(), 5u);

@@ -69,7 +69,7 @@ TEST(ClipColor, WritesAreUndoneAndSaved)
     Clip& clip = *project.add_clip(&made, "A");
     ColorParameters& color = *clip.get_color_parameters();
     int signalCount = 0;
-    QObject::connect(&color, &ColorParameters::propertyChanged, [&signalCount] { ++signalCount; });
+    const Listener told(color, SIGNAL(propertyChanged()), [&signalCount] { ++signalCount; });
     color.set_gamma(0.5f);
     EXPECT_EQ(signalCount, 1);
 

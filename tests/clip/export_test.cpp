@@ -118,11 +118,10 @@ TEST_F(Exporting, AnErrorOrACancelLeavesTheFolderAsItWas)
     EXPECT_EQ(output.files(), QStringList{"out.000.png"});
     writeBytes(folder / "plate.0012.png", whole);
 
-    const auto connection = QObject::connect(clip->get_progress_watcher(), &ProgressWatcher::progressChanged,
-                                             [&] { clip->get_progress_watcher()->cancel(); });
+    const Listener told(*clip->get_progress_watcher(), SIGNAL(progressChanged(double, QString)),
+                        [&] { clip->get_progress_watcher()->cancel(); });
     EXPECT_THROW(exportTo(output.path()), STRM_OperationCancelledByUser);
     EXPECT_EQ(output.files(), QStringList{"out.000.png"});
-    QObject::disconnect(connection);
 }
 
 TEST_F(Exporting, MayReplaceItsOwnSource)

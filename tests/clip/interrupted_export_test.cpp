@@ -66,7 +66,7 @@ TEST(InterruptedExport, LeavesOnlyWholeFilesUnderFinalNames)
                 const int number = name.mid(4, 4).toInt() + 1;
                 const QString source = folder.path() + QString("/plate.%1.png").arg(number, 4, 10, QLatin1Char('0'));
                 ASSERT_EQ(readImage(output.path() + '/' + name)->values, readImage(source)->values)
-                    << name.toStdString();
+                    << toStdString(name);
             }
     }
     EXPECT_GT(found, 0) << "no export came as far as to a final name";
@@ -74,5 +74,5 @@ TEST(InterruptedExport, LeavesOnlyWholeFilesUnderFinalNames)
     Clip clip(pattern, "Plate", false, 0, 0, 0, nullptr);
     clip.exportClip(nullptr, output.path(), "out.", ".png", "", 0, 4294967295U, 4, {}, false);
     for (const QString& name : output.files())
-        EXPECT_FALSE(name.startsWith('.')) << "litter: " << name.toStdString();
+        EXPECT_FALSE(name.startsWith('.')) << "litter: " << toStdString(name);
 }

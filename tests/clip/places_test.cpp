@@ -160,13 +160,12 @@ TEST_F(Places, TheOldFilesComeBackWithoutHardLinksToo)
         writeBytes(output / "out.0.png", "mine");
         // The second cannot be given its name, and only that tells: nothing stood in the way before.
         writeBytes(output / "out.1.png", "mine too");
-        const auto makeFolder = [&](double, const QString&) {
+        const auto makeFolder = [&] {
             QFile::remove(output / "out.1.png");
             QDir(output.path()).mkdir("out.1.png");
         };
-        const auto told = QObject::connect(clip->get_progress_watcher(), &ProgressWatcher::progressChanged, makeFolder);
+        const Listener told(*clip->get_progress_watcher(), SIGNAL(progressChanged(double, QString)), makeFolder);
         expectThrow<STRM_BadFile>([&] { exportTo(output.path()); }, "out.1.png: is a folder");
-        QObject::disconnect(told);
         linkError = 0;
         EXPECT_EQ(readBytes(output / "out.0.png"), "mine") << error;
         EXPECT_EQ(output.files(), (QStringList{"out.0.png", "out.1.png"}));
@@ -177,7 +176,7 @@ TEST_F(Places, WhatKilledProcessesLeftIsCleared)
 {
     const auto leave = [this] {
         QDir(folder.path()).mkdir(".staged-00000000");
-        folder.makeEmptyFiles({".staged-00000000/.lock", ".staged-00000000/insert.0000.png"});
+        makeEmptyFiles(folder, {".staged-00000000/.lock", ".staged-00000000/insert.0000.png"});
     };
     leave();
     render();

@@ -17,15 +17,15 @@ class Told
 {
 public:
     explicit Told(ProgressWatcher& watcher)
-    {
-        QObject::connect(&watcher, &ProgressWatcher::started, [this](const QString& text) { add("started " + text); });
-        QObject::connect(&watcher, &ProgressWatcher::progressChanged, [this](double fraction, const QString&) {
-            ++m_progress;
-            m_last = fraction;
-        });
-        QObject::connect(&watcher, &ProgressWatcher::cancelled, [this] { add("cancelled"); });
-        QObject::connect(&watcher, &ProgressWatcher::finished, [this] { add("finished"); });
-    }
+        : m_listeners{{watcher, SIGNAL(started(QString)), [this](const QString& text) { add("started " + text); }},
+                      {watcher, SIGNAL(progressChanged(double, QString)),
+                       [this](double fraction) {
+                           ++m_progress;
+                           m_last = fraction;
+                       }},
+                      {watcher, SIGNAL(cancelled()), [this] { add("cancelled"); }},
+                      {watcher, SIGNAL(finished()), [this] { add("finished"); }}}
+    {}
     const QStringList& events() const { return m_events; }
     int progress() const { return m_progress; }
     double last() const { return m_last; }
@@ -36,6 +36,7 @@ private:
         EXPECT_EQ(std::this_thread::get_id(), m_thread);
         m_events << event;
     }
+    const Listener m_listeners[4];
     QStringList m_events;
     int m_progress = 0;
     double m_last = 0;

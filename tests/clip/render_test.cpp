@@ -211,8 +211,8 @@ TEST_F(Rendering, NothingIsLeftOfARenderThatFails)
     expectThrow<STRM_OutOfRange>([&] { project->render(&operation, 0, 10, {}, View(0)); }, "10");
     expectThrow<STRM_BadArgument>([&] { project->render(&operation, 3, 1, {}, View(0)); }, "3");
     expectThrow<STRM_OutOfRange>([&] { project->render(&operation, 0, 1, {}, View(4)); }, "4");
-    QObject::connect(operation.get_progress_watcher(), &ProgressWatcher::progressChanged,
-                     [&operation] { operation.get_progress_watcher()->cancel(); });
+    const Listener told(*operation.get_progress_watcher(), SIGNAL(progressChanged(double, QString)),
+                        [&operation] { operation.get_progress_watcher()->cancel(); });
     EXPECT_THROW(project->render(&operation, 0, 9, {}, View(0)), STRM_OperationCancelledByUser);
     EXPECT_TRUE(output.files().isEmpty());
     EXPECT_EQ(project->get_clips().size(), 1);

@@ -56,15 +56,15 @@ TEST(SequenceName, OneFileStandsForItsSequence)
     };
     for (const Case& expected : cases) {
         Folder folder;
-        folder.makeEmptyFiles({QString::fromUtf8(expected.file)});
+        makeEmptyFiles(folder, {QString::fromUtf8(expected.file)});
         expectName(parseLocation(folder / expected.file, true), expected);
     }
     Folder folder;
-    folder.makeEmptyFiles({"a.9.png", "a.10.png", "still.png"});
+    makeEmptyFiles(folder, {"a.9.png", "a.10.png", "still.png"});
     expectName(parseLocation(folder / "a.10.png", true), {"a.10.png", "a.", ".png", 1});
     expectThrow<STRM_BadFile>([&] { parseLocation(folder / "still.png", false); }, "no frame number");
     // What exists is no pattern; and the two ways to write one do not meet in a name that means only one of them.
-    folder.makeEmptyFiles({"take#2.0007.png", "take%d.0008.png"});
+    makeEmptyFiles(folder, {"take#2.0007.png", "take%d.0008.png"});
     expectName(parseLocation(folder / "take#2.0007.png", true), {"take#2.0007.png", "take#2.", ".png", 4});
     expectName(parseLocation(folder / "take%d.0008.png", true), {"take%d.0008.png", "take%d.", ".png", 4});
     expectName(parseLocation(folder / "take#2.%04d.png", true), {"take#2.%04d.png", "take#2.", ".png", 4});
@@ -75,9 +75,9 @@ TEST(SequenceName, AFolderHoldsExactlyOneSequence)
     Folder folder;
     expectThrow<STRM_BadFile>([&] { parseLocation(folder.path(), true); }, "holds no image sequence");
     EXPECT_EQ(parseLocation(folder.path(), false).folder, folder.path());
-    folder.makeEmptyFiles({"b.008.png", "b.009.png", "notes_1.txt", ".b.007.png", "readme"});
+    makeEmptyFiles(folder, {"b.008.png", "b.009.png", "notes_1.txt", ".b.007.png", "readme"});
     expectName(parseLocation(folder.path(), true), {"folder", "b.", ".png", 3});
-    folder.makeEmptyFiles({"c.1.exr"});
+    makeEmptyFiles(folder, {"c.1.exr"});
     expectThrow<STRM_BadFile>([&] { parseLocation(folder.path(), true); }, "2 image sequences (b.###.png, c.#.exr)");
     expectThrow<STRM_BadFile>([&] { parseLocation(folder / "none", true); }, "none: there is no such file or folder");
     expectThrow<STRM_BadArgument>([&] { parseLocation(QString(), false); }, "empty");
@@ -95,8 +95,8 @@ TEST(SequenceName, FramesAreWrittenWithAtLeastTheWidth)
 TEST(SequenceFiles, OnlyFramesOfTheWidthBelongToTheSequence)
 {
     Folder folder;
-    folder.makeEmptyFiles({"a.098.png", "a.099.png", "a.100.png", "a.1000.png", "a.1.png", "a.0101.png", "a.x.png",
-                           "a.99999999999.png", "a.4294967295.png"});
+    makeEmptyFiles(folder, {"a.098.png", "a.099.png", "a.100.png", "a.1000.png", "a.1.png", "a.0101.png", "a.x.png",
+                            "a.99999999999.png", "a.4294967295.png"});
     SequenceName name{folder.path(), QString::fromLatin1("a."), QString::fromLatin1(".png"), 3};
     EXPECT_EQ(framesOnDisk(name), (QVector<unsigned int>{98, 99, 100, 1000}));
     name.indexWidth = 0;
@@ -107,7 +107,7 @@ TEST(SequenceFiles, OnlyFramesOfTheWidthBelongToTheSequence)
 TEST(SequenceFiles, MissingFramesAreNamed)
 {
     Folder folder;
-    folder.makeEmptyFiles({"a.01.png", "a.02.png", "a.05.png"});
+    makeEmptyFiles(folder, {"a.01.png", "a.02.png", "a.05.png"});
     const StreamInfo info = foundOnDisk(StreamInfo(folder.path(), "a.", ".png", unknownFrame, unknownFrame, 0));
     EXPECT_EQ(info.get_start_frame(), 1u);
     EXPECT_EQ(info.get_end_frame(), 5u);

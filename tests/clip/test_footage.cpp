@@ -2,38 +2,13 @@
 
 #include "test_footage.h"
 
-#include <QDir>
-#include <QFile>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <ostream>
 #include <pixels_loader.h>
 
-void PrintTo(const QString& text, std::ostream* stream) { *stream << '"' << text.toStdString() << '"'; }
-
-Folder::Folder()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "clips-XXXXXX").string();
-    m_path = QString::fromUtf8(mkdtemp(pattern.data()));
-}
-
-Folder::~Folder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path.toStdString(), ignored);
-}
-
-QStringList Folder::files() const
-{
-    return QDir(m_path).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-}
-
-void Folder::makeEmptyFiles(const QStringList& names) const
+void makeEmptyFiles(const Folder& folder, const QStringList& names)
 {
     for (const QString& name : names)
-        writeBytes(m_path + QLatin1Char('/') + name, "");
+        writeBytes(folder / name, "");
 }
 
 pixels::FootageOptions smallOptions()
@@ -48,21 +23,10 @@ pixels::FootageOptions smallOptions()
 
 void writeImage(const QString& file, const pixels::Image& image)
 {
-    pixels::library().writeFrame(file.toStdString(), image);
+    pixels::library().writeFrame(toStdString(file), image);
 }
 
-pixels::SharedImage readImage(const QString& file) { return pixels::library().readFrame(file.toStdString()); }
-
-std::string readBytes(const QString& file)
-{
-    std::ifstream stream(file.toStdString(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void writeBytes(const QString& file, const std::string& bytes)
-{
-    std::ofstream(file.toStdString(), std::ios::binary) << bytes;
-}
+pixels::SharedImage readImage(const QString& file) { return pixels::library().readFrame(toStdString(file)); }
 
 QString writeFootage(const Folder& folder, const pixels::MadeFootage& footage)
 {

@@ -4,46 +4,12 @@
 #include <QMetaType>
 #include <QStringList>
 #include <functional>
-#include <gtest/gtest.h>
 #include <made_footage.h>
 #include <memory>
 #include <orrery/clip.h>
 #include <orrery/project.h>
 #include <stratum/exception.h>
-
-void PrintTo(const QString& text, std::ostream* stream);
-
-class Folder
-{
-public:
-    Folder();
-    ~Folder();
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-
-    const QString& path() const { return m_path; }
-    QString operator/(const char* name) const { return m_path + QLatin1Char('/') + QString::fromUtf8(name); }
-    // Hidden ones too, by name.
-    QStringList files() const;
-    void makeEmptyFiles(const QStringList& names) const;
-
-private:
-    QString m_path;
-};
-
-// Expects an exception of that class whose text holds the given part.
-template <class Exception, class Function>
-void expectThrow(Function function, const std::string& part)
-{
-    try {
-        function();
-        ADD_FAILURE() << "nothing was thrown where \"" << part << "\" was expected";
-    } catch (const Exception& error) {
-        EXPECT_NE(std::string(error.what()).find(part), std::string::npos) << error.what();
-    } catch (const std::exception& error) {
-        ADD_FAILURE() << "another exception than expected: " << error.what();
-    }
-}
+#include <testing.h>
 
 // 64 x 48 pixels, a dozen frames.
 pixels::FootageOptions smallOptions();
@@ -52,8 +18,7 @@ pixels::FootageOptions smallOptions();
 QString writeFootage(const Folder& folder, const pixels::MadeFootage& footage);
 void writeImage(const QString& file, const pixels::Image& image);
 pixels::SharedImage readImage(const QString& file);
-std::string readBytes(const QString& file);
-void writeBytes(const QString& file, const std::string& bytes);
+void makeEmptyFiles(const Folder& folder, const QStringList& names);
 
 std::vector<pixels::Point> square(double left, double top, double right, double bottom);
 

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <orrery/progress_watcher.h>
 #include <orrery/undo_group.h>
 #include <thread>
@@ -183,17 +184,18 @@ TEST_F(Tracking, ACancelLeavesNothingAndASecondOperationIsRefused)
     Layer layer = surface();
     ProgressWatcher& watcher = *project->get_progress_watcher();
     QStringList events;
-    QObject::connect(&watcher, &ProgressWatcher::started, [&](const QString& text) { events << text; });
-    QObject::connect(&watcher, &ProgressWatcher::cancelled, [&] { events << "cancelled"; });
-    QObject::connect(&watcher, &ProgressWatcher::finished, [&] { events << "finished"; });
-    const auto connection = QObject::connect(&watcher, &ProgressWatcher::progressChanged, [&](double, const QString&) {
+    const Listener started(watcher, SIGNAL(started(QString)), [&](const QString& text) { events << text; });
+    const Listener cancelled(watcher, SIGNAL(cancelled()), [&] { events << "cancelled"; });
+    const Listener finished(watcher, SIGNAL(finished()), [&] { events << "finished"; });
+    std::optional<Listener> progress;
+    progress.emplace(watcher, SIGNAL(progressChanged(double, QString)), [&] {
         EXPECT_THROW(project->track_layers(0, last, {layer}, {}), STRM_OperationInProgress);
         watcher.cancel();
     });
     EXPECT_THROW(project->track_layers(0, last, {layer}, {}), STRM_OperationCancelledByUser);
     EXPECT_EQ(events, (QStringList{"Tracking", "cancelled", "finished"}));
     EXPECT_EQ(keyCount(layer), 0);
-    QObject::disconnect(connection);
+    progress.reset();
     project->track_layers(0, 3, {layer}, {});
     EXPECT_EQ(keyCount(layer), 4);
 }
@@ -202,7 +204,7 @@ TEST_F(Tracking, ThePlaceOfChangesIsTheModelMeanwhile)
 {
     Layer layer = surface(), other = addPolygon(*project, "other", square(5, 5, 20, 20));
     bool changed = false;
-    QObject::connect(project->get_progress_watcher(), &ProgressWatcher::progressChanged, [&](double, const QString&) {
+    const Listener told(*project->get_progress_watcher(), SIGNAL(progressChanged(double, QString)), [&] {
         if (changed)
             return;
         changed = true;

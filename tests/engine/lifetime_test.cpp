@@ -64,7 +64,7 @@ void recordedStep(World& world, void (UndoGroup::*end)(), void (UndoGroup::*then
 
 TEST(Lifetime, WhoIsToldMayDestroyAnything)
 {
-    TemporaryFolder folder;
+    Folder folder;
     const Act changes[] = {
         [](World& w) { w.layer.set_name("new"); },
         [](World& w) { w.project->set_length(10); },
@@ -97,45 +97,45 @@ TEST(Lifetime, WhoIsToldMayDestroyAnything)
             delete w.clip;
         },
     };
-    int told = 0;
+    int acted = 0;
     for (const Act& change : changes)
         for (const Act& act : acts)
             for (int which = 0; which < 5; ++which) {
                 if ((which == 4) != (&change == std::end(changes) - 1)) // an export tells its watcher only
                     continue;
                 World world;
-                world.project->set_notes(folder.path("saved.vireo"));
+                world.project->set_notes(folder / "saved.vireo");
                 world.project->set_output_dir(folder.path(), false);
                 bool done = false;
                 const auto slot = [&] {
                     if (done)
                         return;
                     done = true;
-                    ++told;
+                    ++acted;
                     act(world);
                 };
-                Project& project = *world.project;
-                const QMetaObject::Connection connections[] = {
-                    which == 0   ? QObject::connect(&project, &Project::settingChanged, slot)
-                    : which == 1 ? QObject::connect(&project, &Project::layersChanged, slot)
-                    : which == 2 ? QObject::connect(&project, &Project::saved, slot)
-                    : which == 3 ? QObject::connect(world.clip, &Clip::settingChanged, slot)
-                                 : QObject::connect(project.get_progress_watcher(), &ProgressWatcher::started, slot)};
+                const std::pair<QObject*, const char*> senders[] = {
+                    {world.project, SIGNAL(settingChanged(QString))},
+                    {world.project, SIGNAL(layersChanged())},
+                    {world.project, SIGNAL(saved(QString))},
+                    {world.clip, SIGNAL(settingChanged(QString))},
+                    {world.project->get_progress_watcher(), SIGNAL(started(QString))}};
+                const Listener told(*senders[which].first, senders[which].second, slot);
                 try {
                     change(world);
                 } catch (const STRM_Exception&) {
                     // An operation may end with an error once what it works on is gone.
                 }
-                QObject::disconnect(connections[0]);
             }
-    EXPECT_GT(told, 100);
+    EXPECT_GT(acted, 100);
 }
 
 TEST(Lifetime, AClipThatIsDestroyedWhenItIsAnnouncedIsNotReturned)
 {
     World world;
     Clip source(QString(), "third", false, 0, 0, 0, nullptr);
-    QObject::connect(world.project, &Project::clipsChanged, [&] { delete world.project->get_clips().value("third"); });
+    const Listener told(*world.project, SIGNAL(clipsChanged()),
+                        [&] { delete world.project->get_clips().value("third"); });
     EXPECT_EQ(world.project->add_clip(&source, "third"), nullptr);
     EXPECT_EQ(world.project->get_clips().size(), 2);
 }

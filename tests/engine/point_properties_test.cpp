@@ -214,7 +214,7 @@ TEST_P(Points, LinksBeginAndEndWithoutAJump)
 // Near the limits of coordinates every change is made or refused, and what is there can be saved and opened.
 TEST_P(Points, NearTheLimitsWhatIsThereCanBeOpened)
 {
-    TemporaryFolder folder;
+    Folder folder;
     const auto far = [&] { return static_cast<float>((number(2) ? 1 : -1) * (9e8 + number(100) * 1e6)); };
     const auto farState = [&] {
         BezierControlPointData state = bezierPoint(far(), far());
@@ -242,8 +242,8 @@ TEST_P(Points, NearTheLimitsWhatIsThereCanBeOpened)
         change([&] { points[1].remove(); });
     }
     EXPECT_GT(refused, 0);
-    project->save_as(folder.path("p"));
-    Project opened(folder.path("p"), nullptr);
+    project->save_as(folder / "p");
+    Project opened(folder / "p", nullptr);
     EXPECT_EQ(documentOf(opened), documentOf(*project));
 }
 

@@ -216,10 +216,3 @@ std::unique_ptr<Project> sampleProject()
 }
 
 std::ostream& operator<<(std::ostream& stream, const QPointF& point) { return stream << point.x() << ' ' << point.y(); }
-
-void PrintTo(const QString& text, std::ostream* stream) { *stream << text.toStdString(); }
-
-QStringList TemporaryFolder::files() const
-{
-    return QDir(path()).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
-}

@@ -3,13 +3,12 @@
 
 #include <QPointF>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <boost/optional/optional_io.hpp>
-#include <gtest/gtest.h>
 #include <iosfwd>
 #include <memory>
 #include <orrery/project.h>
 #include <stratum/exception.h>
+#include <testing.h>
 
 // Every property that the public interface lets one read, the tree of parameters with its values at a number of times
 // included; a line each.
@@ -27,29 +26,4 @@ std::unique_ptr<Project> sampleProject();
 BezierControlPointData bezierPoint(float x, float y);
 XControlPointData xPoint(float x, float y, float weight = 0);
 
-// Expects an exception of that class whose text holds the given part.
-template <class Exception, class Function>
-void expectThrow(Function function, const std::string& part)
-{
-    try {
-        function();
-        ADD_FAILURE() << "nothing was thrown where \"" << part << "\" was expected";
-    } catch (const Exception& error) {
-        EXPECT_NE(std::string(error.what()).find(part), std::string::npos) << error.what();
-    }
-}
-
-void PrintTo(const QString& text, std::ostream* stream);
 std::ostream& operator<<(std::ostream& stream, const QPointF& point);
-
-// A folder that goes with the test.
-class TemporaryFolder
-{
-public:
-    QString path(const QString& name) const { return m_folder.filePath(name); }
-    QString path() const { return m_folder.path(); }
-    QStringList files() const;
-
-private:
-    QTemporaryDir m_folder;
-};

@@ -21,26 +21,12 @@ namespace {
 
 using Json = nlohmann::json;
 
-std::string read(const QString& name)
-{
-    QFile file(name);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    return file.readAll().toStdString();
-}
-
-void write(const QString& name, const std::string& content)
-{
-    QFile file(name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content.data(), static_cast<qint64>(content.size()));
-}
-
 TEST(Saving, GivesBackWhatWasSaved)
 {
-    TemporaryFolder folder;
+    Folder folder;
     auto project = sampleProject();
     project->find_layers("front")[0].add_bezier_contour(0, {}, View());
-    const QString file = folder.path(QString::fromUtf8("pr\xc3\xb6ject.vireo"));
+    const QString file = folder / QString::fromUtf8("pr\xc3\xb6ject.vireo");
     expectThrow<STRM_BadState>([&] { project->save(); }, "no file");
     project->save_as(file);
     Project loaded(file, nullptr);
@@ -61,7 +47,7 @@ TEST(Saving, GivesBackWhatWasSaved)
 
 TEST(Saving, KeepsNumbersExactlyAndLongTextsWhole)
 {
-    TemporaryFolder folder;
+    Folder folder;
     auto project = emptyProject();
     std::mt19937_64 random(9);
     Layer layer = project->add_layer(nullptr, QString(60000, QChar(0x4e2d)), 0, 0);
@@ -70,19 +56,19 @@ TEST(Saving, KeepsNumbersExactlyAndLongTextsWhole)
         x.set(std::ldexp(double(random()), -int(random() % 90)) * (random() % 2 ? 1e-3 : -1e-3) / 1e15, i / 3.0,
               View());
     project->set_notes(QString(300000, QChar('n')) + QString::fromUtf8("\xf0\x9f\x98\x80") + QChar(0) + "\r\n\x7f");
-    project->save_as(folder.path("p"));
-    Project loaded(folder.path("p"), nullptr);
+    project->save_as(folder / "p");
+    Project loaded(folder / "p", nullptr);
     EXPECT_EQ(describe(loaded), describe(*project));
 }
 
 TEST(Saving, RefusesWhatIsNoProject)
 {
-    TemporaryFolder folder;
+    Folder folder;
     auto project = sampleProject();
-    const QString file = folder.path("p");
-    const std::string name = file.toStdString();
+    const QString file = folder / "p";
+    const std::string name = toStdString(file);
     const auto refused = [&](const std::string& content, const std::string& part) {
-        write(file, content);
+        writeBytes(file, content);
         expectThrow<STRM_BadFile>([&] { Project(file, nullptr); }, name);
         expectThrow<STRM_BadFile>([&] { Project(file, nullptr); }, part);
     };
@@ -120,7 +106,7 @@ TEST(Saving, RefusesWhatIsNoProject)
 
 TEST(Saving, OpensFilesOfTheFirstVersionAndSavesThemInThisOne)
 {
-    TemporaryFolder folder;
+    Folder folder;
     auto expected = sampleProject();
     Clip clip("/shots/a/plate.####.png", "graded", false, 64, 48, 60, nullptr);
     clip.add_stream("/shots/b/plate.####.png", View(3), 1, 60, false);
@@ -135,9 +121,9 @@ TEST(Saving, OpensFilesOfTheFirstVersionAndSavesThemInThisOne)
     for (const char* part : {"next_id", "settings", "render", "clips"})
         EXPECT_EQ(opened[part], made[part]) << part;
     EXPECT_EQ(old.get_layers().size(), expected->get_layers().size());
-    old.save_as(folder.path("new"));
-    EXPECT_EQ(Json::parse(read(folder.path("new")))["version"], 2);
-    EXPECT_EQ(describe(*std::make_unique<Project>(folder.path("new"), nullptr)), describe(old));
+    old.save_as(folder / "new");
+    EXPECT_EQ(Json::parse(readBytes(folder / "new"))["version"], 2);
+    EXPECT_EQ(describe(*std::make_unique<Project>(folder / "new", nullptr)), describe(old));
 }
 
 // Takes one member after the other away, puts one in that nobody knows, and opens what is left.
@@ -146,7 +132,7 @@ void tryEachMember(const Json& document, const Json::json_pointer& place, const 
     static const std::set<std::string> needed{"format", "version", "id",    "name",  "abbr", "type",
                                               "path",   "view",    "layer", "group", "time", "fields"};
     const auto opens = [&](const Json& changed) {
-        write(file, changed.dump());
+        writeBytes(file, changed.dump());
         try {
             Project(file, nullptr);
             return std::string();
@@ -172,7 +158,7 @@ void tryEachMember(const Json& document, const Json::json_pointer& place, const 
 
 TEST(Saving, TakesADefaultForWhatIsMissingAndRefusesWhatIsUnknown)
 {
-    TemporaryFolder folder;
+    Folder folder;
     auto project = sampleProject();
     Clip clip("/shots/a/plate.####.png", "graded", false, 64, 48, 60, nullptr);
     project->add_clip(&clip, "graded");
@@ -182,13 +168,13 @@ TEST(Saving, TakesADefaultForWhatIsMissingAndRefusesWhatIsUnknown)
           "/clips/2/streams/0/values", "/items/0/layer", "/items/0/layer/values", "/items/0/layer/contours/0",
           "/items/0/layer/contours/0/points/0", "/items/0/layer/contours/0/points/0/fields", "/items/1/group",
           "/items/1/group/layers/1/contours/0"})
-        tryEachMember(document, Json::json_pointer(place), folder.path("p"));
+        tryEachMember(document, Json::json_pointer(place), folder / "p");
 }
 
 TEST(Saving, TakesWhatSettersTakeAndNoMore)
 {
-    TemporaryFolder folder;
-    const QString file = folder.path("p");
+    Folder folder;
+    const QString file = folder / "p";
     Clip clip("/shots/a/plate.####.png", "c", false, 64, 48, 60, nullptr);
     auto project = emptyProject();
     project->add_clip(&clip, "c");
@@ -260,7 +246,7 @@ TEST(Saving, TakesWhatSettersTakeAndNoMore)
             EXPECT_THROW(row.set(value), STRM_Exception) << value;
             Json changed = document;
             changed[place] = value;
-            write(file, changed.dump());
+            writeBytes(file, changed.dump());
             const std::string last = place.back();
             expectThrow<STRM_BadFile>([&] { Project(file, nullptr); }, last);
         }
@@ -268,26 +254,26 @@ TEST(Saving, TakesWhatSettersTakeAndNoMore)
     for (const char* place : {"/clips/0/streams/0/path", "/settings/output_dir"}) {
         Json relative = document;
         relative[Json::json_pointer(place)] = "shots/../a";
-        write(file, relative.dump());
+        writeBytes(file, relative.dump());
         expectThrow<STRM_BadFile>([&] { Project(file, nullptr); }, "'shots/../a' is not an absolute, clean path");
     }
 }
 
 TEST(Saving, KeepsTheOldFileWhenTheNewOneCouldNotBeOpened)
 {
-    TemporaryFolder folder;
-    const QString file = folder.path("p");
+    Folder folder;
+    const QString file = folder / "p";
     auto project = emptyProject();
     project->save_as(file);
-    const std::string before = read(file);
+    const std::string before = readBytes(file);
     // Beyond what any setter takes, as a fault of the engine could leave it.
     Stratum::Exclusive(*project->data().manager)->settings.frameRate = 2000;
     expectThrow<STRM_OperationFailed>([&] { project->save(); }, "settings.frame_rate: 2000");
-    EXPECT_EQ(read(file), before);
+    EXPECT_EQ(readBytes(file), before);
     // The last number of a layer.
     Json document = Json::parse(before);
     document["next_id"] = 0xfffffff0u;
-    write(file, document.dump());
+    writeBytes(file, document.dump());
     Project last(file, nullptr);
     last.add_layer(nullptr, "one", 0, 0);
     expectThrow<STRM_OutOfRange>([&] { last.add_layer(nullptr, "two", 0, 0); }, "numbers");
@@ -297,22 +283,22 @@ TEST(Saving, KeepsTheOldFileWhenTheNewOneCouldNotBeOpened)
 
 TEST(Saving, SurvivesDamageOfEveryKind)
 {
-    TemporaryFolder folder;
+    Folder folder;
     auto project = sampleProject();
     const std::string whole = documentOf(*project);
-    const QString file = folder.path("p");
+    const QString file = folder / "p";
     std::mt19937 random(10);
     const auto tryToOpen = [&](const std::string& content) {
-        write(file, content);
+        writeBytes(file, content);
         try {
             Project loaded(file, nullptr);
             describe(loaded); // damage that makes sense by chance must work, too
         } catch (const STRM_BadFile& error) {
-            EXPECT_EQ(std::string(error.what()).find(file.toStdString()), 0u) << error.what();
+            EXPECT_EQ(std::string(error.what()).find(toStdString(file)), 0u) << error.what();
         }
     };
     for (int i = 0; i < 40; ++i) {
-        write(file, whole.substr(0, random() % (whole.size() - 2)));
+        writeBytes(file, whole.substr(0, random() % (whole.size() - 2)));
         EXPECT_THROW(Project(file, nullptr), STRM_BadFile);
     }
     for (int i = 0; i < 150; ++i) {
@@ -336,7 +322,7 @@ TEST(Saving, SurvivesDamageOfEveryKind)
 
 TEST(Saving, LeavesTheOldFileWhenItCannotWrite)
 {
-    TemporaryFolder folder;
+    Folder folder;
     auto project = sampleProject();
     expectThrow<STRM_BadFile>([&] { project->save_as("/no/such/folder/p"); }, "/no/such/folder/p");
     expectThrow<STRM_BadFile>([&] { project->save_as(folder.path()); }, "folder");
@@ -345,21 +331,21 @@ TEST(Saving, LeavesTheOldFileWhenItCannotWrite)
     EXPECT_EQ(project->get_project_file(), QString());
     EXPECT_TRUE(folder.files().isEmpty());
     // A link stays a link, and permissions stay as they were.
-    write(folder.path("real"), "old");
-    ::chmod(folder.path("real").toLocal8Bit().constData(), 0640);
-    ASSERT_TRUE(QFile::link(folder.path("real"), folder.path("link")));
-    project->save_as(folder.path("link"));
-    EXPECT_TRUE(QFileInfo(folder.path("link")).isSymLink());
-    EXPECT_EQ(read(folder.path("real")), documentOf(*project));
+    writeBytes(folder / "real", "old");
+    ::chmod((folder / "real").toLocal8Bit().constData(), 0640);
+    ASSERT_TRUE(QFile::link(folder / "real", folder / "link"));
+    project->save_as(folder / "link");
+    EXPECT_TRUE(QFileInfo(folder / "link").isSymLink());
+    EXPECT_EQ(readBytes(folder / "real"), documentOf(*project));
     struct stat status;
-    ASSERT_EQ(::stat(folder.path("real").toLocal8Bit().constData(), &status), 0);
+    ASSERT_EQ(::stat((folder / "real").toLocal8Bit().constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0640u);
 }
 
 TEST(Saving, AKilledSaveLeavesAWholeFile)
 {
-    TemporaryFolder folder;
-    const QString file = folder.path("p");
+    Folder folder;
+    const QString file = folder / "p";
     auto first = sampleProject(), second = sampleProject();
     second->set_notes(QString(200000, 's'));
     first->save_as(file);

@@ -354,7 +354,7 @@ TEST_F(Shapes, OneValueIsReachedOnSeveralPaths)
     EXPECT_EQ(ofContour.get_name_components(), QStringList({"1", "x"}));
     for (const QStringList& path : {QStringList(), QStringList("1"), QStringList({"2", "x"}), QStringList({"01", "x"}),
                                     QStringList({"1", "x", "x"}), QStringList("nonsense")})
-        EXPECT_TRUE(contour.parameter(path).isNull()) << path.join('/').toStdString();
+        EXPECT_TRUE(contour.parameter(path).isNull()) << toStdString(path.join('/'));
     EXPECT_TRUE(contour.parameter_set({"1", "x"}).isNull());
     EXPECT_EQ(contour.parameter_set({"1"}).get_script_name(), QString("point_1"));
     EXPECT_EQ(contour.parameter_set({"1"}), contour.control_point(1).parameter_set(QStringList()));

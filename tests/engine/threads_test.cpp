@@ -45,7 +45,7 @@ void changeAsGroup(Project& project, Layer& layer, std::mt19937& random)
 }
 
 // One call of any kind; what the model refuses is refused by an exception of the library.
-void callSomething(Project& project, const TemporaryFolder& folder, std::mt19937& random)
+void callSomething(Project& project, const Folder& folder, std::mt19937& random)
 {
     const auto anyPlace = [&] { return static_cast<unsigned int>(random() % 12); };
     const auto time = static_cast<float>(random() % 20);
@@ -70,7 +70,7 @@ void callSomething(Project& project, const TemporaryFolder& folder, std::mt19937
         [&] { project.find_layers("1"); },
         [&] { project.set_length(1 + static_cast<unsigned int>(random() % 100)); },
         [&] { layer.get_surface_position(1, time, View()); },
-        [&] { project.save_as(folder.path(QString::number(random() % 2))); },
+        [&] { project.save_as(folder / QString::number(random() % 2)); },
         [&] { project.get_clips(); },
         shapes,
         shapes,
@@ -83,7 +83,7 @@ void callSomething(Project& project, const TemporaryFolder& folder, std::mt19937
 
 void callInThreads(Project& project, int threadCount, int calls)
 {
-    const TemporaryFolder folder;
+    const Folder folder;
     std::atomic<int> refused{0}, done{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < threadCount; ++i)
@@ -102,7 +102,7 @@ void callInThreads(Project& project, int threadCount, int calls)
         thread.join();
     EXPECT_GT(done, refused / 2);
     for (const QString& file : folder.files())
-        Project(folder.path(file), nullptr); // each is whole
+        Project(folder / file, nullptr); // each is whole
     EXPECT_EQ(folder.files().size(), 2);
 }
 
@@ -110,9 +110,9 @@ TEST(Threads, MayCallAnythingOnOneProject)
 {
     auto project = sampleProject();
     callInThreads(*project, 6, 300);
-    TemporaryFolder folder;
-    project->save_as(folder.path("p"));
-    EXPECT_EQ(describe(*std::make_unique<Project>(folder.path("p"), nullptr)), describe(*project));
+    Folder folder;
+    project->save_as(folder / "p");
+    EXPECT_EQ(describe(*std::make_unique<Project>(folder / "p", nullptr)), describe(*project));
 }
 
 TEST(Threads, WhateverTheyDidIsTakenBack)

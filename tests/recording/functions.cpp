@@ -4,6 +4,7 @@
 #include <atomic>
 #include <engine/handles/destruction_hook.h>
 #include <knob/time.h>
+#include <listener.h>
 #include <orrery/point_constraint.h>
 #include <orrery/py_type_error.h>
 #include <orrery/start_up.h>
@@ -28,8 +29,9 @@ void recording::gone(void* object, const char* name)
 void recording::begin(ColorParameters* object, const char* name)
 {
     begin<ColorParameters>(object, name);
-    QObject::connect(object, &ColorParameters::propertyChanged,
-                     [object] { call("ColorParameters.propertyChanged", *object); });
+    auto* const told = new Listener(*object, SIGNAL(propertyChanged()),
+                                    [object] { call("ColorParameters.propertyChanged", *object); });
+    told->setParent(object);
 }
 
 // The part of the library that knows the binding runtime is the real one: from pyBootstrap() to pyCleanup() it has this

@@ -18,6 +18,7 @@
 #include <boost/optional.hpp>
 #include <fundo/colour.h>
 #include <fundo/lum_matrix33.h>
+#include <fundo/qt_version.h>
 #include <iterator>
 #include <knob/context.h>
 #include <orrery/clip.h>
@@ -114,7 +115,10 @@ struct Plain<const char*>
 template <>
 struct Plain<QString>
 {
-    static Value from(const QString& value) { return value.isNull() ? Value() : Value{value.toStdString()}; }
+    static Value from(const QString& value)
+    {
+        return value.isNull() ? Value() : Value{Fundo::qt::toStdString(value.toUtf8())};
+    }
     static QString to(const Value& value)
     {
         return value.isNone() ? QString() : QString::fromStdString(made<std::string>(value));
@@ -124,7 +128,7 @@ struct Plain<QString>
 template <>
 struct Plain<QByteArray>
 {
-    static Value from(const QByteArray& bytes) { return {bytes.toStdString()}; }
+    static Value from(const QByteArray& bytes) { return {Fundo::qt::toStdString(bytes)}; }
     static QByteArray to(const Value& value) { return QByteArray::fromStdString(made<std::string>(value)); }
 };
 

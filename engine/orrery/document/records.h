@@ -6,6 +6,7 @@
 #include <engine/clips/model.h>
 #include <engine/project/data.h>
 #include <engine/stratum/shapes.h>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -80,8 +81,12 @@ struct GroupRecord
 
 using RenderRecord = Animations<Stratum::ProjectParameters::RenderValueCount>;
 
+// Not copied: what it holds cannot be.
 struct ItemRecord
 {
+    ItemRecord() = default;
+    ItemRecord(ItemRecord&&) = default;
+
     std::optional<GroupRecord> group;
     std::vector<LayerRecord> layers; // the group's; without one a single layer
 };
