@@ -24,6 +24,9 @@ import weakref
 REGISTERS = 3
 DEEPEST = 5           # steps within steps
 TIMES = 6             # how often the inner steps of one statement run
+HANDLES = ("Layer", "LayerGroup", "BezierContour", "XSplineContour", "BezierControlPoint", "XControlPoint", "Parameter",
+           "ParameterSet", "UndoGroup")
+NULLABLE = ("Layer", "LayerGroup", "BezierContour", "XSplineContour", "Parameter", "ParameterSet")
 MISSPELT = 97         # exit status of a program that does not compile
 NOT_TOLD = (
     # end or stop the process, as they should; addresses of nothing
@@ -66,6 +69,70 @@ class Items(object):
         return self.items[place]
 
 
+MADE = {
+    "Clip": "Clip(footage)", "Project": "Project(Clip(footage))", "ColorParameters": "ColorParameters()",
+    "ProgressWatcher": "ProgressWatcher()", "Layer": "Project0.add_layer(None, u'again')",
+    "LayerGroup": "Project0.add_group(u'again')", "UndoGroup": "Project0.undo_group()", "View": "View(0)",
+    "BezierContour": "Layer0.add_bezier_contour(0.0, [BezierControlPointData(x=1.0, y=float(y)) for y in range(3)])",
+    "XSplineContour": "Layer0.add_xspline_contour(0.0, [XControlPointData(x=1.0, y=float(y)) for y in range(3)])",
+    "BezierControlPoint": "BezierContour0.control_point(0)", "XControlPoint": "XSplineContour0.control_point(0)",
+    "Parameter": "Layer0.parameter_set().parameters[0]", "ParameterSet": "Layer0.parameter_set()",
+    "RenderOperation": "RenderInsertOperation()", "QEvent": "QtCore.QEvent(QtCore.QEvent.User)",
+    "StreamInfo": "Clip0.get_info(View(0))"}
+
+
+class Registers(object):
+    """The names of a program: a register that is empty, or whose object is gone, gives another object of its class.
+    Every eighth time it gives what is in it."""
+
+    def __init__(self, player):
+        self.names, self.player, self.times = player.names, player, 0
+        self.making = threading.local()
+
+    def __getitem__(self, name):
+        value = self.names[name]
+        kind = name[:-1]
+        if kind not in self.player.classes or self.lives(kind, value):
+            return value
+        self.times += 1
+        depth = getattr(self.making, "depth", 0)
+        if self.times % 8 == 0 or depth > 3:
+            return value
+        for place in range(REGISTERS):
+            value = self.names["%s%d" % (kind, place)]
+            if self.lives(kind, value):
+                return value
+        self.making.depth = depth + 1
+        try:
+            self.names[name] = eval(self.maker(kind), self.names, self)
+        except Exception:
+            sys.exc_clear()
+        finally:
+            self.making.depth = depth
+        return self.names[name]
+
+    @staticmethod
+    def lives(kind, value):
+        if value is None or not shiboken.isValid(value):
+            return False
+        try:
+            return not (kind in NULLABLE and getattr(project, kind).isNull(value))
+        except Exception:
+            sys.exc_clear()
+            return True
+
+    def maker(self, kind):
+        if recording and kind in HANDLES:
+            return "handle('%s', 1)" % kind
+        return MADE.get(kind, kind + "()" if kind in CLASSES else "QtCore.%s()" % kind)
+
+    def __setitem__(self, name, value):
+        self.names[name] = value
+
+    def __delitem__(self, name):
+        del self.names[name]
+
+
 class Finalized(object):
     def __init__(self, inner, *held):
         self.inner, self.held = inner, held
@@ -100,10 +167,12 @@ class Player(object):
                           app=QtCore.QCoreApplication.instance() or QtCore.QCoreApplication([]), held=[], keywords={}, threads=[], Number=Number,
                           Items=Items, Finalized=Finalized, derived=derived, keep=self.keep, thread=self.thread,
                           loop=self.loop, atexit=atexit)
-        for name in known_classes():
+        self.classes = frozenset(known_classes())
+        for name in self.classes:
             self.names.update(("%s%d" % (name, place), None) for place in range(REGISTERS))
         if recording:
             self.names.update(recording=recording, handle=support.handle)
+        self.registers = Registers(self)
         self.trace = trace
         self.left = 40 * len(lines) + 400   # steps, however deep
         self.depth = threading.local()
@@ -158,7 +227,7 @@ class Player(object):
                 os.write(2, "step %d\n" % number)
             outcome = "done"
             try:
-                exec code in self.names
+                exec code in self.names, self.registers
             except Exception as error:
                 outcome = type(error).__name__
                 if self.trace:
