@@ -97,7 +97,7 @@ void destroyLibraryObject(void* object)
 //   finish       what is to be done with an object that a constructor has made and attached; see Making
 //   destroy()    destroys an object
 //   drop()       destroys an object that Python lets go of
-template <class T, class = void>
+template <class T, class>
 struct LifeOf
 {
     static constexpr decltype(Making::finish) finish = nullptr;
@@ -113,7 +113,9 @@ struct LifeOf
     // Once no call can be using it any more. Values are copied for calls.
     static void drop(void* object)
     {
-        if constexpr (Wrapped<T>::kind == Kind::Object)
+        if constexpr (std::is_base_of_v<QObject, T>)
+            dropQtObject(static_cast<T*>(object));
+        else if constexpr (Wrapped<T>::kind == Kind::Object)
             LibraryCall::destroyUnused(object, &destroy);
         else
             destroy(object);

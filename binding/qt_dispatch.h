@@ -8,6 +8,10 @@
 
 namespace binding {
 
+// How objects of a class come into being and end: class_registration.h.
+template <class T, class = void>
+struct LifeOf;
+
 template <class T>
 class QtDispatch : public Wrapper<T>
 {
@@ -17,7 +21,7 @@ public:
     bool event(QEvent* event) override
     {
         return handOn(
-            "event", [&] { return T::event(event); }, event);
+            "event", [&] { return isDropped(*event) || T::event(event); }, event);
     }
     bool eventFilter(QObject* watched, QEvent* event) override
     {
@@ -50,6 +54,19 @@ protected:
     {
         handOn(
             "disconnectNotify", [&] { T::disconnectNotify(signal); }, signalText(signal).constData());
+    }
+
+    // What deleteLater() asked for is as if a script dropped the object: a call may be using it.
+    bool isDropped(const QEvent& event)
+    {
+        const QObject* const address = this;
+        if (event.type() != QEvent::DeferredDelete || !isPythonAlive())
+            return false;
+        const Shiboken::GilState lock;
+        if (!Shiboken::BindingManager::instance().hasWrapper(address))
+            return false;
+        LifeOf<T>::drop(static_cast<T*>(this));
+        return true;
     }
 
     template <class Own, class... A>

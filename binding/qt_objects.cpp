@@ -1,8 +1,11 @@
 // Wrapper objects of library objects that are QObjects: their Qt parents, and destruction in their own thread.
 #include "qt_objects.h"
 
-#include <QAbstractEventDispatcher>
+#include "library_call.h"
+
 #include <QThread>
+#include <memory>
+#include <pyside.h>
 
 namespace binding {
 
@@ -20,14 +23,25 @@ PyObject* wrappersOfParents(const QObject& object)
 
 void destroyQtObject(QObject* object)
 {
+#ifdef PYSIDE_DELETES_QOBJECTS
+    PySide::deleteQObject(object);
+#else
     const Unlocked unlocked;
-    QThread* const thread = object->thread();
-    // A thread that has just been started has no event dispatcher yet; one that Qt did not start is its own object's.
-    if (thread && thread != QThread::currentThread() && thread->isRunning() &&
-        (QAbstractEventDispatcher::instance(thread) || thread->thread() != thread))
+    const QThread* const thread = object->thread();
+    if (thread && thread != QThread::currentThread() && thread->isRunning())
         object->deleteLater();
     else
         delete object;
+#endif
+}
+
+void dropQtObject(QObject* object)
+{
+    LibraryCall::destroyUnused(new QPointer<QObject>(object), [](void* pointer) {
+        const std::unique_ptr<QPointer<QObject>> guard(static_cast<QPointer<QObject>*>(pointer));
+        if (*guard)
+            destroyQtObject(*guard);
+    });
 }
 
 } // namespace binding

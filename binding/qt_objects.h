@@ -2,7 +2,7 @@
 #ifndef BINDING_QT_OBJECTS_H
 #define BINDING_QT_OBJECTS_H
 
-#include <QObject>
+#include <QPointer>
 #include <interpreter_scopes.h>
 
 namespace binding {
@@ -13,6 +13,9 @@ PyObject* wrappersOfParents(const QObject& object);
 // Deletes an object, with the interpreter's lock released, in the thread that it lives in: timers and queued calls must
 // not be pulled from under a thread that is at work on them.
 void destroyQtObject(QObject* object);
+
+// The same once no library call can be using it any more, unless it has died by then.
+void dropQtObject(QObject* object);
 
 } // namespace binding
 

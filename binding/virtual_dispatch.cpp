@@ -11,11 +11,10 @@ void objectDestroyed(const void* object)
 {
     Shiboken::BindingManager& manager = Shiboken::BindingManager::instance();
     // A wrapper object that goes with its library object has left the manager already.
-    if (!manager.retrieveWrapper(object))
+    if (!manager.hasWrapper(object))
         return;
     const Shiboken::GilState lock;
-    if (SbkObject* const wrapper = manager.retrieveWrapper(object))
-        Shiboken::Object::destroy(wrapper, const_cast<void*>(object));
+    Shiboken::Object::destroy(manager.retrieveWrapper(object), const_cast<void*>(object));
 }
 
 OverrideCall::OverrideCall(const void* object, const char* className, const char* method)

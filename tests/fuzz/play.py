@@ -30,7 +30,7 @@ NULLABLE = ("Layer", "LayerGroup", "BezierContour", "XSplineContour", "Parameter
 MISSPELT = 97         # exit status of a program that does not compile
 NOT_TOLD = (
     # end or stop the process, as they should; addresses of nothing
-    "sleep", "msleep", "usleep", "exec_", "wait", "terminate", "dump", "_binding_runtime_tables")
+    "sleep", "msleep", "usleep", "exec_", "run", "wait", "terminate", "dump", "_binding_runtime_tables")
 
 
 class Number(object):

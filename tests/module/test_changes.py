@@ -141,6 +141,25 @@ class Threads(ModuleTest):
         end()
         self.assertEqual(recording.counts("Clip")["alive"], alive - 1)
 
+    def test_what_is_deleted_outlives_the_calls_that_run(self):
+        def check(name, delete, function, code):
+            thing = make(name)
+            alive = recording.counts(name)["alive"]
+            end = self.in_call(function, code, thing)
+            delete(thing)
+            self.assertEqual(recording.counts(name)["alive"], alive)
+            end()
+            del thing
+            self.assertEqual(recording.counts(name)["alive"], alive - 1)
+
+        def later(thing):
+            thing.deleteLater()
+            QtCore.QCoreApplication.sendPostedEvents(thing, QtCore.QEvent.DeferredDelete)
+
+        self.each([("Layer", shiboken.delete, "Layer.remove", "a.remove()"),
+                   ("Clip", shiboken.delete, "Clip.get_id", "a.id"),
+                   ("Project", later, "Project.save", "a.save()")], check)
+
     def test_later_calls_keep_nothing(self):
         first, second = vp.Clip(u"a"), vp.Clip(u"b")
         project = vp.Project(u"f")

@@ -115,6 +115,8 @@ PyObject* entry(PyObject*, PyObject* arguments)
     } catch (const PythonError&) {
     } catch (const std::exception& error) {
         PyErr_Format(PyExc_LookupError, "recording: %s", error.what());
+    } catch (...) {
+        PyErr_SetString(PyExc_LookupError, "recording: no standard exception");
     }
     return nullptr;
 }

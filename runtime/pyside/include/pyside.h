@@ -39,6 +39,12 @@ bool fillQtProperties(PyObject* object, const QMetaObject* metaObject, PyObject*
 // becomes invalid with it. A new reference; None for null. `type` is the type to take when nothing nearer is known.
 PyObject* getWrapperForQObject(QObject* object, SbkObjectType* type);
 
+// The destructor of wrapped QObject classes. Called with the lock, which it lets go of: the object, and what is below
+// it, is deleted in the thread that it lives in. Where that is at work, it is gone for Python at once, and deleted
+// there later. Installed releases have no such function.
+#define PYSIDE_DELETES_QOBJECTS
+void deleteQObject(void* object);
+
 } // namespace PySide
 
 #endif

@@ -31,7 +31,11 @@ class ObjectShim : public QtDispatch<Base>, public ShimPart
 public:
     using QtDispatch<Base>::QtDispatch;
     explicit ObjectShim(const Parent& parent) : ShimPart(parent) {}
-    ~ObjectShim() override { objectDestroyed(static_cast<QObject*>(this)); } // while there is the Python part
+    ~ObjectShim() override
+    {
+        objectDestroyed(static_cast<QObject*>(this)); // while there is the Python part
+        this->setParent(nullptr);                     // which may be among the objects destroyed with it
+    }
 
     const QMetaObject* metaObject() const override
     {

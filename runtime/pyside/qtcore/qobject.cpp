@@ -29,14 +29,48 @@ void setParent(PyObject* self, QObject& object, QObject* parent)
     const Reference parentWrapper(wrapperOf(parent));
     if (!parentWrapper)
         return;
+    if (object.thread() == &object) {
+        PyErr_SetString(PyExc_RuntimeError, "a QThread that lives in itself cannot have a parent");
+        return;
+    }
+    if (object.parent() && !object.parent()->children().contains(&object)) {
+        PyErr_SetString(PyExc_RuntimeError, "a QObject cannot get a parent while another one is told of its loss");
+        return;
+    }
+    // Parents are told, which may run any code.
+    const InUse used(&object);
+    const InUse usedParent(parent);
     {
         const Unlocked unlocked;
         object.setParent(parent);
     }
+    if (isBeingDeleted(&object) || (parent && object.parent() != parent && object.thread() == parent->thread()))
+        return; // somebody told wanted otherwise
     if (object.parent() == parent)
         Shiboken::Object::setParent(parentWrapper.get(), self);
     else
         PyErr_SetString(PyExc_RuntimeError, "a QObject's parent must live in the same thread");
+}
+
+bool isBelow(const QObject& object, const QObject* descendant)
+{
+    return descendant && descendant != &object && isAncestor(object, descendant);
+}
+
+// A thread cannot wait for its own end, so none is ever deleted by what lives in it: one below the object stays behind,
+// without a parent, and is kept.
+void moveToThread(PyObject* self, QObject& object, QThread* thread)
+{
+    if (isBelow(object, thread) && !object.parent() && object.thread() == QThread::currentThread()) {
+        const Reference other(wrapperOf(thread));
+        if (!other)
+            return;
+        setParent(other.get(), *thread, nullptr);
+        Shiboken::Object::keepReference(reinterpret_cast<SbkObject*>(self), "moveToThread", other.get());
+    }
+    const InUse used(&object);
+    const Unlocked unlocked;
+    object.moveToThread(thread);
 }
 
 // A child that neither Python nor another wrapper object owns lives as long as its parent.
@@ -208,7 +242,7 @@ constexpr auto members = memberTable(
     one("killTimer", operation<&QObject::killTimer>), one("blockSignals", operation<&QObject::blockSignals>),
     noArguments("signalsBlocked", operation<&QObject::signalsBlocked>),
     noArguments("deleteLater", operation<&QObject::deleteLater>), one("inherits", operation<&inherits>),
-    noArguments("thread", operation<&QObject::thread>), one("moveToThread", operation<&QObject::moveToThread>),
+    noArguments("thread", operation<&QObject::thread>), one("moveToThread", lockedOperation<&moveToThread>),
     noArguments("isWidgetType", operation<&QObject::isWidgetType>), noArguments("sender", operation<&sender>),
     one("receivers", operation<&receivers>),
     keywords("tr", operation<&tr>, optional<NoBytes>("disambiguation"), optional<MinusOne>("n")),

@@ -3,6 +3,7 @@
 #define QT_TYPES_H
 
 #include "object_life.h"
+#include "pyside.h"
 #include "python_scopes.h"
 #include "qobject_wrappers.h"
 

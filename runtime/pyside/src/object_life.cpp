@@ -2,13 +2,13 @@
 // QObject's destruction, and unlike a dynamic property or a child no script sees it.
 #include "object_life.h"
 
+#include "pyside.h"
 #include "qobject_wrappers.h"
 #include "signal_hub.h"
 
 #include <QAbstractEventDispatcher>
 #include <QThread>
 #include <algorithm>
-#include <list>
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations" // user data, which Qt 6 will not have
 
@@ -39,11 +39,15 @@ private:
 
 typedef std::vector<QPointer<QObject>> Family;
 
-// The objects that isBeingDeleted() is asked about. Guarded by the lock; never destroyed, as objects may outlive it.
+// Guarded by the lock; never destroyed, as objects may outlive it.
 struct Deletions
 {
-    std::list<Family> running; // an entry for each call that deletes
-    Family posted;             // to other threads
+    // What isBeingDeleted() is asked about: what is being deleted, an entry for each call, and what will be.
+    std::list<Family> running;
+    Family posted;
+
+    std::list<QPointer<QObject>> used; // an entry for each InUse
+    Family waiting;                    // for the end of those
 
     static Deletions& all()
     {
@@ -77,6 +81,16 @@ bool isAtWorkElsewhere(const QObject* object)
            (QAbstractEventDispatcher::instance(thread) || thread->thread() != thread);
 }
 
+// Nobody asks Python before they are deleted: for Python they are gone now.
+void forget(const Family& family)
+{
+    Family& posted = Deletions::all().posted;
+    posted.erase(std::remove(posted.begin(), posted.end(), nullptr), posted.end());
+    posted.insert(posted.end(), family.begin(), family.end());
+    for (const QPointer<QObject>& each : family)
+        Shiboken::Object::destroy(Shiboken::BindingManager::instance().retrieveWrapper(each), each);
+}
+
 uint slot()
 {
     static const uint slot = QObject::registerUserData();
@@ -106,20 +120,40 @@ ObjectLife& ObjectLife::of(QObject* object)
 void deleteQObject(void* address)
 {
     QObject* const object = static_cast<QObject*>(address);
+    const QPointer<QObject> guard = object;
     Deletions& all = Deletions::all();
-    if (isAtWorkElsewhere(object)) {
-        all.posted.erase(std::remove(all.posted.begin(), all.posted.end(), nullptr), all.posted.end());
-        all.posted.push_back(guarded(object));
-        object->deleteLater();
-        return;
+    Family family;
+    collectFamily(object, family);
+    if (std::any_of(all.used.begin(), all.used.end(),
+                    [&](const auto& used) { return used && contains(family, used); })) {
+        all.waiting.push_back(guard);
+        return forget(family);
     }
-    const auto own = all.running.emplace(all.running.end());
-    collectFamily(object, *own);
+    // A thread cannot wait for its own end either.
+    if (isAtWorkElsewhere(object) || contains(family, QThread::currentThread())) {
+        forget(family);
+        return guard ? guard->deleteLater() : void();
+    }
+    const auto own = all.running.insert(all.running.end(), std::move(family));
     {
         const Unlocked unlocked;
         delete object;
     }
     all.running.erase(own);
+}
+
+InUse::InUse(QObject* object) : m_place(Deletions::all().used.insert(Deletions::all().used.end(), guarded(object))) {}
+
+InUse::~InUse()
+{
+    Deletions& all = Deletions::all();
+    all.used.erase(m_place);
+    if (!all.used.empty())
+        return;
+    const Family waiting = std::exchange(all.waiting, {});
+    for (const QPointer<QObject>& each : waiting)
+        if (each)
+            each->deleteLater();
 }
 
 bool isBeingDeleted(const QObject* object)

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <list>
 #include <memory>
 #include <vector>
 
@@ -30,12 +31,22 @@ public:
     std::unique_ptr<SignalHub> hub; // null while nothing of Python is connected
 };
 
-// The destructor of QObject classes. Called with the lock, and lets go of it: the object and what is below it are
-// deleted in the thread that they live in.
-void deleteQObject(void* object);
-
 // Whether the object, or one above it, is being deleted for Python, by a thread that does not hold the lock meanwhile.
 bool isBeingDeleted(const QObject* object);
+
+// While it lives the object, which may be null, is not deleted at once, for Qt goes on using it after it has told
+// others.
+class InUse
+{
+public:
+    explicit InUse(QObject* object);
+    ~InUse();
+    InUse(const InUse&) = delete;
+    InUse& operator=(const InUse&) = delete;
+
+private:
+    const std::list<QPointer<QObject>>::iterator m_place;
+};
 
 // Lets other threads run Python, which keep their hands off an object meanwhile: its wrapper object and those of its
 // ancestors live at least as long as this. The object may be null.

@@ -36,7 +36,8 @@ struct SbkObjectPrivate
     bool isValid;
     bool hasCppWrapper; ///< the C++ object is an instance of the module's subclass and reports its own death
     bool wasCreatedByPython;
-    bool isHeld; ///< the runtime itself holds a reference until the C++ object dies
+    bool isDeleted; ///< by a script, while a call may be using the C++ object, which goes with the wrapper object
+    bool isHeld;    ///< the runtime itself holds a reference until the C++ object dies
 };
 
 /// A wrapper object.

@@ -27,7 +27,7 @@ public:
     /// Looking up an address needs no interpreter lock. Without it the answer may be out of date when it is looked at:
     /// it is good for Object::destroy, which looks again, and for nothing else.
     bool hasWrapper(const void* cptr);
-    /// Borrowed, or null.
+    /// Borrowed, or null, also for a wrapper that is being freed.
     SbkObject* retrieveWrapper(const void* cptr);
 
     /// Enters an object under its address and those of its base parts. An object that Python owns is a new one: what

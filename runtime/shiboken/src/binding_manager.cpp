@@ -64,12 +64,21 @@ SbkObjectType* mostDerived(void** cppObject, SbkObjectType* type, SbkObjectType*
 
 } // namespace
 
+namespace {
+
+/// Its last reference is gone. It stays entered, for the sake of C++ objects that die in the meantime, and is not found
+/// any more.
+bool isBeingFreed(SbkObject* wrapper) { return Py_REFCNT(wrapper) <= 0; }
+
+} // namespace
+
 struct BindingManager::BindingManagerPrivate
 {
     BriefLock lock;
     AddressMap wrappers;
 
-    /// A wrapper that owns takes the place of one that is there: that one's C++ object must be dead.
+    /// A wrapper that owns takes the place of one that is there: that one's C++ object must be dead. One that does not
+    /// own comes too late for an object whose own wrapper is being freed, and will delete it.
     void enter(void* address, SbkObject* wrapper)
     {
         SbkObject* known;
@@ -77,9 +86,16 @@ struct BindingManager::BindingManagerPrivate
             const std::lock_guard<BriefLock> guard(lock);
             known = wrappers.enter(address, wrapper);
         }
-        if (!known || known == wrapper || !wrapper->d.hasOwnership)
+        if (!known || known == wrapper)
             return;
-        forgetCppObject(known, address);
+        if (!wrapper->d.hasOwnership) {
+            wrapper->d.isValid = !isBeingFreed(known);
+            return;
+        }
+        if (isBeingFreed(known))
+            forgetAddress(address);
+        else
+            forgetCppObject(known, address);
         const std::lock_guard<BriefLock> guard(lock);
         wrappers.set(address, wrapper);
     }
@@ -107,12 +123,17 @@ BindingManager& BindingManager::instance()
     return *manager;
 }
 
-bool BindingManager::hasWrapper(const void* cptr) { return retrieveWrapper(cptr); }
+bool BindingManager::hasWrapper(const void* cptr)
+{
+    const std::lock_guard<BriefLock> guard(m_d->lock);
+    return m_d->wrappers.find(cptr);
+}
 
 SbkObject* BindingManager::retrieveWrapper(const void* cptr)
 {
     const std::lock_guard<BriefLock> guard(m_d->lock);
-    return m_d->wrappers.find(cptr);
+    SbkObject* const wrapper = m_d->wrappers.find(cptr);
+    return wrapper && !isBeingFreed(wrapper) ? wrapper : nullptr;
 }
 
 void BindingManager::registerWrapper(SbkObject* pyObj, void* cptr)
@@ -191,6 +212,12 @@ void forgetAddress(void* cppObject)
     SbkObject* const wrapper = manager.m_d->wrappers.find(cppObject);
     if (!wrapper)
         return;
+    for (std::size_t part = 0; part < partCount(wrapper); ++part) {
+        if (cppObjectAt(wrapper, part) != cppObject)
+            continue;
+        forEachAddress(wrapper, part, [&](void* address) { manager.m_d->wrappers.erase(address, wrapper); });
+        setCppObjectAt(wrapper, part, nullptr);
+    }
     wrapper->d.isValid = false;
     manager.m_d->wrappers.erase(cppObject, wrapper);
 }
@@ -213,7 +240,7 @@ std::set<PyObject*> BindingManager::getAllPyObjects()
     std::set<PyObject*> objects;
     const std::lock_guard<BriefLock> guard(m_d->lock);
     for (const AddressMap::Entry& entry : m_d->wrappers.entries()) {
-        if (entry.address)
+        if (entry.address && !isBeingFreed(entry.wrapper))
             objects.insert(asObject(entry.wrapper));
     }
     return objects;

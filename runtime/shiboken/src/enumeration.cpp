@@ -96,6 +96,18 @@ PyObject* reduceItem(PyObject* item, PyObject*)
     return Py_BuildValue("(O(OO))", getAttribute, scope ? scope : Py_TYPE(item), nameOf(item));
 }
 
+/// The same for the types of items: a scoped one is an attribute of its scope.
+PyObject* reduceType(PyObject*, PyObject* type)
+{
+    PyTypeObject* const scope = dataOf(reinterpret_cast<PyTypeObject*>(type)).scope;
+    const AutoDecRef name(PyObject_GetAttrString(type, "__name__"));
+    if (name.isNull() || !scope) {
+        Py_XINCREF(name.object());
+        return name.object();
+    }
+    return Py_BuildValue("(O(OO))", PyDict_GetItemString(PyEval_GetBuiltins(), "getattr"), scope, name.object());
+}
+
 PyObject* createItem(PyTypeObject* enumType, PyObject* arguments, PyObject*)
 {
     long value = 0;
@@ -311,6 +323,18 @@ bool createItemIn(Scope* scope, PyTypeObject* enumType, const char* itemName, lo
 }
 
 } // namespace
+
+bool registerForPickle()
+{
+    static PyMethodDef definition = {"_reduce_enumeration", &reduceType, METH_O, nullptr};
+    const AutoDecRef function(PyCFunction_New(&definition, nullptr));
+    const AutoDecRef module(PyImport_ImportModule("copy_reg"));
+    const AutoDecRef done(function.isNull() || module.isNull()
+                              ? nullptr
+                              : PyObject_CallMethod(module, const_cast<char*>("pickle"), const_cast<char*>("OO"),
+                                                    &SbkEnumType_Type, function.object()));
+    return !done.isNull();
+}
 
 PyTypeObject* newTypeWithName(const char* name, const char* cppName) { return createType(name, cppName, nullptr); }
 

@@ -235,17 +235,13 @@ void makeValid(SbkObject* object)
 
 void destroy(SbkObject* object, void* cppData)
 {
-    if (!object)
+    if (!object && !BindingManager::instance().hasWrapper(cppData))
         return;
     const GilState lock;
-    if (!GilState::isHeld()) {
-        forgetAddress(cppData);
-        return;
-    }
     // Until the lock was there the wrapper may have gone, and its place in memory may be another object's.
-    SbkObject* const current = BindingManager::instance().retrieveWrapper(cppData);
+    SbkObject* const current = GilState::isHeld() ? BindingManager::instance().retrieveWrapper(cppData) : nullptr;
     if (!current)
-        return;
+        return forgetAddress(cppData);
     const ErrorSaver errors;
     forgetCppObject(current, cppData);
 }

@@ -111,11 +111,18 @@ inline void setCppObjectAt(SbkObject* object, std::size_t part, void* cppObject)
 
 /// The C++ object of the given address is dead: the object's wrapper becomes invalid, and everybody lets go of it.
 void forgetCppObject(SbkObject* object, void* cppObject);
-/// For a thread that cannot have the interpreter lock any more, because the interpreter ends: all that it can leave
-/// behind is that nothing is entered at the address, and that the wrapper which was is invalid.
+/// The same for a wrapper object that is being freed, and in a thread that cannot have the interpreter lock any more,
+/// because the interpreter ends: the wrapper object becomes invalid, and nothing is entered at the address.
 void forgetAddress(void* cppObject);
 /// Lets go of parent, children and kept objects. Children become invalid, but for those that report their own death.
 void leaveFamily(SbkObject* object);
+
+namespace Enum {
+
+/// Tells pickle how to find the types of enumerations. False with an error.
+bool registerForPickle();
+
+} // namespace Enum
 
 /// A pending error is put away for a scope in which destructors may run Python code.
 class ErrorSaver

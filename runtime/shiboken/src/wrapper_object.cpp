@@ -116,20 +116,23 @@ private:
     std::vector<Owned> m_others;
 };
 
+/// Objects that are copied for C++. A call may be using one, and holds its wrapper object, but nothing looks at the
+/// time of its end: the C++ object goes with the wrapper object.
+bool isValue(SbkObject* object)
+{
+    const SbkConverter* const converter = typeOf(object)->d->converter;
+    return partCount(object) == 1 && converter && converter->copyToPython;
+}
+
 /// Whether Python has to delete the C++ objects.
 bool ownsLivingObject(SbkObject* self)
 {
-    if (!self->d.hasOwnership)
-        return false;
-    // An object that another thread deletes while the interpreter ends can say so only by leaving its address.
-    if (!Py_IsInitialized() && !BindingManager::instance().hasWrapper(cppObjectAt(self, 0)))
-        return false;
     // Of several C++ objects some may be left when one of them has died.
-    return self->d.isValid || partCount(self) > 1;
+    return self->d.hasOwnership && (self->d.isValid || self->d.isDeleted || partCount(self) > 1);
 }
 
-/// First nothing finds the wrapper object any more, then Python code hears of its end, and last its C++ objects go:
-/// what runs in between can neither bring it back nor reach them.
+/// Without references nothing finds the wrapper object any more. Python code hears of its end before its C++ objects
+/// go: what that code destroys of them leaves the wrapper object here too.
 void deallocate(PyObject* object, bool mayDestroy)
 {
     SbkObject* const self = reinterpret_cast<SbkObject*>(object);
@@ -137,14 +140,13 @@ void deallocate(PyObject* object, bool mayDestroy)
     assert(!self->d.isHeld && !(self->d.extra && self->d.extra->parent));
     PyObject_GC_UnTrack(object);
     const ErrorSaver errors;
-    const bool isOwner = mayDestroy && ownsLivingObject(self);
-    const OwnedObjects owned(self);
-    BindingManager::instance().releaseWrapper(self);
-    self->d.isValid = false;
     if (self->weakreflist)
         PyObject_ClearWeakRefs(object);
     leaveFamily(self);
     Py_CLEAR(self->ob_dict);
+    const bool isOwner = mayDestroy && ownsLivingObject(self);
+    const OwnedObjects owned(self);
+    BindingManager::instance().releaseWrapper(self);
     delete self->d.extra;
     self->d.extra = nullptr;
     if (isOwner)
@@ -225,6 +227,8 @@ void init()
         if (PyType_Ready(type) < 0)
             Py_FatalError("cannot start the binding runtime");
     }
+    if (!Enum::registerForPickle())
+        PyErr_Print();
     Conversions::registerPrimitiveConverters();
     isReady = true;
 }
@@ -293,6 +297,13 @@ void callCppDestructors(SbkObject* object)
     const AutoDecRef guard(asObject(object));
     Py_INCREF(object);
     const ErrorSaver errors;
+    leaveFamily(object); // may run Python code, which may delete it too
+    if (isValue(object)) {
+        BindingManager::instance().releaseWrapper(object);
+        object->d.isValid = false;
+        object->d.isDeleted = true;
+        return;
+    }
     const OwnedObjects owned(object);
     for (void* cppObject : cppPointers(object)) {
         if (cppObject)

@@ -35,6 +35,42 @@ class Lives(Case):
         del o
         self.assertEqual((alive(), shiboken.isValid(got[0]), holder.property('it')), (None, False, None))
 
+    def test_nothing_finds_an_object_that_is_being_freed(self):
+        class Looking(object):
+            def __del__(self):
+                found.append(shiboken.isValid(child) and child.parent())
+
+        for depth in range(45, 55):  # at one of them the interpreter puts the parent aside, and frees it last
+            found, parent = [], Own()
+            child = Own(parent)
+            for _ in range(depth):
+                parent = (Looking(), parent)
+            del parent
+            self.assertEqual(len(found), depth)
+            self.assertEqual(set(shiboken.isValid(o) for o in found if o) - set([shiboken.isValid(child)]), set())
+
+    def test_what_runs_while_an_object_is_freed_may_delete_it(self):
+        gone = []
+        for _ in range(2):
+            o = Own()
+            o.destroyed.connect(lambda: gone.append(1))
+            o.deleteLater()
+            kept = weakref.ref(o, lambda _: application.sendPostedEvents(None, 52))
+            del o
+        self.assertEqual(gone, [1, 1])
+
+    def test_who_is_told_of_a_new_parent_may_delete_both(self):
+        class Parent(QtCore.QObject):
+            def childEvent(self, event):
+                while dying:
+                    shiboken.delete(dying.pop())
+
+        for both in (False, True):
+            parent, child = Parent(), Own()
+            dying = [parent, child] if both else [parent]
+            child.setParent(parent)
+            self.assertEqual((shiboken.isValid(parent), shiboken.isValid(child)), (False, False))
+
     def test_dying_child_is_not_listed(self):
         parent, got = Own(), []
         children = [Own(parent) for _ in range(3)]

@@ -158,6 +158,55 @@ f.wait()
         self.assertEqual(application.exec_(), 0)
         QtCore.QThread.msleep(1)
 
+    def test_what_lives_in_another_thread_is_gone_at_once(self):
+        thread, parent = QtCore.QThread(), QtCore.QObject()
+        child, gone = QtCore.QTimer(parent), []
+        for o in (parent, child):
+            o.destroyed.connect(lambda: gone.append(here() != main), QtCore.Qt.DirectConnection)
+        main, emit = here(), child.timeout.emit
+        parent.moveToThread(thread)
+        thread.start()
+        shiboken.delete(parent)
+        self.assertDeleted('PySide.QtCore.QTimer', child.objectName)
+        self.assertDeleted('PySide.QtCore.QTimer', emit)
+        wait_until(lambda: len(gone) == 2)
+        self.assertEqual(gone, [True, True])
+
+    def test_no_thread_is_deleted_by_what_lives_in_it(self):
+        class Worker(QtCore.QObject): pass
+        for delete in (Worker.deleteLater, shiboken.delete):
+            worker, gone = Worker(), []
+            thread = QtCore.QThread(worker)
+            thread.start()
+            thread.destroyed.connect(lambda: gone.append(here()), QtCore.Qt.DirectConnection)
+            worker.moveToThread(thread)
+            self.assertEqual((thread.parent(), worker.thread()), (None, thread))
+            del thread
+            delete(worker)
+            del worker
+            wait_until(lambda: gone)
+            self.assertEqual(gone, [here()])
+        thread = QtCore.QThread()
+        thread.start()
+        worker = QtCore.QObject()
+        for o in (worker, thread):
+            o.moveToThread(thread)
+        self.assertFails(RuntimeError, 'a QThread that lives in itself cannot have a parent', thread.setParent, worker)
+
+    def test_a_thread_may_drop_itself(self):
+        self.assertEqual(run('''
+from PySide import QtCore
+class Own(QtCore.QThread):
+    def run(self):
+        threads.pop()
+        done.append(1)
+threads, done = [Own()], []
+threads[0].finished.connect(lambda: done.append(2), QtCore.Qt.DirectConnection)
+threads[0].start()
+while len(done) < 2: QtCore.QThread.msleep(1)
+print done
+'''), (0, '[1, 2]\n', ''))
+
     def test_a_thread_that_lives_in_itself_ends_elsewhere(self):
         thread, gone = QtCore.QThread(), []
         thread.destroyed.connect(lambda: gone.append(here()), QtCore.Qt.DirectConnection)

@@ -95,15 +95,18 @@ class Items(Case):
         self.assertEqual(None < ShadeDark, not ShadeDark < None)
 
     def test_copies_keep_the_value(self):
-        for item in (ShadeDark, Shade(7)):
+        level = probe.Node.Level
+        for item in (ShadeDark, Shade(7), level.LevelOne, level(77)):
             self.assertIs(copy.copy(item), item)
             self.assertIs(copy.deepcopy([item])[0], item)
             for module in (pickle, cPickle):
                 for protocol in (0, 1, 2):
                     duplicate = module.loads(module.dumps(item, protocol))
-                    self.assertEqual((type(duplicate), int(duplicate), duplicate.name), (Shade, int(item), item.name))
+                    self.assertEqual((type(duplicate), int(duplicate), duplicate.name), (type(item), int(item), item.name))
                     self.assertTrue(duplicate is item or not item.name)
-        self.assertIs(pickle.loads(pickle.dumps(Shade)), Shade)
+        for kind in (Shade, level):
+            self.assertIs(pickle.loads(pickle.dumps(kind)), kind)
+            self.assertIs(copy.copy(kind), kind)
 
     def test_every_holder_has_its_reference(self):
         # The module and the interpreter's copy of it, the type, its values and the runtime, the import above, the call.
