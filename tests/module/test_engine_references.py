@@ -14,8 +14,8 @@ from PySide import QtCore
 import vireo.project as vp
 from surface import CLASSES, COPY
 
-ROUNDS, SLOW_ROUNDS = 60, 30
-NOISE = 20  # of the counting itself
+ROUNDS, SLOW_ROUNDS = 25, 12
+NOISE = 10  # of the counting itself
 SLOW = ("render", "track_layers", "export", "export_rendered_shapes", "save", "save_as")
 ENDS = {"__exit__": "(None, None, None)"}
 FITTING = {

@@ -181,6 +181,8 @@ class Kept(Case):
         three = keep('b')
         four = keep('a')
         self.assertEqual([bool(each()) for each in (one, two, three, four)], [False, False, True, True])
+        probe.removeReference(node, 'b', four())  # kept under another key
+        self.assertEqual([bool(each()) for each in (three, four)], [True, True])
         probe.removeReference(node, 'b', three())
         probe.removeReference(node, 'b', None)
         probe.keepReference(node, 'a', None)
