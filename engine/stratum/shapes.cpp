@@ -57,12 +57,6 @@ ContourModel& PointModel::contourModel() const { return static_cast<ContourModel
 
 bool PointModel::present() const { return m_present.load(std::memory_order_acquire) && contourModel().present(); }
 
-void PointModel::requirePresent() const
-{
-    if (!present() || !contourModel().manager().isOpen())
-        throwInvalidObject();
-}
-
 void PointModel::requireWritable() const { contourModel().requireWritable(); }
 
 PointModel::Links& PointModel::makeLinks()
@@ -175,12 +169,6 @@ ContourModel::ContourModel(LayerModel& layer, int type, unsigned int id) : Conto
 }
 
 ContourModel::~ContourModel() = default;
-
-void ContourModel::requirePresent() const
-{
-    if (!present() || !manager().isOpen())
-        throwInvalidObject();
-}
 
 PointModel* ContourModel::find(unsigned int id) const { return withId(allPoints, id); }
 

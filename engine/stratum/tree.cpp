@@ -14,12 +14,6 @@ TreeItem::TreeItem(Model& project, unsigned int id, std::uint32_t weight)
     : OrderedItem(weight), m_project(project), m_id(id)
 {}
 
-void TreeItem::requirePresent() const
-{
-    if (!present() || !manager().isOpen())
-        throwInvalidObject();
-}
-
 LayerModel::LayerModel(Model& project, unsigned int id) : TreeItem(project, id, 1) {}
 LayerModel::~LayerModel() = default;
 GroupModel::GroupModel(Model& project, unsigned int id) : TreeItem(project, id, 0) {}
@@ -60,9 +54,9 @@ void LayerModel::setTrackedWith(LayerModel* followed)
     m_trackedWith = followed;
 }
 
-LayerModel& LayerModel::trackSource()
+const LayerModel& LayerModel::trackSource() const
 {
-    LayerModel* source = this;
+    const LayerModel* source = this;
     while (source->trackedWith())
         source = source->trackedWith();
     return *source;
@@ -104,7 +98,7 @@ Corners LayerModel::corners(double time, int view) const
     return corners;
 }
 
-Lum_Matrix33 LayerModel::transform(double time, int view)
+Lum_Matrix33 LayerModel::transform(double time, int view) const
 {
     const LayerModel& source = trackSource();
     if (!source.tracked(view) && !source.tracked(project().settings.heroView))

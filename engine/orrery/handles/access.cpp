@@ -16,10 +16,8 @@ namespace {
 boost::shared_ptr<Knob::ParameterSet> nodeAt(Knob::Branch& branch, STRM_ProjectManager& manager,
                                              const QStringList& path)
 {
-    const Stratum::Exclusive lock(manager); // the nodes are made when they are first asked for
-    if (!branch.present())
-        Stratum::throwInvalidObject();
-    return branch.rootNode()->descendant(path);
+    const Stratum::Exclusive model(manager); // the nodes are made when they are first asked for
+    return model.of(branch).rootNode()->descendant(path);
 }
 
 } // namespace

@@ -21,9 +21,8 @@ template <class Point>
 Point pointAt(const EngineContour& contour, unsigned int index)
 {
     Stratum::ContourModel& model = Stratum::model(*contour);
-    const Stratum::Reading lock(model.manager());
-    model.requirePresent();
-    Stratum::PointModel* const point = model.points.at(index);
+    const Stratum::Reading reading(model.manager());
+    Stratum::PointModel* const point = reading.of(model).points.at(index);
     return point ? handleOf<Point>(*point) : Point();
 }
 
@@ -31,8 +30,8 @@ template <class Point>
 QVector<Point> pointsOf(const EngineContour& contour)
 {
     Stratum::ContourModel& model = Stratum::model(*contour);
-    const Stratum::Reading lock(model.manager());
-    model.requirePresent();
+    const Stratum::Reading reading(model.manager());
+    reading.of(model);
     QVector<Point> points;
     points.reserve(static_cast<int>(model.points.size()));
     for (Stratum::PointModel& point : model.points)
@@ -46,9 +45,8 @@ QList<float> boundsOf(const EngineContour& contour, float time, const View& view
     Stratum::ContourModel& model = Stratum::model(*contour);
     Stratum::Curve curve;
     {
-        const Stratum::Reading lock(model.manager());
-        model.requirePresent();
-        curve = model.curve(at, resolveView(model.project(), view));
+        const Stratum::Reading reading(model.manager());
+        curve = reading.of(model).curve(at, resolveView(*reading, view));
     }
     const Stratum::Bounds box = Stratum::bounds(curve);
     QList<float> rectangle;
@@ -66,9 +64,8 @@ Point insert(const EngineContour& contour, float time, const Record& record, uns
     Stratum::ContourModel& model = Stratum::model(*contour);
     Stratum::checkPointValues(model.type(), values);
     Stratum::Edit edit(model.manager());
-    model.requirePresent();
-    model.requireWritable();
-    const int id = resolveView(model.project(), view);
+    edit.writable(model);
+    const int id = resolveView(*edit, view);
     const Point point = handleOf<Point>(Stratum::insertPoint(edit, model, values, index, at, id));
     edit.commit();
     return point;
@@ -78,9 +75,7 @@ void removeContour(const EngineContour& contour)
 {
     Stratum::ContourModel& model = Stratum::model(*contour);
     Stratum::Edit edit(model.manager());
-    model.requirePresent();
-    model.requireWritable();
-    Stratum::removeContour(edit, model);
+    Stratum::removeContour(edit, edit.writable(model));
     edit.commit();
 }
 

@@ -16,11 +16,9 @@ Record readPoint(const EnginePoint& point, float time, const View& view)
 {
     const double at = requireTime(time);
     Stratum::PointModel& model = Stratum::model(*point);
-    STRM_ProjectManager& manager = model.contourModel().manager();
     Record record;
-    const Stratum::Reading lock(manager);
-    model.requirePresent();
-    write(model.state(at, resolveView(*lock, view)), record);
+    const Stratum::Reading reading(model.contourModel().manager());
+    write(reading.of(model).state(at, resolveView(*reading, view)), record);
     return record;
 }
 
@@ -31,11 +29,8 @@ void writePoint(const EnginePoint& point, float time, const Record& record, cons
     const Stratum::PointValues values = valuesOf(record);
     Stratum::PointModel& model = Stratum::model(*point);
     Stratum::checkPointValues(model.contourModel().type(), values);
-    STRM_ProjectManager& manager = model.contourModel().manager();
-    Stratum::Edit edit(manager);
-    model.requirePresent();
-    model.requireWritable();
-    Stratum::writePoint(edit, model, values, whole, at, resolveView(*edit, view));
+    Stratum::Edit edit(model.contourModel().manager());
+    Stratum::writePoint(edit, edit.writable(model), values, whole, at, resolveView(*edit, view));
     edit.commit();
 }
 
@@ -43,9 +38,7 @@ void removePoint(const EnginePoint& point)
 {
     Stratum::PointModel& model = Stratum::model(*point);
     Stratum::Edit edit(model.contourModel().manager());
-    model.requirePresent();
-    model.requireWritable();
-    Stratum::removePoint(edit, model);
+    Stratum::removePoint(edit, edit.writable(model));
     edit.commit();
 }
 

@@ -35,9 +35,8 @@ boost::shared_ptr<Stratum::Contour> addContour(const boost::shared_ptr<STRM_Laye
     }
     Stratum::LayerModel& model = Stratum::model(*layer);
     Stratum::Edit edit(model.manager());
-    model.requirePresent();
-    model.requireUnlocked();
-    const int id = resolveView(model.project(), view);
+    edit.of(model).requireUnlocked();
+    const int id = resolveView(*edit, view);
     const auto contour = Stratum::addContour(edit, model, type, points, at, id).shared_from_this();
     edit.commit();
     return contour;
@@ -123,7 +122,7 @@ void Layer::set_link_to_track(const boost::optional<Layer>& layer)
         requireSameProject("link_to_track", *other, model.manager());
     ItemEdit edit(model);
     if (other)
-        other->requirePresent();
+        edit.of(*other);
     Stratum::linkToTrack(edit, model, other);
     edit.commit();
 }

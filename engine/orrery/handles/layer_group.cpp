@@ -28,7 +28,7 @@ void moveInto(LayerGroup* group, Stratum::LayerModel& layer, unsigned int index)
         requireSameProject("group", *target, layer.manager());
     ItemEdit edit(layer);
     if (target)
-        target->requirePresent();
+        edit.of(*target);
     Stratum::moveLayer(edit, layer, target, index);
     edit.commit();
 }

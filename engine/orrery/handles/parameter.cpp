@@ -48,12 +48,6 @@ void collect(Knob::Branch& branch, std::set<ViewAndTime>& keys)
     }
 }
 
-void requirePresent(const Knob::ParameterSet& node)
-{
-    if (!node.present())
-        Stratum::throwInvalidObject();
-}
-
 // A node with its project's lock held; throws for one that was removed meanwhile.
 class LockedNode
 {
@@ -61,7 +55,7 @@ public:
     LockedNode(boost::shared_ptr<Knob::ParameterSet> node, const boost::weak_ptr<STRM_ProjectManager>& manager)
         : m_manager(openManager(manager)), m_node(std::move(node)), m_lock(*m_manager)
     {
-        requirePresent(*m_node);
+        m_lock.of(*m_node);
     }
     Knob::ParameterSet* operator->() const { return m_node.get(); }
     const boost::shared_ptr<STRM_ProjectManager>& manager() const { return m_manager; }
@@ -92,10 +86,9 @@ QVariant Parameter::get(double time, View view)
     const double at = requireTime(time);
     Knob::Value value;
     {
-        const Stratum::Reading lock(*manager);
-        requirePresent(*node);
-        value = node->animation().at(at, resolveView(*lock, view), lock->settings.heroView,
-                                     node->description().interpolated());
+        const Stratum::Reading reading(*manager);
+        value = reading.of(*node).animation().at(at, resolveView(*reading, view), reading->settings.heroView,
+                                                 node->description().interpolated());
     }
     return toVariant(node->description(), value);
 }
@@ -112,15 +105,13 @@ void Parameter::set(const QVariant& value, double time, View view)
         raise<STRM_BadState>(QString::fromLatin1("%1 cannot be changed").arg(QString::fromLatin1(description.name)));
 
     Stratum::Edit edit(*manager);
-    requirePresent(*node);
-    node->branch().requireWritable();
+    Knob::Animation& animation = edit.writable(*node).animation();
     const int id = resolveView(*edit, view);
-    const Knob::Animation& animation = node->animation();
     const Knob::Key* key = animation.key(at, id);
     const bool asBefore =
         Knob::isUnanimated(at) ? animation.rest() == next && !animation.animated(id) : key && key->value == next;
     if (!asBefore)
-        Stratum::setValue(edit, node->animation(), next, at, id);
+        Stratum::setValue(edit, animation, next, at, id);
     edit.commit();
 }
 
@@ -130,15 +121,14 @@ void Parameter::delete_keyframe(double time, View view)
     const boost::shared_ptr<Knob::ParameterSet> node = handledObject();
     const double at = requireTime(time);
     Stratum::Edit edit(*manager);
-    requirePresent(*node);
-    node->branch().requireWritable();
+    Knob::Animation& animation = edit.writable(*node).animation();
     const int id = resolveView(*edit, view);
-    if (!node->animation().key(at, id))
+    if (!animation.key(at, id))
         raise<STRM_OutOfRange>(QString::fromLatin1("%1 has no keyframe at time %2 in view %3")
                                    .arg(QString::fromLatin1(node->description().name))
                                    .arg(time)
                                    .arg(id));
-    Stratum::removeKey(edit, node->animation(), at, id);
+    Stratum::removeKey(edit, animation, at, id);
     edit.commit();
 }
 

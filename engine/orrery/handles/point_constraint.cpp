@@ -19,10 +19,9 @@ void setPointConstraint(boost::shared_ptr<Stratum::ControlPoint> master, boost::
     const double time = requireTime(context.time);
 
     Stratum::Edit edit(*manager);
-    follower.requirePresent();
-    follower.requireWritable();
+    edit.writable(follower);
     if (followed)
-        followed->requirePresent();
+        edit.of(*followed);
     edit->resolveView(context.viewId);
     Stratum::setMaster(edit, follower, followed, time, lock_tangents);
     edit.commit();

@@ -43,7 +43,7 @@ LayerGroup Project::add_group(const QString& name, QVector<Layer> layers)
     }
     Stratum::Edit edit(manager);
     for (const auto& member : members)
-        Stratum::model(*member).requirePresent();
+        edit.of(Stratum::model(*member));
     Stratum::GroupModel& group = *edit->makeGroup();
     group.name = name;
     Stratum::addGroup(edit, group);

@@ -157,13 +157,15 @@ public:
     // A leaf: one value. Anything else is a set.
     bool isParameter() const { return m_target.animation; }
     bool present() const { return m_branch->present(); }
+    void requireWritable() const { m_branch->requireWritable(); }
     QStringList path() const;
     QString displayName() const;
     QString scriptName() const;
 
     // The branch that holds the value, or that the set stands for.
     Branch& branch() const { return *m_branch; }
-    Animation& animation() const { return *m_target.animation; }
+    Animation& animation() { return *m_target.animation; }
+    const Animation& animation() const { return *m_target.animation; }
     const Description& description() const { return *m_target.description; }
 
     // What handles on parameters and sets compare and hash by.

@@ -11,6 +11,7 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
+#include <cassert>
 #include <engine/stratum/history.h>
 #include <engine/stratum/model_lock.h>
 #include <engine/stratum/settings.h>
@@ -146,6 +147,14 @@ protected:
     ~Guard();
     Model& model() const { return m_model; }
     bool holds() const { return m_lock; }
+    template <class Object>
+    Object& present(Object& object) const
+    {
+        assert(holds());
+        if (!object.present() || !m_model.manager().isOpen())
+            throwInvalidObject();
+        return object;
+    }
     void release() VIREO_UNCHECKED;
 
 private:
@@ -153,13 +162,19 @@ private:
     ModelLock* m_lock;
 };
 
-// For a read.
+// For a read. Objects of the model are had from it (and from an edit) with of(): STRM_BadState "Invalid object" for one
+// that was removed.
 class Reading : public Guard
 {
 public:
     explicit Reading(STRM_ProjectManager& manager) : Guard(manager) {}
     const Model& operator*() const { return model(); }
     const Model* operator->() const { return &model(); }
+    template <class Object>
+    const Object& of(Object& object) const
+    {
+        return present(object);
+    }
 };
 
 // For what is not undone: loading, transactions of the history itself, forgetting what somebody else destroyed, and
@@ -170,6 +185,11 @@ public:
     explicit Exclusive(STRM_ProjectManager& manager) : Guard(manager) {}
     Model& operator*() const { return model(); }
     Model* operator->() const { return &model(); }
+    template <class Object>
+    Object& of(Object& object) const
+    {
+        return present(object);
+    }
 };
 
 // Holds the model lock for a change, which may be of many parts and is made as a whole: what was performed is taken
@@ -177,7 +197,7 @@ public:
 // the edit does, also when whoever is told of the change destroys the project.
 //
 //     Stratum::Edit edit(manager);
-//     layer.requirePresent();                       // check everything
+//     LayerModel& layer = edit.of(removedOrNot);    // check everything
 //     edit.assign(layer.name, name, Notices::layersChanged());
 //     edit.commit();                                // records, releases the lock, then announces
 class Edit : public Guard
@@ -188,6 +208,18 @@ public:
 
     Model& operator*() const { return model(); }
     Model* operator->() const { return &model(); }
+    template <class Object>
+    Object& of(Object& object) const
+    {
+        return present(object);
+    }
+    // For changes of shapes and parameters: STRM_BadState for those of a locked layer too.
+    template <class Object>
+    Object& writable(Object& object) const
+    {
+        present(object).requireWritable();
+        return object;
+    }
 
     void perform(std::unique_ptr<Change> change);
 

@@ -49,7 +49,6 @@ public:
 
     bool present() const override;
     void setPresent(bool present) { m_present.store(present, std::memory_order_release); }
-    void requirePresent() const;
     void requireWritable() const override;
 
     std::array<Knob::Animation, PointFieldCount> fields; // of both kinds; those of the other kind are not used
@@ -107,7 +106,6 @@ public:
 
     bool present() const override { return m_present.load(std::memory_order_acquire) && m_layer.present(); }
     void setPresent(bool present) { m_present.store(present, std::memory_order_release); }
-    void requirePresent() const;
     void requireWritable() const override { m_layer.requireUnlocked(); }
 
     // Takes the lock.

@@ -30,7 +30,6 @@ public:
     STRM_ProjectManager& manager() const { return m_project.manager(); }
     const Model& project() const { return m_project; }
     unsigned int id() const { return m_id; } // never used again in its project
-    void requirePresent() const;             // STRM_BadState "Invalid object"
 
 private:
     const Model& m_project;
@@ -91,7 +90,7 @@ public:
     void setTrackedWith(LayerModel* followed);
     Followers<LayerModel> followers;
     // The end of the chain of links: whose track counts.
-    LayerModel& trackSource();
+    const LayerModel& trackSource() const;
 
     // In the order in which they were added. Removed ones are in allContours only, which is ordered by id.
     Ordered<ContourModel> contours;
@@ -110,7 +109,7 @@ public:
     Corners corners(double time, int view) const;
 
     // From the in point to the time, through the layer's own track or the one it is linked to.
-    Lum_Matrix33 transform(double time, int view);
+    Lum_Matrix33 transform(double time, int view) const;
     // The rectangle around the contours at the in point.
     Corners surface(int view) const;
 

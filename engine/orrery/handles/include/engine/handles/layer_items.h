@@ -14,27 +14,26 @@ class LockedItem
 public:
     template <class Base>
     explicit LockedItem(boost::shared_ptr<Base> object)
-        : m_object(std::move(object)), m_model(Stratum::model(*m_object)), m_lock(m_model.manager())
-    {
-        m_model.requirePresent();
-    }
+        : m_object(std::move(object)), m_lock(Stratum::model(*m_object).manager()),
+          m_model(m_lock.of(Stratum::model(*m_object)))
+    {}
 
-    Model* operator->() const { return &m_model; }
-    Model& operator*() const { return m_model; }
+    const Model* operator->() const { return &m_model; }
+    const Model& operator*() const { return m_model; }
     int resolve(const View& view) const { return resolveView(*m_lock, view); }
 
 private:
     using Object = std::conditional_t<std::is_same_v<Model, Stratum::LayerModel>, STRM_Layer, Stratum::LayerGroup>;
     const boost::shared_ptr<Object> m_object;
-    Model& m_model;
     const Stratum::Reading m_lock;
+    const Model& m_model;
 };
 
 // An edit of one item; throws for one that was removed.
 class ItemEdit : public Stratum::Edit
 {
 public:
-    explicit ItemEdit(Stratum::TreeItem& item) : Edit(item.manager()) { item.requirePresent(); }
+    explicit ItemEdit(Stratum::TreeItem& item) : Edit(item.manager()) { of(item); }
 };
 
 // The object of a handle that was passed as an argument: STRM_BadArgument for a null one.
@@ -74,9 +73,8 @@ template <class Object>
 int zOrder(const boost::shared_ptr<Object>& object)
 {
     auto& item = Stratum::model(*object);
-    const Stratum::Reading lock(item.manager());
-    item.requirePresent();
-    return static_cast<int>(item.sequence()->index(item));
+    const Stratum::Reading reading(item.manager());
+    return static_cast<int>(reading.of(item).sequence()->index(item));
 }
 
 template <class Object>
