@@ -85,7 +85,7 @@ template <class Owner, class Object>
 class ObjectsBranch : public Knob::NamedBranch
 {
 public:
-    using List = std::vector<Object*> (*)(Owner&);
+    using List = std::vector<const Object*> (*)(Owner&);
     using Find = Object* (*)(Owner&, unsigned int id); // null for one that is not there now
 
     ObjectsBranch(const Branch& parent, const char* displayName, Owner& owner, List list, Find find)
@@ -95,8 +95,8 @@ public:
     std::vector<Member> members() override
     {
         std::vector<Member> members;
-        for (Object* object : m_list(m_owner))
-            members.push_back(set(object->id(), *object));
+        for (const Object* object : m_list(m_owner)) // what a branch leads to is changed by edits only
+            members.push_back(set(object->id(), const_cast<Object&>(*object)));
         return members;
     }
     Member member(const QString& name) override
@@ -116,9 +116,9 @@ using ContoursBranch = ObjectsBranch<LayerModel, ContourModel>;
 using LayersBranch = ObjectsBranch<const Model, LayerModel>;
 using GroupsBranch = ObjectsBranch<const Model, GroupModel>;
 
-std::vector<ContourModel*> contoursOf(LayerModel& layer)
+std::vector<const ContourModel*> contoursOf(LayerModel& layer)
 {
-    std::vector<ContourModel*> contours;
+    std::vector<const ContourModel*> contours;
     for (ContourModel& contour : layer.contours)
         contours.push_back(&contour);
     return contours;

@@ -116,7 +116,7 @@ struct Gap
     }
 };
 
-Gap gapAt(const ContourModel& contour, std::size_t index, double time, int view)
+Gap gapAt(ContourModel& contour, std::size_t index, double time, int view)
 {
     const std::size_t count = contour.points.size();
     Gap gap;

@@ -9,7 +9,7 @@ namespace {
 
 bool same(const Curve& a, const Curve& b) { return a.type == b.type && a.points == b.points; }
 
-LayerFrame frameAt(LayerModel& layer, const GroupModel* group, int frame, int view, const LayerFrame* before)
+LayerFrame frameAt(const LayerModel& layer, const GroupModel* group, int frame, int view, const LayerFrame* before)
 {
     LayerFrame result;
     for (const ContourModel& contour : layer.contours) {
@@ -29,7 +29,7 @@ LayerFrame frameAt(LayerModel& layer, const GroupModel* group, int frame, int vi
 
 } // namespace
 
-LayerSnapshot snapshot(LayerModel& layer, int firstFrame, int lastFrame, int view)
+LayerSnapshot snapshot(const LayerModel& layer, int firstFrame, int lastFrame, int view)
 {
     LayerSnapshot snapshot;
     snapshot.layer = &layer;

@@ -121,36 +121,36 @@ Knob::Animation& GroupModel::opacityAnimation()
 
 // ---- Reading the tree ----
 
-std::vector<LayerModel*> allLayers(const Model& project)
+std::vector<const LayerModel*> allLayers(const Model& project)
 {
-    std::vector<LayerModel*> layers;
+    std::vector<const LayerModel*> layers;
     layers.reserve(project.root().items.weight());
-    for (TreeItem& item : project.root().items) {
-        if (auto* layer = dynamic_cast<LayerModel*>(&item))
+    for (const TreeItem& item : project.root().items) {
+        if (auto* layer = dynamic_cast<const LayerModel*>(&item))
             layers.push_back(layer);
         else
-            for (LayerModel& member : static_cast<GroupModel&>(item).layers)
+            for (const LayerModel& member : static_cast<const GroupModel&>(item).layers)
                 layers.push_back(&member);
     }
     return layers;
 }
 
-std::vector<GroupModel*> allGroups(const Model& project)
+std::vector<const GroupModel*> allGroups(const Model& project)
 {
-    std::vector<GroupModel*> groups;
-    for (TreeItem& item : project.root().items)
-        if (auto* group = dynamic_cast<GroupModel*>(&item))
+    std::vector<const GroupModel*> groups;
+    for (const TreeItem& item : project.root().items)
+        if (auto* group = dynamic_cast<const GroupModel*>(&item))
             groups.push_back(group);
     return groups;
 }
 
-LayerModel* layerAt(const Model& project, std::size_t index)
+const LayerModel* layerAt(const Model& project, std::size_t index)
 {
     const OrderedItems::Unit unit = project.root().items.atWeight(index);
-    auto* const item = static_cast<TreeItem*>(unit.item);
-    if (auto* group = dynamic_cast<GroupModel*>(item))
+    auto* const item = static_cast<const TreeItem*>(unit.item);
+    if (auto* group = dynamic_cast<const GroupModel*>(item))
         return group->layers.at(unit.offset);
-    return static_cast<LayerModel*>(item);
+    return static_cast<const LayerModel*>(item);
 }
 
 // ---- Changing it ----

@@ -8,14 +8,16 @@ import unittest
 from distutils.spawn import find_executable
 from test_rooms import SOURCE, commands
 
-ENGINE = "#include <engine/stratum/manager.h>\nusing namespace Stratum;\n"
+ENGINE = "#include <engine/stratum/tree.h>\nusing namespace Stratum;\n"
 LOCKED = "class Sample { ModelLock lock; int value VIREO_GUARDED_BY(lock); int read() { %s return value; } };"
 
 # What is compiled with Clang, and what it says; nothing where it has nothing to refuse.
 ROWS = [
     ("void f(STRM_ProjectManager& m) { Exclusive(m)->settings.length = 1 + Reading(m)->settings.length; }", None),
     ("void f(STRM_ProjectManager& m) { Reading(m)->settings.length = 1; }", "const"),
-    ("void f(STRM_ProjectManager& m) { Reading(m)->clips.clear(); }", "const"),
+    ("void f(STRM_ProjectManager& m, LayerModel& l) { Reading(m).of(l).locked = true; }", "const"),
+    ("void f(STRM_ProjectManager& m) { (*Reading(m)->root().items.begin()).locked = true; }", "const"),
+    ("void f(STRM_ProjectManager& m, const LayerModel& l) { Exclusive(m).of(l).locked = true; }", None),
     ("unsigned f(STRM_ProjectManager& m) { return m.m_model.settings.length; }", "private member"),
     ("unsigned f(STRM_ProjectManager& m) { return m.settings.length; }", "no member named 'settings'"),
     (LOCKED % "", "requires holding model lock 'lock'"),
@@ -39,7 +41,7 @@ class Locks(unittest.TestCase):
             self.assertTrue(found is None if refusal is None else refusal in (found or ""), (code, found))
 
     def test_the_engine_keeps_them(self):
-        with open(os.path.join(SOURCE, "engine/stratum/manager.cpp")) as source:
+        with open(os.path.join(SOURCE, "engine/stratum/manager.cpp")) as source: # the one that sees the lock itself
             self.assertIs(self.errors(source.read()), None)
 
 

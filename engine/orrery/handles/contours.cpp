@@ -12,9 +12,9 @@ namespace {
 using EngineContour = boost::shared_ptr<Stratum::Contour>;
 
 template <class Point>
-Point handleOf(Stratum::PointModel& point)
+Point handleOf(const Stratum::PointModel& point)
 {
-    return Point(point.shared_from_this(), point.contourModel().manager().shared_from_this());
+    return Point(referred(point).shared_from_this(), point.contourModel().manager().shared_from_this());
 }
 
 template <class Point>
@@ -22,7 +22,7 @@ Point pointAt(const EngineContour& contour, unsigned int index)
 {
     Stratum::ContourModel& model = Stratum::model(*contour);
     const Stratum::Reading reading(model.manager());
-    Stratum::PointModel* const point = reading.of(model).points.at(index);
+    const Stratum::PointModel* const point = reading.of(model).points.at(index);
     return point ? handleOf<Point>(*point) : Point();
 }
 
@@ -31,10 +31,10 @@ QVector<Point> pointsOf(const EngineContour& contour)
 {
     Stratum::ContourModel& model = Stratum::model(*contour);
     const Stratum::Reading reading(model.manager());
-    reading.of(model);
+    const auto& outline = reading.of(model).points;
     QVector<Point> points;
-    points.reserve(static_cast<int>(model.points.size()));
-    for (Stratum::PointModel& point : model.points)
+    points.reserve(static_cast<int>(outline.size()));
+    for (const Stratum::PointModel& point : outline)
         points.append(handleOf<Point>(point));
     return points;
 }

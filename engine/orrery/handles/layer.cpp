@@ -60,8 +60,8 @@ QList<boost::shared_ptr<Stratum::Contour>> Layer::getAllContours() const
     const boost::shared_ptr<STRM_Layer> object = handledObject();
     const LockedItem<Stratum::LayerModel> layer(object);
     QList<boost::shared_ptr<Stratum::Contour>> contours;
-    for (Stratum::ContourModel& contour : layer->contours)
-        contours.append(boost::shared_ptr<Stratum::Contour>(object, &contour));
+    for (const Stratum::ContourModel& contour : layer->contours)
+        contours.append(boost::shared_ptr<Stratum::Contour>(object, &referred(contour)));
     return contours;
 }
 

@@ -53,7 +53,7 @@ QVector<Layer> LayerGroup::find_layers(const QString& text)
 {
     const LockedItem<Stratum::GroupModel> group(handledObject());
     QVector<Layer> found;
-    for (Stratum::LayerModel& layer : group->layers)
+    for (const Stratum::LayerModel& layer : group->layers)
         if (layer.name.contains(text, Qt::CaseInsensitive))
             found.append(handleOf(layer));
     return found;

@@ -29,9 +29,9 @@ void requireFrames(STRM_ProjectManager& manager, int first, int last)
 QVector<Layer> layersToRender(STRM_ProjectManager& manager, const QVector<Layer>& layers)
 {
     const Stratum::Reading model(manager);
-    const std::vector<Stratum::LayerModel*> selected = selectLayers(*model, layers);
+    const std::vector<const Stratum::LayerModel*> selected = selectLayers(*model, layers);
     QVector<Layer> handles = layers;
-    for (Stratum::LayerModel* layer : selected)
+    for (const Stratum::LayerModel* layer : selected)
         if (layers.isEmpty())
             handles.append(handleOf(*layer));
     return handles;

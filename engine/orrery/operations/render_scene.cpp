@@ -31,13 +31,13 @@ RenderValues valuesOf(const Parameters& parameters, int frame, int view)
 
 // What lies behind a layer moves as the nearest layer below that is tracked and stays in the picture. A layer that is
 // linked says itself what it moves with, and one with nothing tracked below is taken for a part of the plane.
-Stratum::LayerModel& planeBehind(const Stratum::Model& project, Stratum::LayerModel& layer,
-                                 const std::vector<Stratum::LayerModel*>& selected, int view)
+const Stratum::LayerModel& planeBehind(const Stratum::Model& project, const Stratum::LayerModel& layer,
+                                       const std::vector<const Stratum::LayerModel*>& selected, int view)
 {
-    Stratum::LayerModel* plane = &layer;
+    const Stratum::LayerModel* plane = &layer;
     if (layer.trackedWith())
         return layer;
-    for (Stratum::LayerModel* below : Stratum::allLayers(project)) {
+    for (const Stratum::LayerModel* below : Stratum::allLayers(project)) {
         if (below == &layer)
             break;
         const Stratum::LayerModel& source = below->trackSource();
@@ -61,7 +61,7 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
         outputFolder = model->settings.outputFolder;
         firstNumber = model->settings.firstFrameOffset;
         requireNumbers(first, last, firstNumber);
-        const std::vector<Stratum::LayerModel*> selected = selectLayers(*model, wanted);
+        const std::vector<const Stratum::LayerModel*> selected = selectLayers(*model, wanted);
         if (selected.empty())
             raise<STRM_BadState>(text("There is no layer to render"));
         clip = footageClip(*model, selected);
@@ -73,9 +73,9 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
             reachLast = static_cast<int>(std::max<std::int64_t>(last, std::min(count - 1, last + farthest)));
         }
         requireBearable(static_cast<unsigned int>(reachFirst), static_cast<unsigned int>(reachLast));
-        for (Stratum::LayerModel* layer : selected)
+        for (const Stratum::LayerModel* layer : selected)
             layers.push_back(Stratum::snapshot(*layer, reachFirst, reachLast, view));
-        for (Stratum::LayerModel* layer : selected)
+        for (const Stratum::LayerModel* layer : selected)
             if (around)
                 planes.push_back(
                     Stratum::snapshot(planeBehind(*model, *layer, selected, view), reachFirst, reachLast, view));

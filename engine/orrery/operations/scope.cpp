@@ -23,16 +23,16 @@ void requireOpen(const STRM_ProjectManager& manager)
         raise<STRM_BadState>(text("The project was destroyed while it was worked on"));
 }
 
-std::vector<Stratum::LayerModel*> selectLayers(const Stratum::Model& project, const QVector<Layer>& layers)
+std::vector<const Stratum::LayerModel*> selectLayers(const Stratum::Model& project, const QVector<Layer>& layers)
 {
-    std::set<Stratum::LayerModel*> wanted;
+    std::set<const Stratum::LayerModel*> wanted;
     for (const Layer& layer : layers) {
         const boost::shared_ptr<STRM_Layer> object = argumentObject<STRM_Layer>("layers", layer);
         requireSameProject("layers", Stratum::model(*object), project.manager());
         wanted.insert(&Stratum::model(*object));
     }
-    std::vector<Stratum::LayerModel*> selected;
-    for (Stratum::LayerModel* layer : Stratum::allLayers(project))
+    std::vector<const Stratum::LayerModel*> selected;
+    for (const Stratum::LayerModel* layer : Stratum::allLayers(project))
         if (layers.isEmpty() ? layer->shown() : wanted.count(layer) != 0)
             selected.push_back(layer);
     return selected;
@@ -43,7 +43,7 @@ std::vector<Stratum::LayerSnapshot> snapshotLayers(STRM_ProjectManager& manager,
 {
     const Stratum::Reading model(manager);
     std::vector<Stratum::LayerSnapshot> snapshots;
-    for (Stratum::LayerModel* layer : selectLayers(*model, layers))
+    for (const Stratum::LayerModel* layer : selectLayers(*model, layers))
         snapshots.push_back(Stratum::snapshot(*layer, first, last, view));
     return snapshots;
 }
@@ -65,9 +65,9 @@ ClipModel* clipModel(const Stratum::Model& project, unsigned int id)
     return clip ? clip->data().model.get() : nullptr;
 }
 
-ClipModel* footageClip(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& layers)
+ClipModel* footageClip(const Stratum::Model& project, const std::vector<const Stratum::LayerModel*>& layers)
 {
-    for (Stratum::LayerModel* layer : layers)
+    for (const Stratum::LayerModel* layer : layers)
         if (ClipModel* clip = clipModel(project, layer->clip))
             return clip;
     return project.clips.empty() ? nullptr : project.clips.front()->data().model.get();

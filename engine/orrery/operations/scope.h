@@ -30,7 +30,7 @@ void requireOpen(const STRM_ProjectManager& manager);
 // The given layers, each once, from the bottom of the drawing order to its top; when none are given, all that are
 // visible. STRM_BadArgument for a null handle and for a layer of another project. With the lock held, which keeps them
 // present.
-std::vector<Stratum::LayerModel*> selectLayers(const Stratum::Model& project, const QVector<Layer>& layers);
+std::vector<const Stratum::LayerModel*> selectLayers(const Stratum::Model& project, const QVector<Layer>& layers);
 
 // The same as snapshots over the frames in a view. Takes the lock.
 std::vector<Stratum::LayerSnapshot> snapshotLayers(STRM_ProjectManager& manager, const QVector<Layer>& layers,
@@ -44,6 +44,6 @@ ClipModel* clipModel(const Stratum::Model& project, unsigned int id);
 
 // The clip that the first of the layers is tracked on that has one, else the project's default trackable clip: it tells
 // the size of a frame. Null when there is none. With the lock held; the model stays good without it.
-ClipModel* footageClip(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& layers);
+ClipModel* footageClip(const Stratum::Model& project, const std::vector<const Stratum::LayerModel*>& layers);
 
 } // namespace orrery

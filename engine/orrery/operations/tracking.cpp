@@ -25,7 +25,7 @@ struct Range
 struct Plan
 {
     int view;
-    std::vector<Stratum::LayerModel*> wanted;
+    std::vector<const Stratum::LayerModel*> wanted;
     std::vector<TrackedLayer> layers; // all that are shown, and those that are wanted
     std::vector<Stratum::Corners> surfaces;
     std::vector<ClipModel*> clips;
@@ -33,7 +33,7 @@ struct Plan
 };
 
 // The end of the work range is no end that somebody asked for: footage that is shorter ends the track.
-unsigned int defaultStop(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& layers)
+unsigned int defaultStop(const Stratum::Model& project, const std::vector<const Stratum::LayerModel*>& layers)
 {
     std::int64_t longest = 0;
     for (const Stratum::LayerModel* layer : layers)
@@ -42,7 +42,7 @@ unsigned int defaultStop(const Stratum::Model& project, const std::vector<Stratu
     return longest > 0 ? static_cast<unsigned int>(std::min<std::int64_t>(stop, longest - 1)) : stop;
 }
 
-Range rangeOf(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& layers, unsigned int start,
+Range rangeOf(const Stratum::Model& project, const std::vector<const Stratum::LayerModel*>& layers, unsigned int start,
               unsigned int stop)
 {
     const Stratum::Settings& settings = project.settings;
@@ -59,10 +59,10 @@ Range rangeOf(const Stratum::Model& project, const std::vector<Stratum::LayerMod
 }
 
 // Those that were named must be able to be tracked; of all layers, those are tracked that can be.
-std::vector<Stratum::LayerModel*> layersToTrack(const Stratum::Model& project, const QVector<Layer>& named)
+std::vector<const Stratum::LayerModel*> layersToTrack(const Stratum::Model& project, const QVector<Layer>& named)
 {
-    std::vector<Stratum::LayerModel*> layers;
-    for (Stratum::LayerModel* layer : selectLayers(project, named)) {
+    std::vector<const Stratum::LayerModel*> layers;
+    for (const Stratum::LayerModel* layer : selectLayers(project, named)) {
         const bool clip = clipModel(project, layer->clip);
         const bool able = !layer->trackedWith() && clip && !layer->contours.empty();
         if (able)
@@ -79,7 +79,8 @@ std::vector<Stratum::LayerModel*> layersToTrack(const Stratum::Model& project, c
     return layers;
 }
 
-Plan planFor(const Stratum::Model& project, const std::vector<Stratum::LayerModel*>& wanted, int view, Range range)
+Plan planFor(const Stratum::Model& project, const std::vector<const Stratum::LayerModel*>& wanted, int view,
+             Range range)
 {
     Plan plan{view, wanted, {}, {}, {}, range};
     for (const Stratum::LayerModel* layer : wanted) {
@@ -87,7 +88,7 @@ Plan planFor(const Stratum::Model& project, const std::vector<Stratum::LayerMode
         plan.reach.last = std::max(plan.reach.last, static_cast<int>(layer->inPoint()));
     }
     requireBearable(static_cast<unsigned int>(plan.reach.first), static_cast<unsigned int>(plan.reach.last));
-    for (Stratum::LayerModel* layer : Stratum::allLayers(project)) {
+    for (const Stratum::LayerModel* layer : Stratum::allLayers(project)) {
         const bool tracked = std::find(wanted.begin(), wanted.end(), layer) != wanted.end();
         if (!tracked && (!layer->shown() || layer->contours.empty()))
             continue;
@@ -129,7 +130,7 @@ std::vector<Stratum::TrackKey> keysOf(const TrackedLayer& layer, const Stratum::
 // What was found for one view, to be written once everything is there.
 struct Found
 {
-    Stratum::LayerModel* layer;
+    const Stratum::LayerModel* layer;
     int view;
     std::vector<Stratum::TrackKey> keys;
 };
@@ -154,7 +155,7 @@ void writeTracks(STRM_ProjectManager& manager, const std::vector<Found>& tracks)
     Stratum::Edit edit(manager);
     for (const Found& track : tracks)
         if (track.layer->present())
-            Stratum::writeTrack(edit, *track.layer, track.view, track.keys, false);
+            Stratum::writeTrack(edit, edit.of(*track.layer), track.view, track.keys, false);
     edit.commit();
 }
 
@@ -171,7 +172,7 @@ void Project::track_layers(unsigned int start_index, unsigned int stop_index, co
     std::vector<Plan> plans;
     {
         const Stratum::Reading model(manager);
-        const std::vector<Stratum::LayerModel*> wanted = layersToTrack(*model, layers);
+        const std::vector<const Stratum::LayerModel*> wanted = layersToTrack(*model, layers);
         range = rangeOf(*model, wanted, start_index, stop_index);
         std::vector<int> ids = resolveViews(*model, views);
         if (ids.empty())

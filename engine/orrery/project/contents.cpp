@@ -56,7 +56,7 @@ LayerGroup Project::add_group(const QString& name, QVector<Layer> layers)
 Layer Project::layer(unsigned int index)
 {
     const Stratum::Reading model(*m_data->manager);
-    Stratum::LayerModel* layer = Stratum::layerAt(*model, index);
+    const Stratum::LayerModel* layer = Stratum::layerAt(*model, index);
     return layer ? handleOf(*layer) : Layer();
 }
 
@@ -64,7 +64,7 @@ QVector<Layer> Project::find_layers(const QString& text)
 {
     const Stratum::Reading model(*m_data->manager);
     QVector<Layer> found;
-    for (Stratum::LayerModel* layer : Stratum::allLayers(*model))
+    for (const Stratum::LayerModel* layer : Stratum::allLayers(*model))
         if (layer->name.contains(text, Qt::CaseInsensitive))
             found.append(handleOf(*layer));
     return found;
@@ -74,7 +74,7 @@ QVector<LayerGroup> Project::find_groups(const QString& text)
 {
     const Stratum::Reading model(*m_data->manager);
     QVector<LayerGroup> found;
-    for (Stratum::GroupModel* group : Stratum::allGroups(*model))
+    for (const Stratum::GroupModel* group : Stratum::allGroups(*model))
         if (group->name.contains(text, Qt::CaseInsensitive))
             found.append(handleOf(*group));
     return found;

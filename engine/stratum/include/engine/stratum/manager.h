@@ -148,12 +148,12 @@ protected:
     Model& model() const { return m_model; }
     bool holds() const { return m_lock; }
     template <class Object>
-    Object& present(Object& object) const
+    Object& present(const Object& object) const
     {
         assert(holds());
         if (!object.present() || !m_model.manager().isOpen())
             throwInvalidObject();
-        return object;
+        return const_cast<Object&>(object); // subclasses say what it may be used for
     }
     void release() VIREO_UNCHECKED;
 
@@ -171,7 +171,7 @@ public:
     const Model& operator*() const { return model(); }
     const Model* operator->() const { return &model(); }
     template <class Object>
-    const Object& of(Object& object) const
+    const Object& of(const Object& object) const
     {
         return present(object);
     }
@@ -186,7 +186,7 @@ public:
     Model& operator*() const { return model(); }
     Model* operator->() const { return &model(); }
     template <class Object>
-    Object& of(Object& object) const
+    Object& of(const Object& object) const
     {
         return present(object);
     }
@@ -209,16 +209,17 @@ public:
     Model& operator*() const { return model(); }
     Model* operator->() const { return &model(); }
     template <class Object>
-    Object& of(Object& object) const
+    Object& of(const Object& object) const
     {
         return present(object);
     }
     // For changes of shapes and parameters: STRM_BadState for those of a locked layer too.
     template <class Object>
-    Object& writable(Object& object) const
+    Object& writable(const Object& object) const
     {
-        present(object).requireWritable();
-        return object;
+        Object& found = present(object);
+        found.requireWritable();
+        return found;
     }
 
     void perform(std::unique_ptr<Change> change);

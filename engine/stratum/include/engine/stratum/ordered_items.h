@@ -87,11 +87,12 @@ template <class Item>
 class Ordered : public OrderedItems
 {
 public:
+    template <class T>
     class Iterator
     {
     public:
         explicit Iterator(OrderedItem* item) : m_item(item) {}
-        Item& operator*() const { return static_cast<Item&>(*m_item); }
+        T& operator*() const { return static_cast<T&>(*m_item); }
         Iterator& operator++()
         {
             m_item = next(*m_item);
@@ -103,9 +104,12 @@ public:
         OrderedItem* m_item;
     };
 
-    Iterator begin() const { return Iterator(first()); }
-    Iterator end() const { return Iterator(nullptr); }
-    Item* at(std::size_t index) const { return static_cast<Item*>(OrderedItems::at(index)); }
+    Iterator<Item> begin() { return Iterator<Item>(first()); }
+    Iterator<Item> end() { return Iterator<Item>(nullptr); }
+    Iterator<const Item> begin() const { return Iterator<const Item>(first()); }
+    Iterator<const Item> end() const { return Iterator<const Item>(nullptr); }
+    Item* at(std::size_t index) { return static_cast<Item*>(OrderedItems::at(index)); }
+    const Item* at(std::size_t index) const { return static_cast<const Item*>(OrderedItems::at(index)); }
 };
 
 } // namespace Stratum

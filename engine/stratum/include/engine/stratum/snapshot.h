@@ -23,7 +23,7 @@ struct LayerFrame
 
 struct LayerSnapshot
 {
-    LayerModel* layer = nullptr; // lives as long as the manager; to be read under the lock only
+    const LayerModel* layer = nullptr; // lives as long as the manager; to be read under the lock only
     unsigned int id = 0;
     QString name;
     Fundo::Colour3<float> matteColor{1, 1, 1};
@@ -40,7 +40,7 @@ struct LayerSnapshot
 };
 
 // The lock is held. The view is resolved; frames are indexes of the project, both included.
-LayerSnapshot snapshot(LayerModel& layer, int firstFrame, int lastFrame, int view);
+LayerSnapshot snapshot(const LayerModel& layer, int firstFrame, int lastFrame, int view);
 
 // The shape of a layer at one frame as polygons, not moved by the track.
 std::vector<std::vector<CurveVertex>> outlines(const LayerFrame& frame, double tolerance = flatteningTolerance);

@@ -192,9 +192,9 @@ inline GroupModel& model(LayerGroup& group) { return static_cast<GroupModel&>(gr
 // ---- Reading the tree ----
 
 // All layers, bottom first, whatever group they are in.
-std::vector<LayerModel*> allLayers(const Model& project);
-std::vector<GroupModel*> allGroups(const Model& project);
-LayerModel* layerAt(const Model& project, std::size_t index); // null past the end
+std::vector<const LayerModel*> allLayers(const Model& project);
+std::vector<const GroupModel*> allGroups(const Model& project);
+const LayerModel* layerAt(const Model& project, std::size_t index); // null past the end
 
 // ---- Changing it ----
 

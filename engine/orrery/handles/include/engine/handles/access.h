@@ -19,6 +19,13 @@ namespace orrery {
 // Locks the weak pointer. STRM_BadState "Invalid object" when the manager is gone or its project closed.
 boost::shared_ptr<STRM_ProjectManager> openManager(const boost::weak_ptr<STRM_ProjectManager>& manager);
 
+// What a new handle refers to. Changes through the handle take the lock for it anew.
+template <class Object>
+Object& referred(const Object& object)
+{
+    return const_cast<Object&>(object);
+}
+
 inline int idOf(const View& view) { return static_cast<int>(view.get_id()); }
 // The id of the view that is meant. STRM_OutOfRange for one that the project does not have.
 inline int resolveView(const Stratum::Model& project, const View& view) { return project.resolveView(idOf(view)); }
