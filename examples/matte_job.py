@@ -19,8 +19,8 @@ SIZE = '640x360'
 
 
 def program(name):
-    """A program of ours, which lies beside the application."""
-    for folder in (os.path.dirname(os.path.abspath(sys.executable)), os.environ.get('VIREO_BIN', '')):
+    """A program of ours, which lies beside the application; that may have been started by a link."""
+    for folder in (os.path.dirname(os.path.realpath(sys.executable)), os.environ.get('VIREO_BIN', '')):
         if os.path.exists(os.path.join(folder, name)):
             return os.path.join(folder, name)
     return name

@@ -153,8 +153,8 @@ def file_of(stream, number):
 
 
 def program(name):
-    """A program that lies beside the application, or on the path."""
-    folders = [os.path.dirname(os.path.abspath(sys.executable))] + os.environ.get("VIREO_BIN", "").split(os.pathsep) \
+    """A program that lies beside the application, which may have been started by a link, or on the path."""
+    folders = [os.path.dirname(os.path.realpath(sys.executable))] + os.environ.get("VIREO_BIN", "").split(os.pathsep) \
         + os.environ.get("PATH", "").split(os.pathsep)
     for folder in folders:
         if folder and os.access(os.path.join(folder, name), os.X_OK):
