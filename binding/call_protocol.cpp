@@ -78,16 +78,13 @@ std::string signatureText(const Signature& signature)
     return false;
 }
 
-Given readArguments(const Operation& operation, PyObject* const& arguments, PyObject* keywords)
+Given readArguments(const Operation& operation, PyObject* arguments, PyObject* keywords)
 {
     Given given;
-    if (operation.form == Form::One) {
-        given.items = &arguments;
-        given.positional = 1;
-    } else if (arguments && operation.form != Form::Ignored) {
+    if (arguments && operation.form != Form::Ignored) {
         given.items = &PyTuple_GET_ITEM(arguments, 0);
         given.positional = PyTuple_GET_SIZE(arguments);
-        given.keywordCount = keywords ? PyDict_Size(keywords) : 0;
+        given.keywordCount = keywords ? reinterpret_cast<PyDictObject*>(keywords)->ma_used : 0;
         given.keywords = given.keywordCount > 0 ? keywords : nullptr;
     }
     return given;
@@ -120,7 +117,7 @@ bool countAccepted(const Operation& operation, PyObject* arguments, const Given&
     case Form::NoArguments:
     case Form::One:
     case Form::Ignored:
-        return true;
+        return true; // not counted here
     case Form::Positional:
     case Form::CopyOnly:
         return (enough && atMost) || unpackedByInterpreter(operation, arguments);
@@ -229,6 +226,17 @@ Keywords readKeywords(const Operation& operation, const Signature& signature, co
     return Keywords::Accepted;
 }
 
+// The protocol for exactly one argument, which the interpreter has counted.
+void* runWithOne(const Operation& operation, PyObject* self, PyObject* given)
+{
+    const Signature& signature = *operation.signatures;
+    const Argument argument = {given, signature.parameters->accepts(given)};
+    if (argument.convert)
+        return signature.invoke(self, *operation.type, &argument);
+    raiseWrongArguments(operation, given);
+    return nullptr;
+}
+
 // The protocol from counting to calling, which methods and constructors share.
 void* run(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords)
 {
@@ -242,16 +250,17 @@ void* run(const Operation& operation, PyObject* self, PyObject* arguments, PyObj
         raiseWrongArguments(operation, arguments);
         return nullptr;
     }
-    HeldValues held;
-    if (given.keywords && operation.form != Form::CopyOnly) {
-        const Keywords outcome = readKeywords(operation, *signature, given, converted, held);
-        if (outcome == Keywords::Refused)
-            raiseWrongArguments(operation, arguments);
-        if (outcome != Keywords::Accepted)
-            return nullptr;
-    }
     // Converts, calls unlocked, translates what is thrown, converts the result.
-    return signature->invoke(self, *operation.type, converted);
+    if (!given.keywords || operation.form == Form::CopyOnly)
+        return signature->invoke(self, *operation.type, converted);
+
+    HeldValues held;
+    const Keywords outcome = readKeywords(operation, *signature, given, converted, held);
+    if (outcome == Keywords::Accepted)
+        return signature->invoke(self, *operation.type, converted);
+    if (outcome == Keywords::Refused)
+        raiseWrongArguments(operation, arguments);
+    return nullptr;
 }
 
 // Whether a constructor of the type may be run on an object of one that is derived from it.
@@ -282,7 +291,8 @@ void* raiseNotInitialised(PyObject* self)
     if (operation.form == Form::NoArguments) // looks at the object only once
         result = operation.signatures->invoke(self, *operation.type, nullptr);
     else if (Shiboken::Object::isValid(reinterpret_cast<SbkObject*>(self)))
-        result = run(operation, self, arguments, keywords);
+        result = operation.form == Form::One ? runWithOne(operation, self, arguments)
+                                             : run(operation, self, arguments, keywords);
     assert(result || errorPending());
     return unlessError(static_cast<PyObject*>(result));
 }
@@ -295,7 +305,8 @@ PyObject* callStatic(const Operation& operation, PyObject* arguments, PyObject* 
     return unlessError(static_cast<PyObject*>(result));
 }
 
-int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords, const Making& making)
+[[gnu::flatten]] int construct(const Operation& operation, PyObject* self, PyObject* arguments, PyObject* keywords,
+                               const Making& making)
 {
     PyTypeObject* const type = *operation.type;
     if (Py_TYPE(self) != type && !canConstruct(self, type))

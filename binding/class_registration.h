@@ -371,7 +371,7 @@ struct ComparisonOf
             return Comparison::Outcome::NotConvertible;
         if (!Shiboken::Object::isValid(other))
             return Comparison::Outcome::Invalid;
-        Operand operand(argument);
+        Operand operand(argument, true);
         if (errorPending() || !operand.settle(argument))
             return Comparison::Outcome::NotConvertible;
         // A conversion may have run a script's code.

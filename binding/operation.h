@@ -36,10 +36,13 @@ struct StartValue
     static T make() { return T(); }
 };
 
+// Whether an argument may be converted. Nothing can have failed before the first one.
+inline bool mayConvert(bool isFirst) { return isFirst || !errorPending(); }
+
 // Tests the validity of a wrapper object, then converts, unless an error is pending.
-inline void convertArgument(const Argument& argument, bool mayBeWrapper, void* value)
+inline void convertArgument(const Argument& argument, bool isFirst, bool mayBeWrapper, void* value)
 {
-    if (!errorPending() && (!mayBeWrapper || Shiboken::Object::isValid(argument.object)))
+    if (mayConvert(isFirst) && (!mayBeWrapper || Shiboken::Object::isValid(argument.object)))
         argument.convert(argument.object, value);
 }
 
@@ -50,7 +53,7 @@ class ArgumentValue
     typedef std::remove_cv_t<std::remove_reference_t<T>> Value;
 
 public:
-    explicit ArgumentValue(const Argument& argument) : m_value(from(argument)) {}
+    ArgumentValue(const Argument& argument, bool isFirst) : m_value(from(argument, isFirst)) {}
     const Value& get() const { return m_value; }
     bool settle(const Argument&) { return true; }
 
@@ -58,22 +61,22 @@ public:
     static const char* text() { return Converter<Value>::text(); }
 
 private:
-    static Value from(const Argument& argument)
+    static Value from(const Argument& argument, bool isFirst)
     {
         if constexpr (!std::is_void_v<Default>)
             if (!argument.object)
                 return Default::value();
         // What a wrapper object holds is copied from where it is.
         if constexpr (Wrapped<Value>::kind == Kind::Value)
-            if (argument.convert == &WrapperConversions<Value>::valueFromPython && !errorPending())
+            if (argument.convert == &WrapperConversions<Value>::valueFromPython && mayConvert(isFirst))
                 if (const Value* const source = validObject<Value>(argument.object))
                     return *source;
-        return converted(argument);
+        return converted(argument, isFirst);
     }
-    static Value converted(const Argument& argument)
+    static Value converted(const Argument& argument, bool isFirst)
     {
         Value value = StartValue<Value>::make();
-        convertArgument(argument, Converter<Value>::mayHoldWrapper, &value);
+        convertArgument(argument, isFirst, Converter<Value>::mayHoldWrapper, &value);
         return value;
     }
 
@@ -85,16 +88,16 @@ template <class Pointer, class Default>
 class ArgumentPointer
 {
 public:
-    explicit ArgumentPointer(const Argument& argument)
+    ArgumentPointer(const Argument& argument, bool isFirst)
     {
-        if (argument.object && !errorPending())
+        if (argument.object && mayConvert(isFirst))
             Shiboken::Object::isValid(argument.object);
     }
     Pointer get() const { return m_pointer; }
     bool settle(const Argument& argument)
     {
         if (argument.object)
-            convertArgument(argument, true, &m_pointer);
+            convertArgument(argument, false, true, &m_pointer);
         else if constexpr (!std::is_void_v<Default>)
             m_pointer = Default::value();
         return !errorPending();
@@ -113,16 +116,16 @@ template <class T, class Default>
 class ArgumentReference
 {
 public:
-    explicit ArgumentReference(const Argument& argument)
+    ArgumentReference(const Argument& argument, bool isFirst)
     {
         if (!argument.object) {
             m_temporary.emplace();
         } else if (isInPlace(argument)) {
-            if (!errorPending())
+            if (mayConvert(isFirst))
                 Shiboken::Object::isValid(argument.object);
         } else {
             m_temporary.emplace();
-            convertArgument(argument, true, &*m_temporary);
+            convertArgument(argument, isFirst, true, &*m_temporary);
         }
     }
     bool settle(const Argument& argument)
@@ -183,9 +186,9 @@ template <class T>
 class ArgumentPointee
 {
 public:
-    explicit ArgumentPointee(const Argument& argument)
+    ArgumentPointee(const Argument& argument, bool isFirst)
     {
-        if (!errorPending())
+        if (mayConvert(isFirst))
             Shiboken::Object::isValid(argument.object);
     }
     bool settle(const Argument& argument) { return (m_object = validObject<T>(argument.object)) != nullptr; }
@@ -431,7 +434,7 @@ struct ConvertedArguments<std::index_sequence<i...>, std::tuple<P...>, Defaults>
     using At = PlacedArgument<
         place, ArgumentFor<std::tuple_element_t<place, std::tuple<P...>>, std::tuple_element_t<place, Defaults>>>;
 
-    explicit ConvertedArguments([[maybe_unused]] const Argument* arguments) : At<i>(arguments[i])... {}
+    explicit ConvertedArguments([[maybe_unused]] const Argument* arguments) : At<i>(arguments[i], i == 0)... {}
 
     // Takes the addresses of library objects, now that no script's code runs any more. False with an error pending.
     bool settle([[maybe_unused]] const Argument* arguments)

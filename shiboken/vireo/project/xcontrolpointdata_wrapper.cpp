@@ -11,29 +11,16 @@ public:
 
 namespace {
 
-using namespace vireo::defaults;
 typedef XControlPointData Data;
-typedef boost::optional<bool> Bool;
-typedef boost::optional<float> Float;
+using vireo::defaults::UnsetFloat;
 
-constexpr auto making =
-    constructors(Form::AtMost,
-                 signature(constructs<XControlPointDataWrapper, Bool, Bool, Float, Float, Float, Float, Float>,
-                           optional<UnsetBool>("active"), optional<UnsetBool>("corner"), optional<UnsetFloat>("x"),
-                           optional<UnsetFloat>("y"), optional<UnsetFloat>("weight"),
-                           optional<UnsetFloat>("edge_width"), optional<UnsetFloat>("edge_angle_ratio")),
-                 testedFirst(signature(constructs<XControlPointDataWrapper, const Data&>)));
-
-constexpr auto members = memberTable(vireo::leadingFields<Data>,
-                                     property("weight", operation<&Data::get_weight>, operation<&Data::set_weight>),
-                                     vireo::edgeFields<Data>);
+constexpr auto fields = vireo::recordFields<Data>(
+    vireo::field<UnsetFloat>("weight", operation<&Data::get_weight>, operation<&Data::set_weight>), std::tuple());
 
 } // namespace
 
 template <>
 ClassTable vireo::tableOf<XControlPointData>()
 {
-    ClassTable data = valueClass<Data, XControlPointDataWrapper, making, members>();
-    data.compare = &ComparisonOf<Data, Equal>::compare;
-    return data;
+    return recordTable<Data, XControlPointDataWrapper, fields>();
 }
