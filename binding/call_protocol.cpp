@@ -299,8 +299,13 @@ void* raiseNotInitialised(PyObject* self)
 
 PyObject* callStatic(const Operation& operation, PyObject* arguments, PyObject* keywords)
 {
-    void* const result = operation.form == Form::NoArguments ? operation.signatures->invoke(nullptr, nullptr, nullptr)
-                                                             : run(operation, nullptr, arguments, keywords);
+    void* result;
+    if (operation.form == Form::NoArguments)
+        result = operation.signatures->invoke(nullptr, nullptr, nullptr);
+    else if (operation.form == Form::One)
+        result = runWithOne(operation, nullptr, arguments);
+    else
+        result = run(operation, nullptr, arguments, keywords);
     assert(result || errorPending());
     return unlessError(static_cast<PyObject*>(result));
 }

@@ -55,6 +55,10 @@ void fillTypeObject(const ClassTable& table)
         heapType.as_mapping.mp_subscript = table.subscript;
         type.tp_as_mapping = &heapType.as_mapping;
     }
+    if (table.buffer) {
+        heapType.as_buffer = *table.buffer;
+        type.tp_as_buffer = &heapType.as_buffer;
+    }
     if (table.sequence) {
         heapType.as_sequence = *table.sequence;
         type.tp_as_sequence = &heapType.as_sequence;

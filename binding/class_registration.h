@@ -51,6 +51,7 @@ struct ClassTable
     binaryfunc subscript = nullptr;
     const PySequenceMethods* sequence = nullptr;
     const PyNumberMethods* numbers = nullptr; // without the truth value
+    const PyBufferProcs* buffer = nullptr;
 
     // Conversions as the runtime keeps them; copy and value only for value classes.
     FromPython (*acceptsPointer)(PyObject*) = nullptr;

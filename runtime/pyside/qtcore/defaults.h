@@ -36,6 +36,16 @@ struct NoText
     static constexpr const char* text = "QString()";
     static QString value() { return QString(); }
 };
+struct InheritPriority
+{
+    static constexpr const char* text = "QThread.InheritPriority";
+    static QThread::Priority value() { return QThread::InheritPriority; }
+};
+struct DefaultEncoding
+{
+    static constexpr const char* text = "QCoreApplication.CodecForTr";
+    static Encoding value() { return CodecForTr; }
+};
 struct NoObject
 {
     static constexpr const char* text = "None";

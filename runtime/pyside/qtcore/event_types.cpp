@@ -186,6 +186,10 @@ constexpr EnumerationItem eventTypes[] = {
 
 } // namespace
 
-bool registerEventTypes(PyObject* module) { return registerEnumeration<QEvent::Type>(module, eventTypes); }
+bool registerEventTypes(PyObject* module)
+{
+    qRegisterMetaType<QEvent::Type>(); // signals, slots and properties may have it
+    return registerEnumeration<QEvent::Type>(module, eventTypes);
+}
 
 } // namespace QtCore

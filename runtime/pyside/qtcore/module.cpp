@@ -77,7 +77,7 @@ bool start()
     registerVariantConverter();
     registerListConverters();
     const bool areRegistered =
-        registerClasses(module) && registerEventTypes(module) && registerQtNamespace(module) && addVersion(module);
+        registerClasses(module) && registerEventTypes(module) && registerEnumerations(module) && addVersion(module);
     if (!areRegistered || PyErr_Occurred())
         return false;
     Shiboken::Module::registerTypes(module, types);

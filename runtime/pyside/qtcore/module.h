@@ -9,7 +9,7 @@
 namespace QtCore {
 
 bool registerEventTypes(PyObject* module);
-bool registerQtNamespace(PyObject* module);
+bool registerEnumerations(PyObject* module);
 
 } // namespace QtCore
 

@@ -55,6 +55,8 @@ bool finishQObject(const Operation& constructor, PyObject* self, void* address, 
     ShimPart* const shim = dynamic_cast<ShimPart*>(object);
     if (const std::shared_ptr<const DynamicMetaObject> own = classMetaObject(Py_TYPE(self)))
         shim->setPythonMetaObject(own);
+    if (Shiboken::Object::isUserType(self))
+        shim->setOfPythonClass();
     Signal::updateSourceObject(self);
     if (!setQtParent(self, object, shim->givenParent().object))
         return false;

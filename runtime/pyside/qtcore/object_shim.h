@@ -8,6 +8,8 @@
 #include "pyside.h"
 #include "signalmanager.h"
 
+#include <atomic>
+
 namespace QtCore {
 
 // Whether a class between the object's own and the C++ one has that name.
@@ -21,7 +23,12 @@ public:
     // Set once the wrapper object knows its QObject: the parent is told of its child, and may look at it.
     Parent givenParent() const { return m_parent; }
 
+    // Whether its Python class is derived from the wrapped one, and may override. Any thread.
+    bool isOfPythonClass() const { return m_isOfPythonClass.load(std::memory_order_relaxed); }
+    void setOfPythonClass() { m_isOfPythonClass.store(true, std::memory_order_relaxed); }
+
 private:
+    std::atomic<bool> m_isOfPythonClass{false};
     const Parent m_parent; // good only until the constructor's call has returned
 };
 

@@ -8,6 +8,7 @@
 #include "signal_objects.h"
 #include "signalmanager.h"
 #include "static_type.h"
+#include "value_type.h"
 
 namespace QtCore {
 
@@ -47,13 +48,20 @@ private:
     Py_ssize_t m_place = 0;
 };
 
+// A signal without a list of parameters is Python's alone, and takes any arguments.
+QByteArray signatureOf(const char* signal)
+{
+    const QByteArray signature = QMetaObject::normalizedSignature(signal);
+    return signature.isEmpty() || signature.contains('(') ? signature : signature + '(' + anyArguments + ')';
+}
+
 bool readSignal(const char* text, QByteArray& signal)
 {
     if (*text != signalMark) {
         PyErr_SetString(PyExc_TypeError, "Use the function PySide.QtCore.SIGNAL on signals");
         return false;
     }
-    signal = QMetaObject::normalizedSignature(text + 1);
+    signal = signatureOf(text + 1);
     return true;
 }
 
@@ -240,7 +248,11 @@ PyObject* emitOldStyle(PyObject* self, PyObject* arguments)
     }
     if (!readSignal(PyString_AS_STRING(signal), signature))
         return nullptr;
-    const Reference values(PyTuple_GetSlice(arguments, 1, PyTuple_GET_SIZE(arguments)));
+    if (!SignalPlace(source, signature).exists())
+        Py_RETURN_FALSE;
+    Reference values(PyTuple_GetSlice(arguments, 1, PyTuple_GET_SIZE(arguments)));
+    if (values && signature.endsWith('(' + QByteArray(anyArguments) + ')'))
+        values = Reference(PyTuple_Pack(1, values.get()));
     if (!values || !SignalManager::instance().emitSignal(source, signature.constData(), values.get()))
         return nullptr;
     Py_RETURN_TRUE;

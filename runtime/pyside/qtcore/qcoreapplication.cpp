@@ -18,6 +18,15 @@ class ApplicationShim : public ObjectShim<QCoreApplication>
 public:
     explicit ApplicationShim(const CommandLine& line) : ObjectShim(kept(line).count, kept(line).texts) {}
 
+    bool ownNotify(QObject* receiver, QEvent* event) { return QCoreApplication::notify(receiver, event); }
+
+    // Comes before every event of every thread: the interpreter is asked only where a Python class may answer.
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        const auto own = [&] { return ownNotify(receiver, event); };
+        return isOfPythonClass() ? handOn("notify", own, receiver, event) : own();
+    }
+
 private:
     static CommandLine& kept(const CommandLine& line)
     {
@@ -74,12 +83,28 @@ void postEvent(QObject& receiver, QEvent& event, int priority)
     QCoreApplication::postEvent(&receiver, &event, priority);
 }
 
+// As in QObject: an override that calls the base class means C++'s own.
+bool notify(QCoreApplication& application, QObject& receiver, QEvent& event)
+{
+    if (ApplicationShim* const own = dynamic_cast<ApplicationShim*>(&application))
+        return own->ownNotify(&receiver, &event);
+    return application.notify(&receiver, &event);
+}
+
+QString translate(const char* context, const char* text, const char* disambiguation, Encoding, int count)
+{
+    return QCoreApplication::translate(context, text, disambiguation, count);
+}
+
 void processEvents() { QCoreApplication::processEvents(); }
 
 constexpr auto making = constructors(Form::AtLeast, signature(constructs<ApplicationShim, CommandLine>));
 
 constexpr auto members =
-    memberTable(noArguments("instance", staticOperation<&QCoreApplication::instance>),
+    memberTable(positional("notify", operation<&notify>),
+                keywords("translate", staticOperation<&translate>, optional<NoBytes>("disambiguation"),
+                         optional<DefaultEncoding>("encoding"), optional<MinusOne>("n")),
+                noArguments("instance", staticOperation<&QCoreApplication::instance>),
                 positional("sendEvent", staticOperation<&sendEvent>),
                 keywords("postEvent", lockedStaticOperation<&postEvent>, optional<Zero>("priority")),
                 keywords("sendPostedEvents", staticOperation<&QCoreApplication::sendPostedEvents>,

@@ -246,6 +246,7 @@ constexpr auto members = memberTable(
     noArguments("isWidgetType", operation<&QObject::isWidgetType>), noArguments("sender", operation<&sender>),
     one("receivers", operation<&receivers>),
     keywords("tr", operation<&tr>, optional<NoBytes>("disambiguation"), optional<MinusOne>("n")),
+    keywords("trUtf8", operation<&tr>, optional<NoBytes>("disambiguation"), optional<MinusOne>("n")),
     one("event", operation<&event>), positional("eventFilter", operation<&eventFilter>),
     one("timerEvent", operation<&specialEvent<QTimerEvent, &PythonQObject::ownTimerEvent, &Protected::timerEvent>>),
     one("childEvent", operation<&specialEvent<QChildEvent, &PythonQObject::ownChildEvent, &Protected::childEvent>>),

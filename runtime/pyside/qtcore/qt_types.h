@@ -9,6 +9,7 @@
 
 #include <class_registration.h>
 #include <pyside_qtcore_python.h>
+#include <pysidesignal.h>
 
 namespace QtCore {
 
@@ -16,6 +17,9 @@ using namespace PySide;
 using namespace binding;
 
 extern PyTypeObject* types[SBK_QtCore_IDX_COUNT];
+
+// How a text to be translated is encoded: of Qt 4, whose scripts say so. Qt 5 takes every text for UTF-8.
+enum Encoding { CodecForTr, UnicodeUTF8, DefaultCodec = CodecForTr };
 
 // In the order in which they are registered: a class comes after its base class and before its enumerations.
 inline constexpr std::tuple typeRows{
@@ -28,7 +32,15 @@ inline constexpr std::tuple typeRows{
     objectType<QTimer>(SBK_QTIMER_IDX, "PySide.QtCore.QTimer"),
     objectType<QThread>(SBK_QTHREAD_IDX, "PySide.QtCore.QThread"),
     enumerationType<QEvent::Type>(SBK_QEVENT_TYPE_IDX, "PySide.QtCore.QEvent.Type"),
-    enumerationType<Qt::ConnectionType>(SBK_QT_CONNECTIONTYPE_IDX, "PySide.QtCore.Qt.ConnectionType")};
+    enumerationType<QThread::Priority>(SBK_QTHREAD_PRIORITY_IDX, "PySide.QtCore.QThread.Priority"),
+    enumerationType<Encoding>(SBK_QCOREAPPLICATION_ENCODING_IDX, "PySide.QtCore.QCoreApplication.Encoding"),
+    enumerationType<Qt::ConnectionType>(SBK_QT_CONNECTIONTYPE_IDX, "PySide.QtCore.Qt.ConnectionType"),
+    enumerationType<Qt::Orientation>(SBK_QT_ORIENTATION_IDX, "PySide.QtCore.Qt.Orientation"),
+    enumerationType<Qt::CaseSensitivity>(SBK_QT_CASESENSITIVITY_IDX, "PySide.QtCore.Qt.CaseSensitivity"),
+    enumerationType<Qt::SortOrder>(SBK_QT_SORTORDER_IDX, "PySide.QtCore.Qt.SortOrder"),
+    enumerationType<Qt::CheckState>(SBK_QT_CHECKSTATE_IDX, "PySide.QtCore.Qt.CheckState"),
+    enumerationType<Qt::TimeSpec>(SBK_QT_TIMESPEC_IDX, "PySide.QtCore.Qt.TimeSpec"),
+    enumerationType<Qt::DateFormat>(SBK_QT_DATEFORMAT_IDX, "PySide.QtCore.Qt.DateFormat")};
 
 // The table of a class, which its own file gives.
 template <class T>
@@ -40,7 +52,7 @@ struct Parent
     PyObject* object = nullptr;
 };
 
-// A Python object that can be called, borrowed.
+// A Python object that can be called, or a signal that can be emitted; borrowed.
 struct Callable
 {
     PyObject* object = nullptr;
@@ -96,7 +108,10 @@ struct Converter<QtCore::Callable>
 {
     static constexpr bool mayHoldWrapper = false;
     static const char* text() { return "callable"; }
-    static FromPython accepts(PyObject* object) { return PyCallable_Check(object) ? &fromPython : nullptr; }
+    static FromPython accepts(PyObject* object)
+    {
+        return PyCallable_Check(object) || PySide::Signal::checkType(object) ? &fromPython : nullptr;
+    }
     static void fromPython(PyObject* object, void* value) { static_cast<QtCore::Callable*>(value)->object = object; }
 };
 

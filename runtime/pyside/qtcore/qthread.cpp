@@ -51,7 +51,9 @@ void run(QThread& thread)
         own->ownRun();
 }
 
-void start(QThread& thread) { thread.start(); }
+// A number that differs from every other thread's.
+unsigned long currentThreadId() { return reinterpret_cast<unsigned long>(QThread::currentThreadId()); }
+
 bool wait(QThread& thread, unsigned long time) { return thread.wait(time); }
 
 int execute(QThread& thread)
@@ -64,8 +66,10 @@ int execute(QThread& thread)
 }
 
 constexpr auto members =
-    memberTable(noArguments("run", operation<&run>), noArguments("start", operation<&start>),
-                noArguments("quit", operation<&QThread::quit>),
+    memberTable(noArguments("run", operation<&run>),
+                keywords("start", operation<&QThread::start>, optional<InheritPriority>("priority")),
+                noArguments("priority", operation<&QThread::priority>),
+                one("setPriority", operation<&QThread::setPriority>), noArguments("quit", operation<&QThread::quit>),
                 keywords("exit", operation<&QThread::exit>, optional<Zero>("retcode")),
                 keywords("wait", operation<&wait>, optional<Forever>("time")),
                 noArguments("exec_", operation<&execute>), noArguments("isRunning", operation<&QThread::isRunning>),
@@ -73,6 +77,7 @@ constexpr auto members =
                 noArguments("requestInterruption", operation<&QThread::requestInterruption>),
                 noArguments("isInterruptionRequested", operation<&QThread::isInterruptionRequested>),
                 noArguments("currentThread", staticOperation<&QThread::currentThread>),
+                noArguments("currentThreadId", staticOperation<&currentThreadId>),
                 noArguments("idealThreadCount", staticOperation<&QThread::idealThreadCount>),
                 noArguments("yieldCurrentThread", staticOperation<&QThread::yieldCurrentThread>),
                 one("sleep", staticOperation<&QThread::sleep>), one("msleep", staticOperation<&QThread::msleep>),

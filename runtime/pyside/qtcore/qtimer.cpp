@@ -36,8 +36,13 @@ void singleShotMember(int interval, QObject& receiver, const char* member)
 
 void singleShotCallable(int interval, Callable callable)
 {
+    const Reference called = Signal::checkType(callable.object)
+                                 ? Reference(PyObject_GetAttrString(callable.object, "emit"))
+                                 : Reference::borrow(callable.object);
+    if (!called)
+        return;
     QTimer* const timer = newSingleShot(interval);
-    startSingleShot(timer, connectToCallable(timer, "timeout()", callable.object, Qt::AutoConnection));
+    startSingleShot(timer, connectToCallable(timer, "timeout()", called.get(), Qt::AutoConnection));
 }
 
 constexpr auto members =

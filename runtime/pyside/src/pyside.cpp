@@ -6,6 +6,7 @@
 #include "qobject_wrappers.h"
 #include "signal_objects.h"
 #include "signalmanager.h"
+#include "value_type.h"
 
 #include <QCoreApplication>
 #include <QMetaProperty>
@@ -96,6 +97,7 @@ bool applyKeyword(PyObject* self, QObject* object, const QMetaObject* metaObject
 void init(PyObject* module)
 {
     qRegisterMetaType<PyObjectWrapper>("PyObject");
+    qRegisterMetaType<PyObjectWrapper>(anyArguments);
     if (!initSignalTypes(module) || !initSlotType(module) || !initPropertyType(module) || !registerAtExit())
         return;
     registerCleanupFunction(&destroyQCoreApplication);

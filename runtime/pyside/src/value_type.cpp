@@ -110,6 +110,8 @@ ValueTypes parameterTypes(const QMetaMethod& method)
 
 PyObject* argumentTuple(const ValueTypes& types, std::size_t count, void** arguments)
 {
+    if (count == 1 && types[0].name() == anyArguments)
+        return types[0].toPython(arguments[1]);
     Reference tuple(PyTuple_New(count));
     for (std::size_t i = 0; tuple && i < count; ++i) {
         PyObject* const argument = types[i].toPython(arguments[i + 1]);

@@ -40,6 +40,9 @@ typedef std::vector<ValueType> ValueTypes;
 
 ValueTypes parameterTypes(const QMetaMethod& method);
 
+// The type of the one parameter that stands for any number of Python objects: a tuple of them.
+constexpr const char* anyArguments = "PyArguments";
+
 // The first `count` arguments of a meta-call for Python. Null with an error.
 PyObject* argumentTuple(const ValueTypes& types, std::size_t count, void** arguments);
 

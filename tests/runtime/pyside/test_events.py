@@ -142,7 +142,10 @@ class Events(Case):
         gone = QtCore.QObject()
         gone.destroyed.connect(lambda: calls.append('slot'))
         QtCore.QTimer.singleShot(0, gone, QtCore.SLOT('deleteLater()'))
-        wait_until(lambda: len(calls) == 2)
+        clock = QtCore.QTimer()
+        clock.timeout.connect(lambda: calls.append('signal'))
+        QtCore.QTimer.singleShot(0, clock.timeout)
+        wait_until(lambda: len(calls) == 3)
         self.assertFalse(shiboken.isValid(gone))
         for arguments in ((1, 5), ('x', len), (1, gone), (1, len, 'x')):
             self.assertFails(TypeError, "'PySide.QtCore.QTimer.singleShot' called with wrong argument types:",
@@ -160,6 +163,21 @@ print app.exec_()
 ''')
         self.assertEqual((code, out), (0, '3\n'))
         self.assertIn('ValueError: slot', error)
+
+    def test_notify(self):
+        self.assertEqual(run('''
+from PySide import QtCore
+class Application(QtCore.QCoreApplication):
+    def notify(self, receiver, event):
+        if event.type() == QtCore.QEvent.User:
+            print receiver.objectName()
+            return receiver.objectName() == 'taken'
+        return QtCore.QCoreApplication.notify(self, receiver, event)
+app = Application([])
+for name in ('taken', 'left'):
+    print app.sendEvent(QtCore.QObject(objectName=name), QtCore.QEvent(QtCore.QEvent.User))
+print app.notify(QtCore.QObject(), QtCore.QEvent(QtCore.QEvent.Type(1001)))
+'''), (0, 'taken\nTrue\nleft\nFalse\nTrue\n', ''))
 
 
 if __name__ == '__main__':

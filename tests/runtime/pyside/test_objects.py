@@ -122,6 +122,14 @@ class Objects(Case):
         self.assertEqual((o.inherits('QObject'), o.inherits('QTimer')), (True, False))
         self.assertEqual((o.tr('text'), o.receivers(QtCore.SIGNAL('destroyed()'))), (u'text', 0))
         self.assertEqual(o.thread(), application.thread())
+        self.assertEqual((o.trUtf8('text'), application.translate('here', 'text', None, application.UnicodeUTF8)),
+                         (u'text', u'text'))
+        thread = QtCore.QThread()
+        thread.start(QtCore.QThread.LowPriority)
+        thread.quit()
+        self.assertTrue(thread.wait() and thread.currentThreadId() != 0)
+        self.assertEqual(thread.priority(), QtCore.QThread.InheritPriority)
+        self.assertEqual([int(value) for value in (QtCore.Qt.Vertical, QtCore.Qt.Checked, QtCore.Qt.UTC)], [2, 2, 1])
         self.assertFails(TypeError, "cannot create 'PySide.QtCore.Qt' instances", QtCore.Qt)
         self.assertFails(RuntimeError, 'A QCoreApplication instance already exists.', QtCore.QCoreApplication, [])
         self.assertEqual(application.argv(), [u'tests'])
@@ -137,6 +145,28 @@ class Objects(Case):
         self.assertEqual(QtCore.QByteArray.fromHex('6162'), 'ab')
         self.assertEqual([c for c in QtCore.QByteArray(3, 'x')], ['x', 'x', 'x'])
         self.assertRaises(IndexError, lambda: b[9])
+        c = QtCore.QByteArray('abcabc')
+        for got, expected in (
+                (c[1:3], 'bc'), (c[-2:], 'bc'), (c[9:], ''), (c * 2, 'abcabcabcabc'), ('ca' in c, True), ('x' in c, False),
+                (str(buffer(c)), 'abcabc'), (c.at(1), 'b'), (c.count('bc'), 2), (c.count(), 6), (c.indexOf('c', 3), 5),
+                (c.lastIndexOf('a'), 3), (c.split('b'), ['a', 'ca', 'c']), (c.leftJustified(8, '.'), 'abcabc..'),
+                (QtCore.QByteArray.number(255, 16), 'ff'), (QtCore.QByteArray.number(0.5), '0.5'),
+                (QtCore.QByteArray('ff').toInt(16), (255, True)), (QtCore.QByteArray('x').toDouble(), (0.0, False)),
+                (QtCore.QByteArray('12').toLongLong(), (12, True)), (QtCore.QByteArray(' a  b ').simplified(), 'a b')):
+            self.assertEqual(got, expected)
+        c[0], c[1:3] = 'x', 'yyy'
+        c += 'z'
+        del c[-2]
+        self.assertEqual(c, 'xyyyabz')
+        for change, after in ((lambda: c.insert(1, 'i'), 'xiyyyabz'), (lambda: c.remove(2, 3), 'xiabz'),
+                              (lambda: c.replace('ab', 'q'), 'xiqz'), (lambda: c.replace(0, 2, ''), 'qz'),
+                              (lambda: c.prepend('p'), 'pqz'), (lambda: c.fill('f', 2), 'ff'),
+                              (lambda: c.setNum(-3), '-3')):
+            self.assertIs(change(), c)
+            self.assertEqual(c, after)
+        self.assertRaises(TypeError, c.__setitem__, 0, 'ab')
+        self.assertRaises(TypeError, QtCore.QByteArray.number, 'x')
+        self.assertRaises(OverflowError, lambda: c * 2 ** 31)
         self.assertRaises(TypeError, QtCore.QByteArray, u'x')
         self.assertFails(NotImplementedError, 'operator not implemented.', lambda: b < 5)
 

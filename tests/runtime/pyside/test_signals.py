@@ -142,10 +142,12 @@ class Signals(SignalCase):
     def test_declarations(self):
         class Mixin(object): mixed = QtCore.Signal(str)
 
-        class Derived(Mixin, Source): more = QtCore.Signal()
+        class Derived(Mixin, Source):
+            more, kind, raw = QtCore.Signal(), QtCore.Signal(QtCore.QEvent.Type), QtCore.Signal(QtCore.QByteArray)
 
         derived = Derived()
-        for signal, values in ((derived.more, ()), (derived.plain, ()), (derived.mixed, (u'x',))):
+        for signal, values in ((derived.more, ()), (derived.plain, ()), (derived.mixed, (u'x',)),
+                               (derived.kind, (QtCore.QEvent.User,)), (derived.raw, (QtCore.QByteArray('x'),))):
             signal.connect(note)
             signal.emit(*values)
             self.assertCalls(values)
@@ -153,7 +155,7 @@ class Signals(SignalCase):
         Derived.late = QtCore.Signal()
         self.assertEqual([type(Mixin().mixed), type(derived.late)], [QtCore.Signal] * 2)
         self.assertFails(TypeError, 'Value types used on meta functions (including signals) need to be registered on '
-                         'meta type: PySide.QtCore.QEvent.Type', QtCore.Signal, QtCore.QEvent.Type)
+                         'meta type: PySide.QtCore.QThread.Priority', QtCore.Signal, QtCore.QThread.Priority)
         self.assertRaises(TypeError, QtCore.Signal, 5)
         self.assertRaises(TypeError, QtCore.Signal, int, nothing=1)
 
@@ -271,7 +273,7 @@ class OldStyle(SignalCase):
         signal, source, sink = SIGNAL('fresh(int, QString)'), self.source, self.sink
         self.assertIs(source.connect(signal, note), True)
         self.assertIs(source.emit(signal, 5, 'x'), True)
-        self.assertIs(source.emit(SIGNAL('unheard()')), True)
+        self.assertIs(source.emit(SIGNAL('unheard()')), False)
         source.one.connect(note)
         source.one.emit(1)
         self.assertCalls((5, u'x'), (1,))
@@ -279,6 +281,17 @@ class OldStyle(SignalCase):
         sink.later = lambda *values: calls.append('later')
         source.emit(signal, 5, 'x')
         self.assertEqual(calls[-1], 'later')
+
+    def test_signals_of_any_arguments(self):
+        signal, source = SIGNAL('anything'), self.source
+        self.assertIs(source.emit(signal, 1), False)
+        self.assertIs(source.connect(signal, note), True)
+        for arguments in ((), (1, 'x', source), ((1, 2),), (None, [3])):
+            self.assertIs(source.emit(signal, *arguments), True)
+            self.assertCalls(arguments)
+        self.assertIs(source.disconnect(signal, note), True)
+        self.assertIs(source.emit(signal, 1), True)
+        self.assertCalls()
 
     def test_what_cannot_be_connected(self):
         marked, wrong, signal = 'Use the function PySide.QtCore.%s on %s', WRONG % 'connect', SIGNAL('one(int)')
