@@ -162,6 +162,7 @@ TEST(Files, RefusesHeadersThatClaimMoreThanTheFileCanHold)
         {"a.dpx", "XPDS", 32, "\xf0\xff\xff\x7f"s},
         {"a.dpx", "XPDS", 4, "\xff\xff\x7f\x00"s},
         {"a.dpx", "XPDS", 772, "\x00\x00\x01\x00\x00\x00\x01\x00"s},
+        {"a.dpx", "XPDS", 772, "\x00\x01\x00\x00\x00\x01\x00\x00"s},
         {"a.exr", "dataWindow\0box2i\0"s, 29, "\xff\xff\xff\x7e"s},
         {"a.exr", "displayWindow\0box2i\0"s, 32, "\xff\xff\x00\x00\xff\xff\x00\x00"s},
         {"a.jpg", "\xff\xc0", 5, "\xff\xff\xff\xff"s},

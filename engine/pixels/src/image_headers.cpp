@@ -78,7 +78,11 @@ private:
                 (place == 4 ? 0 : fixedPart) + std::uint64_t(size) > std::max<std::uint64_t>(m_fileSize, fixedPart))
                 refuse(std::to_string(size) + " bytes where the file has " + std::to_string(m_fileSize));
         }
-        checkSize(number(772, 4, bigEndian), number(776, 4, bigEndian));
+        const std::uint64_t width = number(772, 4, bigEndian), height = number(776, 4, bigEndian);
+        checkSize(std::int64_t(width), std::int64_t(height));
+        const bool plain = number(806, 2, bigEndian) != 1; // not run-length encoded: every pixel is there
+        if (plain && width * height > m_fileSize * 8 / std::max(number(803, 1, bigEndian), 1U))
+            refuse(std::to_string(width) + " x " + std::to_string(height) + " pixels");
     }
 
     // Attributes follow one another: name, type, size, value; an empty name ends them.
