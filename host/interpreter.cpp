@@ -8,8 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
-#include <csignal>
-#include <engine/embedding.h>
 #include <fundo/qt_version.h>
 #include <unistd.h>
 
@@ -92,26 +90,6 @@ void passWarningOptions()
     }
 }
 
-void (*pythonsInterrupt)(int) = nullptr;
-
-// While a long operation runs, Ctrl-C cancels that, which reaches the script as a KeyboardInterrupt; else it is
-// Python's.
-void interrupt(int number)
-{
-    if (!orrery::cancelOperations())
-        pythonsInterrupt(number);
-}
-
-void handleInterrupts()
-{
-    struct sigaction action = {};
-    if (sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN || action.sa_handler == SIG_DFL)
-        return;
-    pythonsInterrupt = action.sa_handler;
-    action.sa_handler = &interrupt;
-    sigaction(SIGINT, &action, nullptr);
-}
-
 } // namespace
 
 const char* interpreterVersion() { return PY_VERSION; }
@@ -125,7 +103,6 @@ void startInterpreter(const std::string& program, void (*afterwards)())
     Py_Initialize();
     PyEval_InitThreads();
     Py_AtExit(afterwards);
-    handleInterrupts();
     addOwnPackages();
 }
 

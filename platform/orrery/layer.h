@@ -75,7 +75,7 @@ public:
     bool get_visibility() const;
     void set_visibility(bool visible);
     // What mattes by colour and inserts are drawn in: red, green and blue, linear light, from 0 to 1 each, else
-    // STRM_OutOfRange.
+    // STRM_OutOfRange; STRM_BadArgument for a NaN.
     Fundo::Colour3<float> get_matte_color();
     void set_matte_color(Fundo::Colour3<float> color);
     // What an application draws the outline in: red, green and blue from 0 to 1 each, else STRM_OutOfRange.
@@ -85,8 +85,8 @@ public:
     bool get_locked() const;
     void set_locked(bool locked);
 
-    // The layer whose track this one follows. Setting a null handle throws STRM_BadArgument, and so does a layer that
-    // follows this one, directly or not.
+    // The layer whose track this one follows. A handle that never referred to a layer sets none, like an empty value;
+    // that of a layer that is gone throws STRM_BadArgument, and so does a layer that follows this one, directly or not.
     boost::optional<Layer> get_link_to_track();
     void set_link_to_track(const boost::optional<Layer>& layer);
 

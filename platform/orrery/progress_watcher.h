@@ -27,7 +27,7 @@ signals:
     void started(const QString& text);
     // From 0 to 1, and what is being done ("frame 12 of 100"); some tens a second at most.
     void progressChanged(double fraction, const QString& text);
-    // The operation is over: done, failed or cancelled.
+    // The operation is over, done, failed or cancelled, and the project is as it left it: its slots may start another.
     void finished();
     // It ended because of a wish to cancel; comes before finished().
     void cancelled();

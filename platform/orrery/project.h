@@ -124,11 +124,12 @@ public:
     // handle where it leads nowhere.
     ParameterSet parameter_set(const QStringList& name_components);
 
-    // Tracks layers from each layer's in point through the frames from `start_index` to `stop_index` (4294967295, the
-    // end of the work range; with 0 to 4294967295, from its beginning): forwards to the end and backwards to the start.
-    // No layers: all that are visible; no views: the hero view. One undoable step. A frame that cannot be aligned ends
-    // with STRM_OperationFailed, which names the layer and the frame; what was tracked up to there stays. A cancel
-    // leaves everything as it was.
+    // Tracks layers from each layer's in point through the frames from `start_index` to `stop_index`: 4294967295 stands
+    // for the beginning and the end of the work range, and so does a start of 0 without a stop, since those are the
+    // defaults (to begin at 0 before the work range, name the stop). It goes forwards to the end and backwards to the
+    // start. No layers: all that are visible; no views: the hero view. One undoable step. A frame that cannot be
+    // aligned ends with STRM_OperationFailed, which names the layer and the frame; what was tracked up to there stays.
+    // A cancel leaves everything as it was.
     void track_layers(unsigned int start_index, unsigned int stop_index, const QVector<Layer>& layers,
                       const QVector<View>& views);
 

@@ -11,7 +11,8 @@ Project* getCurrentProject();
 bool isEmbedded();
 
 // Called once, with the interpreter's lock held, before any object crosses into the language: from then on the
-// destructors of the object classes tell the binding runtime that their object is going.
+// destructors of the object classes tell the binding runtime that their object is going, and Ctrl-C cancels long
+// operations where it would interrupt a script.
 void pyBootstrap();
 
 // Called when the interpreter ends: from then on destructors call no hook.

@@ -50,10 +50,11 @@ TEST(Progress, TellsTheBeginningTheEndAndSomeOfWhatIsBetween)
     ProgressWatcher watcher(nullptr);
     const Told told(watcher);
     {
-        OperationProgress progress(watcher, "work");
+        OperationProgress progress(watcher);
+        progress.begin("work");
         for (int i = 1; i <= 100000; ++i)
             progress.report(i / 100000.0, "step");
-        EXPECT_THROW(OperationProgress(watcher, "second"), STRM_OperationInProgress);
+        EXPECT_THROW(OperationProgress second(watcher), STRM_OperationInProgress);
     }
     EXPECT_EQ(told.events(), (QStringList{"started work", "finished"}));
     EXPECT_EQ(told.last(), 1);
@@ -68,7 +69,8 @@ TEST(Progress, CancelsByCallOrSignalOnlyWhatRuns)
     watcher.cancel();
     for (const bool bySignal : {false, true}) {
         const auto run = [&] {
-            OperationProgress progress(watcher, "work");
+            OperationProgress progress(watcher);
+            progress.begin("work");
             progress.report(0.5, "step");
             bySignal ? emit watcher.cancelRequested() : watcher.cancel();
             EXPECT_TRUE(progress.cancelWanted());
@@ -78,7 +80,7 @@ TEST(Progress, CancelsByCallOrSignalOnlyWhatRuns)
     }
     EXPECT_EQ(told.events(),
               (QStringList{"started work", "cancelled", "finished", "started work", "cancelled", "finished"}));
-    OperationProgress next(watcher, "next");
+    OperationProgress next(watcher);
     EXPECT_FALSE(next.cancelWanted());
 }
 
@@ -89,7 +91,8 @@ TEST(Progress, EveryFrameIsWorkedOnOnceAndTheFirstFailureIsThrown)
     const auto doing = [](int) { return QString(); };
     std::vector<std::atomic<int>> calls(500);
     {
-        OperationProgress progress(watcher, "work");
+        OperationProgress progress(watcher);
+        progress.begin("work");
         orrery::forEachFrame(
             progress, 500, [&](int i) { ++calls[static_cast<std::size_t>(i)]; }, doing);
     }
@@ -99,7 +102,8 @@ TEST(Progress, EveryFrameIsWorkedOnOnceAndTheFirstFailureIsThrown)
 
     std::atomic<int> begun{0};
     const auto failing = [&] {
-        OperationProgress progress(watcher, "work");
+        OperationProgress progress(watcher);
+        progress.begin("work");
         orrery::forEachFrame(
             progress, 100000,
             [&](int i) {
@@ -111,6 +115,60 @@ TEST(Progress, EveryFrameIsWorkedOnOnceAndTheFirstFailureIsThrown)
     };
     expectThrow<std::runtime_error>(failing, "frame 20");
     EXPECT_LT(begun, 1000);
+}
+
+TEST(Progress, FinishedComesWhenAllIsOverAndOnceWhateverHappens)
+{
+    Folder folder, output;
+    const pixels::MadeFootage made(smallOptions());
+    const auto project = projectOver(writeFootage(folder, made), output);
+    addPolygon(*project, "layer", cornersOf(made, 0));
+    Clip& clip = *project->get_default_trackable_clip();
+    RenderInsertOperation render;
+    const std::pair<ProgressWatcher*, std::function<void(const QString& folder)>> operations[] = {
+        {render.get_progress_watcher(),
+         [&](const QString& path) {
+             project->set_output_dir(path, false);
+             project->render(&render, 0, 3, {}, View(0));
+         }},
+        {project->get_progress_watcher(),
+         [&](const QString& path) {
+             delete project->export_rendered_shapes({}, Grayscale, "M", path, "m.", ".png", 0, 3, 1, {}, false);
+         }},
+        {clip.get_progress_watcher(),
+         [&](const QString& path) { clip.exportClip(nullptr, path, "c.", ".png", "", 0, 3, 1, {}, false); }},
+        {project->get_progress_watcher(),
+         [&](const QString& path) {
+             project->set_output_dir(path, false); // refuses what the others refuse
+             project->track_layers(0, 2, {}, {});
+         }},
+    };
+    int changes = 0;
+    const Listener changed(*project, SIGNAL(clipsChanged()), [&changes] { ++changes; });
+    for (const auto& [reported, operation] : operations) {
+        ProgressWatcher& watcher = *reported;
+        const auto& run = operation;
+        const Told told(watcher);
+        bool again = true;
+        const Listener next(watcher, SIGNAL(finished()), [&] {
+            EXPECT_EQ(project->get_clips().size(), 1 + changes);
+            if (std::exchange(again, false))
+                run(output / "again");
+        });
+        run(output.path());
+        EXPECT_EQ(told.events().filter("finished").size(), 2);
+        EXPECT_EQ(told.events().last(), QString("finished"));
+        again = false;
+        {
+            const Listener cancelling(watcher, SIGNAL(started(QString)), [&watcher] { watcher.cancel(); });
+            EXPECT_THROW(run(output.path()), STRM_OperationCancelledByUser);
+        }
+        EXPECT_EQ(told.events().mid(told.events().size() - 2), (QStringList{"cancelled", "finished"}));
+        const int before = told.events().size();
+        EXPECT_THROW(run(folder / "plate.0001.png"), STRM_BadFile);
+        EXPECT_EQ(told.events().size() - before, 2 * told.events().mid(before).filter("finished").size());
+    }
+    EXPECT_EQ(changes, 2);
 }
 
 TEST(Progress, AWatcherThatAScriptDestroyedIsMissedAndNotUsed)

@@ -63,11 +63,13 @@ TEST_F(Tree, LinksHaveNoCircles)
     layers[1].set_link_to_track(layers[2]);
     expectThrow<STRM_BadArgument>([&] { layers[2].set_link_to_track(layers[0]); }, "'c'");
     expectThrow<STRM_BadArgument>([&] { layers[2].set_link_to_track(layers[2]); }, "link_to_track");
-    expectThrow<STRM_BadArgument>([&] { layers[2].set_link_to_track(Layer()); }, "link_to_track");
     layers[1].remove();
     EXPECT_FALSE(layers[0].get_link_to_track());
+    expectThrow<STRM_BadArgument>([&] { layers[2].set_link_to_track(layers[1]); }, "refers to nothing");
     layers[2].set_link_to_track(layers[0]);
     EXPECT_EQ(*layers[2].get_link_to_track(), layers[0]);
+    layers[2].set_link_to_track(Layer());
+    EXPECT_FALSE(layers[2].get_link_to_track());
 }
 
 TEST_F(Tree, AFollowingLayerMovesWithTheOther)

@@ -5,6 +5,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 from running import environment, program, run, vireo
@@ -162,6 +163,55 @@ class CurrentProject(Folder):
         code = "from PySide.QtCore import *\napplication = QCoreApplication.instance()\n" \
                "QTimer.singleShot(0, application.quit); print application.exec_()"
         self.assertEqual(vireo("-c", code), (0, "0\n", ""))
+
+
+class InterruptedOperation(Folder):
+    """An export of a hundred thousand mattes, in the application and in a plain interpreter alike."""
+
+    matte = ("from vireo.project import *\n"
+             "project = Project(None); project.length = 100000\n"
+             "clip = Clip(u'', width=8, height=6, length=100000)\n"
+             "layer = project.add_layer(project.add_clip(clip, u'Plate'), u'layer')\n"
+             "layer.add_bezier_contour(0.0, [BezierControlPointData(True, True, x, y) for x, y in [(1.0, 1.0), (7.0, 1.0), (4.0, 5.0)]])\n"
+             "def export(last):\n"
+             "    project.export_rendered_shapes([], Grayscale, u'Mattes', OUT, u'm.', u'.png', 0, last)\n")
+
+    def interrupted(self, command, code, begun):
+        out = os.path.join(self.folder, "out")
+        surroundings = environment(PYTHONPATH=os.environ["PYTHONPATH"])
+        process = subprocess.Popen(command + ["-c", "OUT = %r.decode('utf-8')\n" % out + self.matte + code],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=surroundings)
+        while not begun(out) and process.poll() is None:
+            time.sleep(0.01)
+        start = time.time()
+        process.send_signal(signal.SIGINT)
+        printed, complaints = process.communicate()
+        left = os.listdir(out) if os.path.exists(out) else []
+        return process.returncode, printed, complaints, left, time.time() - start
+
+    def test_is_cancelled_and_taken_back(self):
+        staged = lambda out: os.path.exists(out) and os.listdir(out) and len(os.listdir(os.path.join(out, os.listdir(out)[0]))) > 3
+        slot = "def slot(*arguments): pass\nproject.progress_watcher.progressChanged.connect(slot)\n"
+        for command in ([program], [sys.executable]):
+            for connected in ("", slot):
+                code, printed, complaints, left, seconds = \
+                    self.interrupted(command, connected + "export(99999)\nprint 'never'", staged)
+                self.assertEqual((code, printed, left), (1, "", []), complaints)
+                self.assertIn("\nKeyboardInterrupt: ", complaints)
+                self.assertEqual(complaints.count("Traceback"), 1, complaints)
+                self.assertLess(seconds, 10) # a second on a machine that does nothing else
+
+    def test_is_not_lost_while_the_end_is_told(self):
+        code = ("import os, time\n"
+                "def slot():\n    os.mkdir(OUT + u'/told'); time.sleep(0.5); print 'to the end'\n"
+                "project.progress_watcher.finished.connect(slot)\nexport(0)\nfor i in range(1000): pass\nprint 'never'")
+        for command in ([program], [sys.executable]):
+            found, printed, complaints, left, _ = \
+                self.interrupted(command, code, lambda out: os.path.exists(out + "/told"))
+            self.assertEqual((found, printed), (1, "to the end\n"), complaints)
+            self.assertTrue(complaints.endswith("\nKeyboardInterrupt\n"), complaints)
+            self.assertEqual(sorted(left), ["m.0.png", "told"])
+            shutil.rmtree(os.path.join(self.folder, "out"))
 
 
 class Interrupt(unittest.TestCase):

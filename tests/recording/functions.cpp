@@ -2,6 +2,7 @@
 #include "call.h"
 
 #include <atomic>
+#include <engine/embedding.h>
 #include <engine/handles/destruction_hook.h>
 #include <knob/time.h>
 #include <listener.h>
@@ -36,6 +37,10 @@ void recording::begin(ColorParameters* object, const char* name)
 
 // The part of the library that knows the binding runtime is the real one: from pyBootstrap() to pyCleanup() it has this
 // hook.
+// Nothing takes long here.
+bool orrery::cancelOperations() { return false; }
+void orrery::setOperationEndHook(void (*)(bool)) {}
+
 void orrery::setDestructionHook(DestructionHook given)
 {
     call(given ? "pyBootstrap" : "pyCleanup");

@@ -115,8 +115,9 @@ void Layer::set_link_to_track(const boost::optional<Layer>& layer)
 {
     const boost::shared_ptr<STRM_Layer> self = handledObject();
     Stratum::LayerModel& model = Stratum::model(*self);
+    const bool follows = layer && *layer != Layer();
     const boost::shared_ptr<STRM_Layer> followed =
-        layer ? argumentObject<STRM_Layer>("link_to_track", *layer) : boost::shared_ptr<STRM_Layer>();
+        follows ? argumentObject<STRM_Layer>("link_to_track", *layer) : boost::shared_ptr<STRM_Layer>();
     Stratum::LayerModel* const other = followed ? &Stratum::model(*followed) : nullptr;
     if (other)
         requireSameProject("link_to_track", *other, model.manager());

@@ -80,7 +80,8 @@ void Clip::exportClip(Clip* destination, const QString& path, const QString& pre
     const ClipState source = m_data->state();
     const ExportPlan plan({path, prefix, suffix, view_format, first, last, index_width, separate_streams},
                           frameEnd(*m_data), viewsToWrite(*m_data, views));
-    OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Exporting %1", quoted(source.name)));
+    OperationProgress progress(presentWatcher(m_data->progressWatcher));
+    progress.begin(text("Exporting %1", quoted(source.name)));
     std::vector<Footage> footage;
     std::vector<pixels::WriteOptions> options(plan.views.size());
     for (const ExportedView& view : plan.views) {

@@ -93,8 +93,9 @@ Clip* Project::export_rendered_shapes(const QVector<Layer>& layers, ColorizeOutp
         settings.length, settings.views);
     const pixels::Size size = frameSize(settings.clip);
 
+    OperationProgress progress(presentWatcher(m_data->progressWatcher));
     const BusyProject busy(*m_data);
-    OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Exporting shapes"));
+    progress.begin(text("Exporting shapes"));
     std::vector<std::vector<Stratum::LayerSnapshot>> shapes;
     for (const ExportedView& view : plan.views)
         shapes.push_back(snapshotLayers(manager, layers, plan.first, plan.last, view.id));

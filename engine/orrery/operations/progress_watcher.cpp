@@ -37,12 +37,15 @@ constexpr std::chrono::milliseconds leastInterval(40);
 
 // Of the whole process: what the application hears and wants.
 std::atomic<OperationListener*> listener{nullptr};
+std::atomic<void (*)(bool)> endHook{nullptr};
 std::atomic<int> running{0};
 std::atomic<unsigned> cancels{0};
 
 } // namespace
 
 void setOperationListener(OperationListener* wanted) { listener.store(wanted); }
+
+void setOperationEndHook(void (*wanted)(bool cancelled)) { endHook.store(wanted); }
 
 bool cancelOperations()
 {
@@ -59,33 +62,49 @@ void OperationProgress::tell(void (ProgressWatcher::Data::*what)(Parameters...),
         (m_watcher->data().*what)(arguments...);
 }
 
-OperationProgress::OperationProgress(ProgressWatcher& watcher, const QString& title)
-    : m_watcher(&watcher), m_state(watcher.data().state), m_title(title), m_cancelsAtStart(cancels.load())
+OperationProgress::OperationProgress(ProgressWatcher& watcher)
+    : m_watcher(&watcher), m_state(watcher.data().state), m_cancelsAtStart(cancels.load())
 {
     auto idle = ProgressState::Idle;
     if (!m_state->compare_exchange_strong(idle, ProgressState::Running))
-        raise<STRM_OperationInProgress>(text("%1: another operation that reports to the same watcher runs", title));
+        raise<STRM_OperationInProgress>(text("Another operation that reports to the same watcher runs"));
+    watcher.data().operation = this;
     ++running;
-    if (OperationListener* const host = listener.load())
-        host->started(title);
-    try {
-        tell(&ProgressWatcher::Data::tellStarted, title);
-    } catch (...) {
-        m_state->store(ProgressState::Idle);
-        throw;
-    }
 }
 
+void OperationProgress::begin(const QString& title)
+{
+    assert(!m_begun);
+    m_title = title;
+    m_begun = true;
+    if (OperationListener* const host = listener.load())
+        host->started(title);
+    tell(&ProgressWatcher::Data::tellStarted, title);
+}
+
+// The watcher is free for another operation when it tells of the end of this one. A wish to cancel that comes until
+// everybody has been told is too late, and the hook's.
 OperationProgress::~OperationProgress()
 {
     assert(m_state->load() != ProgressState::Idle && running.load() > 0);
+    if (m_watcher)
+        m_watcher->data().operation = nullptr;
     m_state->store(ProgressState::Idle);
-    if (m_cancelled)
-        tell(&ProgressWatcher::Data::tellCancelled);
-    tell(&ProgressWatcher::Data::tellFinished);
+    const auto quietly = [](const auto& call) {
+        try {
+            call();
+        } catch (...) { // nobody is left who could handle it
+        }
+    };
+    if (m_begun && m_cancelled)
+        quietly([this] { tell(&ProgressWatcher::Data::tellCancelled); });
+    if (m_begun)
+        quietly([this] { tell(&ProgressWatcher::Data::tellFinished); });
+    if (OperationListener* const host = m_begun ? listener.load() : nullptr)
+        quietly([&] { host->finished(m_cancelled); });
     --running;
-    if (OperationListener* const host = listener.load())
-        host->finished(m_cancelled);
+    if (const auto hook = endHook.load())
+        hook(m_cancelled);
 }
 
 ProgressWatcher& presentWatcher(const QPointer<ProgressWatcher>& watcher)

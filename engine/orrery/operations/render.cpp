@@ -7,6 +7,7 @@
 #include <engine/errors/message.h>
 #include <engine/handles/layer_handles.h>
 #include <engine/handles/layer_items.h>
+#include <engine/operations/progress.h>
 #include <engine/project/clips.h>
 
 using namespace orrery;
@@ -61,6 +62,7 @@ Clip* Project::render(RenderOperation* operation, int first, int last, const QVe
     const boost::shared_ptr<STRM_ProjectManager> held = m_data->manager;
     STRM_ProjectManager& manager = *held;
     requireFrames(manager, first, last);
+    OperationProgress progress(presentWatcher(operation->get_progress_watcher()));
     const BusyProject busy(*m_data);
     const QVector<Layer> selected = layersToRender(manager, layers);
     if (selected.isEmpty())

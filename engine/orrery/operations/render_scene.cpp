@@ -100,7 +100,8 @@ VX::IClip* renderFrames(const RenderScene& scene, ProgressWatcher& watcher, cons
                         const std::function<pixels::Image(int frame)>& make)
 {
     const int count = scene.last - scene.first + 1;
-    OperationProgress progress(watcher, title);
+    OperationProgress& progress = *watcher.data().operation;
+    progress.begin(title);
     const pixels::FrameInfo header = scene.footage->header(scene.first);
     const QString source = scene.footage->file(scene.first);
     const QString suffix = QLatin1Char('.') + QFileInfo(source).suffix();

@@ -69,8 +69,8 @@ private:
     bool m_kept = false;
 };
 
-// Has every frame made, on all cores, and writes it in the footage's format and depth. `name` begins the names of the
-// folder and the files.
+// For the operation that reports to the watcher: has every frame made, on all cores, and writes it in the footage's
+// format and depth. `name` begins the names of the folder and the files.
 VX::IClip* renderFrames(const RenderScene& scene, ProgressWatcher& watcher, const QString& title, const char* name,
                         const std::function<pixels::Image(int frame)>& make);
 

@@ -167,6 +167,7 @@ void Project::track_layers(unsigned int start_index, unsigned int stop_index, co
     // From the first report on the project may be gone: only what is held here is used.
     const boost::shared_ptr<STRM_ProjectManager> held = m_data->manager;
     STRM_ProjectManager& manager = *held;
+    OperationProgress progress(presentWatcher(m_data->progressWatcher));
     const BusyProject busy(*m_data);
     Range range;
     std::vector<Plan> plans;
@@ -181,7 +182,7 @@ void Project::track_layers(unsigned int start_index, unsigned int stop_index, co
             plans.push_back(planFor(*model, wanted, id, range));
     }
 
-    OperationProgress progress(presentWatcher(m_data->progressWatcher), text("Tracking"));
+    progress.begin(text("Tracking"));
     std::vector<Found> tracks;
     QString failure;
     const double share = 1.0 / static_cast<double>(plans.size());

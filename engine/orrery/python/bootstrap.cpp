@@ -1,5 +1,7 @@
 // Lets the binding runtime know when an object goes that a Python object may stand for. The one part of the engine that
 // knows of Python.
+#include "interrupts.h"
+
 #include <engine/handles/destruction_hook.h>
 #include <orrery/start_up.h>
 #include <shiboken.h>
@@ -18,6 +20,10 @@ void forgetObject(void* object)
 
 } // namespace
 
-void pyBootstrap() { orrery::setDestructionHook(forgetObject); }
+void pyBootstrap()
+{
+    orrery::setDestructionHook(forgetObject);
+    orrery::handleInterrupts();
+}
 
 void pyCleanup() { orrery::setDestructionHook(nullptr); }

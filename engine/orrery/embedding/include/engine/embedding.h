@@ -34,4 +34,8 @@ void setOperationListener(OperationListener* listener);
 // it.
 bool cancelOperations();
 
+// Called by the thread of each long operation at its very end, which says whether it was cancelled: a wish that came
+// too late for that may still be answered. Null for none.
+void setOperationEndHook(void (*hook)(bool cancelled));
+
 } // namespace orrery

@@ -14,17 +14,22 @@ class CancelLink;
 
 enum class ProgressState { Idle, Running, CancelWanted };
 
-// One operation, reported to a watcher from the thread that runs it: started() when this is constructed, finished(),
-// after cancelled() if it was, when it is destroyed. Construct it before everything that a failure undoes, so that
-// finished() comes last. No lock may be held by whoever constructs, calls or destroys it.
+// One operation, reported to a watcher from the thread that runs it: started() when it begins, finished(), after
+// cancelled() if it was, when this is destroyed; each once, whatever throws. Construct it before everything that a
+// failure undoes or that another operation would wait for, so that finished() comes last. No lock may be held by
+// whoever constructs, calls or destroys it.
 class OperationProgress
 {
 public:
-    // STRM_OperationInProgress when the watcher reports another operation.
-    OperationProgress(ProgressWatcher& watcher, const QString& title);
+    // From now on a wish to cancel is meant for this operation. STRM_OperationInProgress when the watcher reports
+    // another one.
+    explicit OperationProgress(ProgressWatcher& watcher);
     OperationProgress(const OperationProgress&) = delete;
     OperationProgress& operator=(const OperationProgress&) = delete;
     ~OperationProgress();
+
+    // Once.
+    void begin(const QString& title);
 
     // Any thread.
     bool cancelWanted() const noexcept;
@@ -41,9 +46,10 @@ private:
 
     const QPointer<ProgressWatcher> m_watcher;
     const std::shared_ptr<std::atomic<ProgressState>> m_state;
-    const QString m_title;
+    QString m_title;
     std::chrono::steady_clock::time_point m_told;
     double m_fraction = -1;
+    bool m_begun = false;
     bool m_cancelled = false;
     const unsigned m_cancelsAtStart;
 };
@@ -74,4 +80,5 @@ struct ProgressWatcher::Data
     ProgressWatcher& watcher;
     const std::shared_ptr<std::atomic<State>> state = std::make_shared<std::atomic<State>>(State::Idle);
     const std::unique_ptr<orrery::CancelLink> cancelLink;
+    orrery::OperationProgress* operation = nullptr; // that runs; for the thread that runs it
 };
