@@ -103,7 +103,8 @@ TEST_F(Rendering, RemoveFillsFromFramesThatShowTheBackground)
     }
 }
 
-// The camera pans by a pixel a frame; both layers are tracked, and only the object is named.
+// The camera pans by a pixel a frame, and a card before the wall moves by two. All three layers are tracked, and only
+// the object is named, which hides some of both.
 TEST_F(Rendering, RemoveFillsThroughTheTrackedLayerBelow)
 {
     const auto panned = [](const pixels::Image& image, int frame) {
@@ -121,15 +122,28 @@ TEST_F(Rendering, RemoveFillsThroughTheTrackedLayerBelow)
             x.set(start + distance, 9, View(0));
         }
     };
-    for (int frame = 0; frame < 10; ++frame)
-        writeImage(folder.path() + QString("/plate.%1.png").arg(frame), panned(picture(frame), frame));
-    pan(addPolygon(*project, "wall", square(10, 2, 50, 46)), 9);
+    const auto withCard = [](pixels::Image image, int frame) {
+        for (int y = 8; y < 24; ++y)
+            for (int x = 0; x < 14; ++x)
+                std::fill_n(image.at(20 + 2 * frame + x, y), 3, static_cast<float>((x * 5 + y * 11) % 50) / 50.0f);
+        return image;
+    };
+    const auto clean = [&](int frame) { return withCard(panned(background(), frame), frame); };
+    for (int frame = 0; frame < 10; ++frame) {
+        pixels::Image image = clean(frame);
+        for (int y = 16; y < 32; ++y)
+            for (int x = 4 + 5 * frame; x < std::min(64, 16 + 5 * frame); ++x)
+                std::fill_n(image.at(x, y), 3, 1.0f);
+        writeImage(folder.path() + QString("/plate.%1.png").arg(frame), image);
+    }
+    pan(addPolygon(*project, "wall", square(2, 2, 62, 46)), 9);
+    pan(addPolygon(*project, "card", square(20, 8, 34, 24)), 18);
     Layer object = addPolygon(*project, "object", square(4, 16, 16, 32));
     pan(object, 45);
     RenderRemoveOperation operation;
     Clip* clip = project->render(&operation, 3, 6, {object}, View(0));
     for (int frame = 3; frame < 7; ++frame)
-        EXPECT_LT(meanDifference(rendered(*clip, frame), panned(background(), frame)), 2e-3) << frame;
+        EXPECT_LT(meanDifference(rendered(*clip, frame), clean(frame)), 2e-3) << frame;
 }
 
 TEST_F(Rendering, APartOfTheFramesLiesWhereItBelongs)

@@ -20,6 +20,11 @@ static_assert(static_cast<int>(pixels::LightModel::GainAndOffset) == VX_ILLUMINA
                   static_cast<int>(pixels::Luminance::Maximum) == VX_LUMINANCE_MAXIMUM,
               "one enumeration is cast to the other");
 
+pixels::Image matteIn(const Stratum::LayerSnapshot& layer, int frame, pixels::Size size)
+{
+    return isDrawn(layer, frame) ? matteOf(layer.frame(frame), size) : pixels::Image(size, 1);
+}
+
 // What all the layers cover in a frame.
 pixels::Image coveredBy(const RenderScene& scene, int frame, pixels::Size size, pixels::Library& library)
 {
@@ -71,38 +76,66 @@ public:
     }
 
 private:
-    void fill(const Stratum::LayerSnapshot& layer, const Stratum::LayerSnapshot& plane)
+    // Through the nearest plane, and where only one further away is seen, which the shapes say, through that. Where
+    // they meet, the further one is laid over the nearest.
+    void fill(const Stratum::LayerSnapshot& layer, const RenderScene::Planes& planes)
     {
-        pixels::Image missing = m_library.withMargin(matteOf(layer.frame(m_frame), m_image.size), margin);
+        const pixels::Image missing = m_library.withMargin(matteOf(layer.frame(m_frame), m_image.size), margin);
+        pixels::Image left = missing, nearer(m_image.size, 1);
+        std::vector<pixels::Image> seen(planes.size());
+        for (std::size_t i = 1; i < planes.size(); ++i) {
+            m_library.unite(nearer, matteIn(planes[i - 1], m_frame, m_image.size));
+            seen[i] = matteIn(planes[i], m_frame, m_image.size);
+            pixels::Image alone = seen[i];
+            m_library.cutOut(alone, m_library.withMargin(nearer, 1));
+            m_library.cutOut(left, alone);
+            m_library.cutOut(seen[i], nearer);
+        }
+        fillThrough(planes, 0, left);
+        for (std::size_t i = 1; i < planes.size(); ++i) {
+            pixels::Image here = missing;
+            m_library.blend(here, seen[i], {1}, 1, pixels::Blend::Intersect);
+            m_library.cutOut(left, here);
+            fillThrough(planes, i, here);
+            m_library.unite(left, here);
+        }
+        m_library.fillFromSurroundings(m_image, left);
+    }
+
+    // What no frame shows stays in `missing`.
+    void fillThrough(const RenderScene::Planes& planes, std::size_t plane, pixels::Image& missing)
+    {
         if (m_scene.valuesAt(m_frame).fillAlgorithm == VX_FILL_BLEND_FRAMES)
-            fillWithMean(plane, missing);
-        else
-            for (const int source : sources(m_scene, m_frame)) {
-                const Source from = sourceAt(plane, source);
-                if (m_library.fill(m_image, missing, from.image, from.transform, from.valid) < enough)
-                    break;
-            }
-        m_library.fillFromSurroundings(m_image, missing);
+            return fillWithMean(planes, plane, missing);
+        for (const int source : sources(m_scene, m_frame)) {
+            const Source from = sourceAt(planes, plane, source);
+            if (m_library.fill(m_image, missing, from.image, from.transform, from.valid) < enough)
+                break;
+        }
     }
 
     // The mean of what the nearest frames that show a pixel show there.
-    void fillWithMean(const Stratum::LayerSnapshot& plane, pixels::Image& missing)
+    void fillWithMean(const RenderScene::Planes& planes, std::size_t plane, pixels::Image& missing)
     {
         pixels::Image sum(m_image.size, m_image.channels), count(m_image.size, 1);
         std::size_t used = 0;
         for (const int source : sources(m_scene, m_frame)) {
-            const Source from = sourceAt(plane, source);
+            const Source from = sourceAt(planes, plane, source);
             if (m_library.gather(sum, count, missing, from.image, from.transform, from.valid) && ++used == blended)
                 break;
         }
         m_library.fillWithMean(m_image, missing, sum, count);
     }
 
-    Source sourceAt(const Stratum::LayerSnapshot& plane, int frame)
+    // A source shows a plane where neither a layer that is removed nor a nearer plane is before it.
+    Source sourceAt(const RenderScene::Planes& planes, std::size_t which, int frame)
     {
+        const Stratum::LayerSnapshot& plane = planes[which];
         Source source{m_library.withChannels(*m_scene.footage->read(frame), m_image.channels), {}, {}};
         source.valid = pixels::Image(source.image.size, 1, 1);
         m_library.cutOut(source.valid, coveredBy(m_scene, frame, source.image.size, m_library));
+        for (std::size_t i = 0; i < which; ++i)
+            m_library.cutOut(source.valid, m_library.withMargin(matteIn(planes[i], frame, source.image.size), margin));
         source.transform = matrixOf(plane.frame(m_frame).transform) * matrixOf(plane.frame(frame).transform).inverse();
         const RenderValues& values = m_scene.valuesAt(m_frame);
         m_library.matchLight(source.image, source.valid, source.transform, m_image, m_covered,

@@ -29,23 +29,24 @@ RenderValues valuesOf(const Parameters& parameters, int frame, int view)
             static_cast<int>(value(Parameters::Luminance))};
 }
 
-// What lies behind a layer moves as the nearest layer below that is tracked and stays in the picture. A layer that is
-// linked says itself what it moves with, and one with nothing tracked below is taken for a part of the plane.
-const Stratum::LayerModel& planeBehind(const Stratum::Model& project, const Stratum::LayerModel& layer,
-                                       const std::vector<const Stratum::LayerModel*>& selected, int view)
+// What lies behind a layer moves as the layers below that are tracked and stay in the picture, the nearest first. A
+// layer that is linked says itself what it moves with, and one with nothing tracked below is taken for a part of the
+// plane.
+std::vector<const Stratum::LayerModel*> planesBehind(const Stratum::Model& project, const Stratum::LayerModel& layer,
+                                                     const std::vector<const Stratum::LayerModel*>& selected, int view)
 {
-    const Stratum::LayerModel* plane = &layer;
-    if (layer.trackedWith())
-        return layer;
+    std::vector<const Stratum::LayerModel*> planes;
     for (const Stratum::LayerModel* below : Stratum::allLayers(project)) {
-        if (below == &layer)
+        if (below == &layer || layer.trackedWith())
             break;
         const Stratum::LayerModel& source = below->trackSource();
         const bool moves = source.tracked(view) || source.tracked(project.settings.heroView);
         if (moves && &source != &layer && std::find(selected.begin(), selected.end(), below) == selected.end())
-            plane = below;
+            planes.insert(planes.begin(), below);
     }
-    return *plane;
+    if (planes.empty())
+        planes.push_back(&layer);
+    return planes;
 }
 
 } // namespace
@@ -73,12 +74,16 @@ RenderScene::RenderScene(STRM_ProjectManager& manager, int first, int last, cons
             reachLast = static_cast<int>(std::max<std::int64_t>(last, std::min(count - 1, last + farthest)));
         }
         requireBearable(static_cast<unsigned int>(reachFirst), static_cast<unsigned int>(reachLast));
-        for (const Stratum::LayerModel* layer : selected)
-            layers.push_back(Stratum::snapshot(*layer, reachFirst, reachLast, view));
+        const auto snapshots = [this](const std::vector<const Stratum::LayerModel*>& models) {
+            std::vector<Stratum::LayerSnapshot> taken;
+            for (const Stratum::LayerModel* model : models)
+                taken.push_back(Stratum::snapshot(*model, reachFirst, reachLast, view));
+            return taken;
+        };
+        layers = snapshots(selected);
         for (const Stratum::LayerModel* layer : selected)
             if (around)
-                planes.push_back(
-                    Stratum::snapshot(planeBehind(*model, *layer, selected, view), reachFirst, reachLast, view));
+                planes.push_back(snapshots(planesBehind(*model, *layer, selected, view)));
         for (int frame = first; frame <= last; ++frame)
             values.push_back(valuesOf(model->parameters(), frame, view));
     }

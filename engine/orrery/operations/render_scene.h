@@ -39,8 +39,9 @@ public:
     int reachLast;
     QString outputFolder;
     std::vector<Stratum::LayerSnapshot> layers; // bottom first
-    std::vector<Stratum::LayerSnapshot> planes; // with `around`: of each layer, what moves as the plane behind it does
-    std::vector<RenderValues> values;           // from `first` on
+    using Planes = std::vector<Stratum::LayerSnapshot>;
+    std::vector<Planes> planes; // with `around`: of each layer, what moves as the planes behind it do, nearest first
+    std::vector<RenderValues> values; // from `first` on
     std::unique_ptr<const Footage> footage;
 
     unsigned int number(int frame) const { return static_cast<unsigned int>(frame + firstNumber); }
