@@ -52,6 +52,12 @@ void setParent(PyObject* self, QObject& object, QObject* parent)
         PyErr_SetString(PyExc_RuntimeError, "a QObject's parent must live in the same thread");
 }
 
+void deleteLater(QObject& object)
+{
+    if (!isQtsOwnThread(&object))
+        object.deleteLater();
+}
+
 bool isBelow(const QObject& object, const QObject* descendant)
 {
     return descendant && descendant != &object && isAncestor(object, descendant);
@@ -241,7 +247,7 @@ constexpr auto members = memberTable(
     one("removeEventFilter", operation<&QObject::removeEventFilter>), one("startTimer", operation<&startTimer>),
     one("killTimer", operation<&QObject::killTimer>), one("blockSignals", operation<&QObject::blockSignals>),
     noArguments("signalsBlocked", operation<&QObject::signalsBlocked>),
-    noArguments("deleteLater", operation<&QObject::deleteLater>), one("inherits", operation<&inherits>),
+    noArguments("deleteLater", operation<&deleteLater>), one("inherits", operation<&inherits>),
     noArguments("thread", operation<&QObject::thread>), one("moveToThread", lockedOperation<&moveToThread>),
     noArguments("isWidgetType", operation<&QObject::isWidgetType>), noArguments("sender", operation<&sender>),
     one("receivers", operation<&receivers>),

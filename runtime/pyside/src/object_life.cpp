@@ -2,6 +2,7 @@
 // QObject's destruction, and unlike a dynamic property or a child no script sees it.
 #include "object_life.h"
 
+#include "dynamic_meta_object.h"
 #include "pyside.h"
 #include "qobject_wrappers.h"
 #include "signal_hub.h"
@@ -117,9 +118,17 @@ ObjectLife& ObjectLife::of(QObject* object)
     return companion->life();
 }
 
+// The main thread, and those that Qt has only met, end with Qt.
+bool isQtsOwnThread(const QObject* object)
+{
+    return object->thread() == object && !dynamic_cast<const PythonQObject*>(object);
+}
+
 void deleteQObject(void* address)
 {
     QObject* const object = static_cast<QObject*>(address);
+    if (isQtsOwnThread(object))
+        return;
     const QPointer<QObject> guard = object;
     Deletions& all = Deletions::all();
     Family family;

@@ -34,6 +34,9 @@ public:
 // Whether the object, or one above it, is being deleted for Python, by a thread that does not hold the lock meanwhile.
 bool isBeingDeleted(const QObject* object);
 
+// Whether the object is a thread that Qt has not started, and that nobody deletes.
+bool isQtsOwnThread(const QObject* object);
+
 // While it lives the object, which may be null, is not deleted at once, for Qt goes on using it after it has told
 // others.
 class InUse

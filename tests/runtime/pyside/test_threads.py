@@ -193,6 +193,12 @@ f.wait()
             o.moveToThread(thread)
         self.assertFails(RuntimeError, 'a QThread that lives in itself cannot have a parent', thread.setParent, worker)
 
+    def test_the_main_thread_is_not_deleted(self):
+        for delete in (QtCore.QThread.deleteLater, shiboken.delete):
+            delete(application.thread())
+            application.sendPostedEvents(None, int(QtCore.QEvent.DeferredDelete))
+            self.assertTrue(application.thread().isRunning())
+
     def test_a_thread_may_drop_itself(self):
         self.assertEqual(run('''
 from PySide import QtCore
