@@ -2,9 +2,9 @@
 
     vireo examples/matte_job.py [FOLDER [FRAMES]]
 
-Makes footage of a textured surface that moves, turns and tilts (its corners are known in every frame), draws a shape
-around it on the first frame, and lets the project do the rest. Ends with a contact sheet and the error of the track
-against what is known. Everything is written below FOLDER (vireo-demo).
+Makes footage of a textured surface that moves, turns and tilts (its corners are known in every frame) while a bar
+passes in front of it, draws a shape around it on the first frame, and lets the project do the rest. Ends with a contact
+sheet and the error of the track against what is known. Everything is written below FOLDER (vireo-demo).
 """
 import json
 import math
@@ -27,7 +27,7 @@ def program(name):
 
 
 def make_footage(folder):
-    subprocess.check_call([program('vireo-make-footage'), '--size', SIZE, '--frames', str(FRAMES), folder])
+    subprocess.check_call([program('vireo-make-footage'), '--size', SIZE, '--frames', str(FRAMES), '--occluder', folder])
     with open(os.path.join(folder, 'truth.json')) as truth:
         return [frame['corners'] for frame in json.load(truth)['frames']]
 

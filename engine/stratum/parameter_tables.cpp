@@ -33,6 +33,12 @@ constexpr Description layerTable[] = {
            TrackPerspective),
 };
 
+// What the track says of itself, keyed in every frame that was found.
+constexpr Description trackTable[] = {
+    number("quality", QT_TRANSLATE_NOOP("Parameter", "Quality"), 0, 0, 1),
+    number("visible", QT_TRANSLATE_NOOP("Parameter", "Visible share"), 0, 0, 1),
+};
+
 constexpr Description cornerTable[] = {
     coordinate("corner0_x", QT_TRANSLATE_NOOP("Parameter", "Top left x"), 0),
     coordinate("corner0_y", QT_TRANSLATE_NOOP("Parameter", "Top left y"), 0),
@@ -132,7 +138,10 @@ ContourModel* contourWithId(LayerModel& layer, unsigned int id)
 
 } // namespace
 
-const Description& description(LayerValue value) { return layerTable[value]; }
+const Description& description(LayerValue value)
+{
+    return value < LayerTrackQuality ? layerTable[value] : trackTable[value - LayerTrackQuality];
+}
 
 const Description& cornerDescription(std::size_t index) { return cornerTable[index]; }
 
@@ -158,18 +167,21 @@ const Description& contourDescription(std::size_t index) { return contourTable[i
 
 LayerAnimations::LayerAnimations(LayerModel& layer)
     : transform(layer, QT_TRANSLATE_NOOP("Parameter", "Transform"), cornerTable, corners.data()),
+      track(layer, QT_TRANSLATE_NOOP("Parameter", "Track"), trackTable, values.data() + LayerTrackQuality),
       contours(std::make_unique<ContoursBranch>(layer, QT_TRANSLATE_NOOP("Parameter", "Contours"), layer, contoursOf,
                                                 contourWithId))
 {
-    Knob::setInitialValues(layerTable, values.size(), values.data());
+    Knob::setInitialValues(layerTable, LayerTrackQuality, values.data());
+    Knob::setInitialValues(trackTable, 2, values.data() + LayerTrackQuality);
     Knob::setInitialValues(cornerTable, corners.size(), corners.data());
 }
 
 std::vector<Member> LayerModel::members()
 {
     LayerAnimations& all = animations();
-    std::vector<Member> members = Knob::tableMembers(layerTable, all.values.size(), all.values.data());
+    std::vector<Member> members = Knob::tableMembers(layerTable, LayerTrackQuality, all.values.data());
     members.push_back(set(QString::fromLatin1("transform"), all.transform));
+    members.push_back(set(QString::fromLatin1("track"), all.track));
     members.push_back(set(QString::fromLatin1("contours"), *all.contours));
     return members;
 }

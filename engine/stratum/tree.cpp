@@ -293,16 +293,21 @@ void writeTrack(Edit& edit, LayerModel& layer, int view, const std::vector<Track
     const auto [first, last] = std::minmax_element(
         keys.begin(), keys.end(), [](const TrackKey& a, const TrackKey& b) { return a.time < b.time; });
     auto edits = std::make_unique<KeyEdits>();
-    for (std::size_t index = 0; index < 8; ++index) {
-        Knob::Animation& corner = layer.animations().corners[index];
-        for (const Knob::Key& key : corner.keys(view))
+    const auto write = [&, first = first, last = last](Knob::Animation& animation, const auto& valueOf) {
+        for (const Knob::Key& key : animation.keys(view))
             if (replaceAll || (key.time >= first->time && key.time <= last->time))
-                edits->set(corner, key.time, view, std::nullopt);
-        for (const TrackKey& key : keys) {
+                edits->set(animation, key.time, view, std::nullopt);
+        for (const TrackKey& key : keys)
+            edits->set(animation, key.time, view, Knob::Value{valueOf(key), 0});
+    };
+    LayerAnimations& all = layer.animations();
+    for (std::size_t index = 0; index < all.corners.size(); ++index)
+        write(all.corners[index], [index](const TrackKey& key) {
             const Knob::Value& place = key.corners[index / 2];
-            edits->set(corner, key.time, view, Knob::Value{index % 2 ? place.y : place.x, 0});
-        }
-    }
+            return index % 2 ? place.y : place.x;
+        });
+    write(all.values[LayerTrackQuality], [](const TrackKey& key) { return key.quality; });
+    write(all.values[LayerTrackVisible], [](const TrackKey& key) { return key.visible; });
     edit.perform(std::move(edits));
 }
 

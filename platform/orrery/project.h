@@ -127,9 +127,9 @@ public:
     // Tracks layers from each layer's in point through the frames from `start_index` to `stop_index`: 4294967295 stands
     // for the beginning and the end of the work range, and so does a start of 0 without a stop, since those are the
     // defaults (to begin at 0 before the work range, name the stop). It goes forwards to the end and backwards to the
-    // start. No layers: all that are visible; no views: the hero view. One undoable step. A frame that cannot be
-    // aligned ends with STRM_OperationFailed, which names the layer and the frame; what was tracked up to there stays.
-    // A cancel leaves everything as it was.
+    // start. No layers: all that are visible; no views: the hero view. One undoable step. A frame in which a layer is
+    // not found gets no keyframe, and the track goes on where it is found again; at the end STRM_OperationFailed names
+    // all layers and frames that are missing, and what was found stays. A cancel leaves everything as it was.
     void track_layers(unsigned int start_index, unsigned int stop_index, const QVector<Layer>& layers,
                       const QVector<View>& views);
 

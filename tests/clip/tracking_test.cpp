@@ -133,15 +133,19 @@ TEST(TrackingOccluded, WhatLiesAboveIsLeftOut)
         EXPECT_LT(cornerError(layer, made, 0, frame), 1) << frame;
 }
 
-TEST_F(Tracking, AFrameThatCannotBeAlignedEndsTheTrackAndIsNamed)
+TEST_F(Tracking, FramesInWhichALayerIsNotFoundAreGapsAndAreNamed)
 {
-    for (int number = 8; number <= 12; ++number)
+    for (const int number : {5, 6, 12})
         writeImage(folder.path() + QString::fromLatin1("/plate.%1.png").arg(number, 4, 10, QLatin1Char('0')),
                    pixels::Image({128, 96}, 3, 0.5f));
     Layer layer = surface();
-    expectThrow<STRM_OperationFailed>([&] { project->track_layers(0, last, {layer}, {}); }, "'surface'");
-    expectThrow<STRM_OperationFailed>([&] { project->track_layers(0, last, {layer}, {}); }, "frame 7");
-    EXPECT_EQ(keyCount(layer), 7) << "what was tracked stays";
+    expectThrow<STRM_OperationFailed>([&] { project->track_layers(0, last, {layer}, {}); },
+                                      "'surface' was not found in frames 4 to 5, 11:");
+    EXPECT_EQ(keyCount(layer), 9) << "it is found again";
+    EXPECT_LT(cornerError(layer, made, 0, 9), 1);
+    Parameter quality = layer.parameter({"track", "quality"}), visible = layer.parameter({"track", "visible"});
+    EXPECT_EQ(quality.get_keyframes().size(), 9);
+    EXPECT_GT(visible.get(9, View(0)).toDouble(), 0.9);
 }
 
 TEST_F(Tracking, FootageWithSomethingWrongLeavesEverythingAsItWas)

@@ -64,7 +64,7 @@ class Docstrings(unittest.TestCase):
     def test_what_help_shows(self):
         shown = inspect.getdoc(vp.Project.track_layers)
         for wanted in ("track_layers(start_index=0, stop_index=4294967295, layers=[], views=[])",
-                       "layers: Sequence[Layer]; [] (keyword)", "Returns None.", "RuntimeError, which names the layer"):
+                       "layers: Sequence[Layer]; [] (keyword)", "Returns None.", "RuntimeError names all layers"):
             self.assertIn(wanted, shown)
         self.assertIn("Frames per second", vp.Clip.frame_rate.__doc__)
         self.assertIn("progressChanged(fraction, text, /)", vp.ProgressWatcher.__doc__)

@@ -111,13 +111,13 @@ Plan planFor(const Stratum::Model& project, const std::vector<const Stratum::Lay
 std::vector<Stratum::TrackKey> keysOf(const TrackedLayer& layer, const Stratum::Corners& surface, Range range)
 {
     std::vector<Stratum::TrackKey> keys;
-    if (layer.transforms.size() < 2)
+    if (layer.places.size() < 2)
         return keys;
-    for (const auto& [frame, transform] : layer.transforms) {
+    for (const auto& [frame, place] : layer.places) {
         if (frame != layer.inPoint() && (frame < range.first || frame > range.last))
             continue;
-        Stratum::TrackKey key{static_cast<double>(frame), {}};
-        const pixels::Matrix matrix = matrixOf(transform);
+        Stratum::TrackKey key{static_cast<double>(frame), {}, place.quality, place.visible};
+        const pixels::Matrix matrix = matrixOf(place.transform);
         for (std::size_t i = 0; i < surface.size(); ++i) {
             const pixels::Point corner = matrix.map({surface[i].x, surface[i].y});
             key.corners[i] = {corner.x, corner.y};
@@ -134,6 +134,27 @@ struct Found
     int view;
     std::vector<Stratum::TrackKey> keys;
 };
+
+// "frames 3, 7 to 11": the frames in which a layer was not found.
+QString framesOf(const std::map<int, QString>& missing)
+{
+    QStringList runs;
+    for (auto at = missing.begin(); at != missing.end();) {
+        const int first = at->first;
+        int last = first;
+        for (++at; at != missing.end() && at->first == last + 1; ++at)
+            ++last;
+        runs << (first == last ? text("%1", first) : text("%1 to %2", first, last));
+    }
+    return text(missing.size() == 1 ? "frame %1" : "frames %1", runs.join(QLatin1String(", ")));
+}
+
+// Of one layer.
+QString missingText(const TrackedLayer& layer)
+{
+    return text("The layer %1 was not found in %2: %3", quoted(layer.snapshot.name), framesOf(layer.missing),
+                layer.missing.begin()->second);
+}
 
 // Runs the plan and moves the planned layers, now tracked, back into it.
 void trackView(Plan& plan, Range range, OperationProgress& progress, double share, double offset)
@@ -184,7 +205,7 @@ void Project::track_layers(unsigned int start_index, unsigned int stop_index, co
 
     progress.begin(text("Tracking"));
     std::vector<Found> tracks;
-    QString failure;
+    QStringList missing;
     const double share = 1.0 / static_cast<double>(plans.size());
     for (std::size_t i = 0; i < plans.size(); ++i) {
         Plan& plan = plans[i];
@@ -194,13 +215,12 @@ void Project::track_layers(unsigned int start_index, unsigned int stop_index, co
             if (!layer.tracked())
                 continue;
             tracks.push_back({layer.snapshot.layer, plan.view, keysOf(layer, plan.surfaces[n], range)});
-            if (layer.failedFrame >= 0 && failure.isEmpty())
-                failure = text("The layer %1 could not be tracked to frame %2: %3", quoted(layer.snapshot.name),
-                               layer.failedFrame, layer.problem);
+            if (!layer.missing.empty())
+                missing << missingText(layer);
         }
     }
     progress.report(1, text("done"));
     writeTracks(manager, tracks);
-    if (!failure.isEmpty())
-        raise<STRM_OperationFailed>(failure);
+    if (!missing.isEmpty())
+        raise<STRM_OperationFailed>(missing.join(QLatin1String("; ")));
 }

@@ -15,6 +15,7 @@ struct TrackingRun::Follower
 {
     std::size_t layer;
     std::unique_ptr<pixels::Tracker> tracker;
+    int missing = 0;       // frames in a row in which it was not found
     bool ended = false;    // in this direction
     bool hopeless = false; // could not even begin
     int due = -1;          // the frame that it is followed to in this step, if at all
@@ -129,6 +130,7 @@ void TrackingRun::pass(int direction, const std::function<void(int frame, int do
         follower->tracker.reset();
         follower->ended = follower->hopeless;
         follower->due = follower->reached = -1;
+        follower->missing = 0;
     }
     const Span frames = span(direction);
     for (int frame = frames.start; (frames.end - frame) * direction >= 0; frame += direction) {
@@ -216,15 +218,27 @@ void TrackingRun::follow(Follower& follower, int frame, int direction)
         withPixels(text("Layer %1, frame %2", quoted(layer.snapshot.name), frame),
                    [&](pixels::Library&) { return follower.tracker->advance(frameOf(follower, frame), covered); });
     std::lock_guard<std::mutex> lock(m_mutex);
-    if (result.aligned) {
-        layer.transforms[frame] = matrixFrom(result.transform);
-        return;
+    note(layer, frame, result);
+    int before = frame - direction * static_cast<int>(result.before.size());
+    for (const pixels::TrackResult& revised : result.before) {
+        note(layer, before, revised);
+        before += direction;
     }
-    follower.ended = true;
-    if (layer.failedFrame < 0 || direction > 0) {
-        layer.failedFrame = frame;
-        layer.problem = asText(result.problem);
-    }
+    follower.missing = result.aligned ? 0 : follower.missing + 1;
+    follower.ended = follower.missing == mostMissing;
+    if (follower.ended)
+        for (int rest = frame; rest != end(follower.layer, direction); rest += direction)
+            layer.missing[rest + direction] = layer.missing[frame];
+}
+
+void TrackingRun::note(TrackedLayer& layer, int frame, const pixels::TrackResult& result)
+{
+    layer.places.erase(frame);
+    layer.missing.erase(frame);
+    if (result.aligned)
+        layer.places[frame] = {matrixFrom(result.transform), result.quality, result.visible};
+    else
+        layer.missing[frame] = asText(result.problem);
 }
 
 void TrackingRun::begin(Follower& follower, int frame)
@@ -236,12 +250,11 @@ void TrackingRun::begin(Follower& follower, int frame)
         pixelLibrary().cutOut(region, covered);
         follower.tracker = pixelLibrary().track(frameOf(follower, frame), region, modelOf(layer.snapshot.motionModel));
         std::lock_guard<std::mutex> lock(m_mutex);
-        layer.transforms[frame] = Lum_Matrix33::identity();
+        layer.places[frame] = {Lum_Matrix33::identity()};
     } catch (const pixels::RegionError& error) {
         std::lock_guard<std::mutex> lock(m_mutex);
         follower.ended = follower.hopeless = true;
-        layer.failedFrame = frame;
-        layer.problem = asText(error.what());
+        layer.missing[frame] = asText(error.what());
     } catch (...) {
         rethrowPixelError(text("Layer %1, frame %2", quoted(layer.snapshot.name), frame));
     }
@@ -270,10 +283,10 @@ Lum_Matrix33 TrackingRun::transformOf(std::size_t index, int frame)
 {
     const TrackedLayer& layer = m_layers[index];
     std::lock_guard<std::mutex> lock(m_mutex);
-    if (!layer.tracked() || layer.transforms.empty())
+    if (!layer.tracked() || layer.places.empty())
         return layer.snapshot.frame(frame).transform;
-    const auto after = layer.transforms.upper_bound(frame);
-    return after == layer.transforms.begin() ? after->second : std::prev(after)->second;
+    const auto after = layer.places.upper_bound(frame);
+    return (after == layer.places.begin() ? after : std::prev(after))->second.transform;
 }
 
 void TrackingRun::waitFor(std::size_t layer, int frame)

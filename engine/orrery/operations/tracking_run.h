@@ -17,6 +17,14 @@
 
 namespace orrery {
 
+// Where a layer was found in a frame.
+struct TrackedPlace
+{
+    Lum_Matrix33 transform; // from the in point
+    double quality = 1;     // 0 to 1, as what is visible
+    double visible = 1;
+};
+
 // A layer that is tracked, or that hides others.
 struct TrackedLayer
 {
@@ -24,10 +32,8 @@ struct TrackedLayer
     unsigned int source = 0; // the id of the layer whose track it follows: its own, or another's
     int footage = -1;        // which of the run's; -1 for a layer that only hides others
 
-    // What was found: from the in point to each frame.
-    std::map<int, Lum_Matrix33> transforms;
-    int failedFrame = -1; // the first that could not be aligned, or -1
-    QString problem;
+    std::map<int, TrackedPlace> places; // by frame
+    std::map<int, QString> missing;     // the frames in which it was not found, and why
 
     int inPoint() const { return static_cast<int>(snapshot.inPoint); }
     bool tracked() const { return footage >= 0; }
@@ -42,8 +48,10 @@ public:
     ~TrackingRun();
 
     // From every layer's in point forwards to `last` and backwards to `first`. `step` is called in the calling thread
-    // before every frame, with the number of frames that are done; it may throw. Frames that cannot be read throw; ones
-    // that cannot be aligned end the layer's track in that direction.
+    // before every frame, with the number of frames that are done; it may throw. Frames that cannot be read throw. One
+    // in which a layer is not found is a gap; after `mostMissing` of them in a row the layer is not looked for any
+    // longer.
+    static constexpr int mostMissing = 100;
     void run(const std::function<void(int frame, int done)>& step);
     int stepCount() const;
 
@@ -68,6 +76,7 @@ private:
     void runTasks(const std::vector<std::function<void()>>& tasks);
     void follow(Follower& follower, int frame, int direction);
     void begin(Follower& follower, int frame);
+    void note(TrackedLayer& layer, int frame, const pixels::TrackResult& result);
     pixels::Size sizeOf(int footage);
     pixels::SharedTrackingFrame frameOf(const Follower& follower, int frame);
     // Of the layers above that may touch the layer: what they cover; empty when there is none.
@@ -83,7 +92,7 @@ private:
 
     Workers m_workers;
 
-    std::mutex m_mutex; // guards what follows, and the layers' transforms
+    std::mutex m_mutex; // guards what follows, and the layers' places
     std::condition_variable m_followed;
     Frames m_frames;
     std::map<int, pixels::Size> m_sizes;                // of the frames, by footage

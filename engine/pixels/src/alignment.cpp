@@ -30,6 +30,15 @@ constexpr double pixelsPerMeasurement = 8;
 constexpr double longestStep = 0.25;
 constexpr int stepsWithNewMatrix = 2;
 
+constexpr double differingEdge = 4;  // variance of what is left there, by that of the rest
+constexpr double edgeMismatch = 0.1; // what may be left, by the square of the gradient
+
+// Of the curve of brightness.
+constexpr std::size_t fewestForCurve = 1000; // pixels
+constexpr std::size_t curvePieces = 24;
+constexpr double mostBend = 0.3;
+constexpr double bendByNoise = 0.3;
+
 bool smaller(double a, double b) { return std::abs(a) < std::abs(b); }
 
 struct BrightnessSums
@@ -87,7 +96,7 @@ Matrix smallMotion(const std::vector<double>& p)
 
 LevelAlignment::LevelAlignment(const PatchLevel& patch, const cv::Mat& frame, int frameLevel, const cv::Mat& excluded)
     : m_patch(patch), m_frame(frame), m_toLevel(toLevel(frameLevel)), m_excluded(excluded), m_value(patch.size()),
-      m_visible(patch.size()), m_weight(patch.size())
+      m_visible(patch.size()), m_seen(patch.size()), m_weight(patch.size()), m_expected(patch.size())
 {}
 
 void LevelAlignment::sample(const Matrix& toFrame)
@@ -135,17 +144,56 @@ void LevelAlignment::fitBrightness()
     const double variance = sums.varianceX();
     m_gain = variance > 0 ? std::clamp(sums.covariance() / variance, 0.1, 10.0) : 1;
     m_offset = (sums.y - m_gain * sums.x) / sums.weight;
+    m_slope.clear();
+    const auto gain = float(m_gain), offset = float(m_offset);
+    for (std::size_t i = 0; i < m_patch.size(); ++i)
+        m_expected[i] = gain * m_patch.value[i] + offset;
+}
+
+// Where light that grows meets the limits of what a file can hold, brightness follows a curve instead of a line. It is
+// fitted only where a line does not do, and is never steeper than the line by much.
+void LevelAlignment::fitCurve()
+{
+    if (m_patch.size() < fewestForCurve)
+        return;
+    std::array<double, curvePieces + 1> weight{}, sum{};
+    const auto [least, most] = std::minmax_element(m_patch.value.begin(), m_patch.value.end());
+    const float first = *least, width = std::max((*most - first) / curvePieces, 1e-6f);
+    for (std::size_t i = 0; i < m_patch.size(); ++i) {
+        const auto knot = std::size_t((m_patch.value[i] - first) / width + 0.5f);
+        weight[knot] += m_weight[i];
+        sum[knot] += m_weight[i] * (m_value[i] - m_expected[i]);
+    }
+    double all = 0, bend = 0;
+    std::array<float, curvePieces + 1> curve;
+    const double trust = 0.002 * double(m_patch.size());
+    for (std::size_t knot = 0; knot <= curvePieces; ++knot) {
+        const double from = std::clamp(sum[knot] / (weight[knot] + trust), -mostBend, mostBend);
+        curve[knot] = float(from);
+        bend += weight[knot] * from * from;
+        all += weight[knot];
+    }
+    if (!(bend > all * bendByNoise * bendByNoise * m_noise * m_noise))
+        return;
+    m_slope.resize(m_patch.size());
+    const auto perGain = float(1 / (m_gain * width));
+    for (std::size_t i = 0; i < m_patch.size(); ++i) {
+        const float at = (m_patch.value[i] - first) / width;
+        const auto knot = std::min(std::size_t(at), curvePieces - 1);
+        const float step = curve[knot + 1] - curve[knot];
+        m_expected[i] += curve[knot] + (at - float(knot)) * step;
+        m_slope[i] = std::clamp(1 + step * perGain, 0.0f, 1.5f);
+    }
 }
 
 // Brightness is fitted twice: what looks irregular under the first fit has less to say in the second.
 void LevelAlignment::weighResiduals()
 {
-    const auto gain = float(m_gain), offset = float(m_offset);
     const std::size_t step = m_patch.size() / 4096 + 1;
     std::vector<float> residuals;
     for (std::size_t i = 0; i < m_patch.size(); i += step)
-        if (m_visible[i] > 0)
-            residuals.push_back(std::abs(m_value[i] - gain * m_patch.value[i] - offset));
+        if (m_seen[i] > 0.5f)
+            residuals.push_back(std::abs(m_value[i] - m_expected[i]));
     if (residuals.empty())
         return;
     const auto middle = residuals.begin() + std::ptrdiff_t(residuals.size() / 2);
@@ -153,9 +201,9 @@ void LevelAlignment::weighResiduals()
     m_noise = std::max(1.4826 * *middle, leastNoise);
     const auto limit = float(regularResidual * m_noise);
     for (std::size_t i = 0; i < m_patch.size(); ++i) {
-        const float residual = std::abs(m_value[i] - gain * m_patch.value[i] - offset);
+        const float residual = std::abs(m_value[i] - m_expected[i]);
         const float excess = residual > limit ? limit / residual : 1;
-        m_weight[i] = m_visible[i] * excess * excess;
+        m_weight[i] = m_seen[i] * excess * excess;
     }
 }
 
@@ -166,12 +214,22 @@ void LevelAlignment::forEachBlock(int parameters, const Use& use) const
 {
     const std::vector<float> ones(blockSize, 1);
     std::vector<const float*> columns(std::size_t(parameters + 2));
+    std::vector<float> bent(m_slope.empty() ? 0 : blockSize * std::size_t(parameters));
     for (std::size_t begin = 0; begin < m_patch.size(); begin += blockSize) {
-        for (int i = 0; i < parameters; ++i)
-            columns[std::size_t(i)] = m_patch.change[std::size_t(i)].data() + begin;
+        const std::size_t count = std::min(blockSize, m_patch.size() - begin);
+        for (std::size_t i = 0; i < std::size_t(parameters); ++i) {
+            const float* const change = m_patch.change[i].data() + begin;
+            columns[i] = change;
+            if (m_slope.empty())
+                continue;
+            float* const column = bent.data() + i * blockSize;
+            for (std::size_t k = 0; k < count; ++k)
+                column[k] = m_slope[begin + k] * change[k];
+            columns[i] = column;
+        }
         columns[std::size_t(parameters)] = m_patch.value.data() + begin;
         columns[std::size_t(parameters + 1)] = ones.data();
-        use(begin, std::min(blockSize, m_patch.size() - begin), columns);
+        use(begin, count, columns);
     }
 }
 
@@ -195,12 +253,11 @@ cv::Mat1d LevelAlignment::rightSide(int parameters) const
 {
     cv::Mat1d right = cv::Mat1d::zeros(parameters + 2, 1);
     std::vector<float> residual(blockSize);
-    const auto gain = float(m_gain), offset = float(m_offset);
     forEachBlock(parameters, [&](std::size_t begin, std::size_t count, const std::vector<const float*>& columns) {
         const float *weight = m_weight.data() + begin, *seen = m_value.data() + begin;
-        const float* expected = m_patch.value.data() + begin;
+        const float* expected = m_expected.data() + begin;
         for (std::size_t k = 0; k < count; ++k)
-            residual[k] = weight[k] * (seen[k] - gain * expected[k] - offset);
+            residual[k] = weight[k] * (seen[k] - expected[k]);
         for (int i = 0; i < right.rows; ++i)
             right(i, 0) += dot(residual.data(), columns[std::size_t(i)], count);
     });
@@ -249,17 +306,19 @@ Fit LevelAlignment::summary(const Matrix& toFrame) const
 {
     Fit fit;
     fit.toFrame = toFrame;
-    const BrightnessSums sums = sumsOf(m_weight, m_patch.value, m_value);
-    double whole = 0, visible = 0;
+    const BrightnessSums sums = sumsOf(m_weight, m_expected, m_value);
+    double whole = 0, visible = 0, seen = 0;
     for (std::size_t i = 0; i < m_patch.size(); ++i) {
         whole += m_patch.weight[i];
         visible += m_visible[i];
+        seen += m_seen[i];
         fit.pixels += m_visible[i] > 0;
     }
     if (sums.weight <= 0)
         return fit;
     fit.visible = visible / whole;
-    fit.regular = sums.weight / visible;
+    fit.seen = seen / whole;
+    fit.regular = sums.weight / seen;
     fit.noise = m_noise;
     const double product = sums.varianceX() * sums.varianceY();
     fit.correlation = product > 1e-12 * sums.weight * sums.weight ? sums.covariance() / std::sqrt(product) : 0;
@@ -269,9 +328,19 @@ Fit LevelAlignment::summary(const Matrix& toFrame) const
 void LevelAlignment::look(const Matrix& toFrame)
 {
     sample(toFrame);
-    m_weight = m_visible;
+    m_seen = m_visible;
+    if (m_belief)
+        for (std::size_t i = 0; i < m_seen.size(); ++i)
+            m_seen[i] *= (*m_belief)[m_patch.block[i]];
+    if (m_edge > 0)
+        for (std::size_t i = 0; i < m_seen.size(); ++i)
+            m_seen[i] = m_patch.depth[i] < m_edge ? 0 : m_seen[i];
+    m_weight = m_seen;
     fitBrightness();
     weighResiduals();
+    fitCurve();
+    if (!m_slope.empty())
+        weighResiduals();
 }
 
 Fit LevelAlignment::evaluate(const Matrix& toFrame)
@@ -280,18 +349,79 @@ Fit LevelAlignment::evaluate(const Matrix& toFrame)
     return summary(toFrame);
 }
 
+BlockLooks LevelAlignment::looks(const BlockGrid& grid, const std::vector<float>& usualMismatch) const
+{
+    std::vector<BlockSums> blocks(grid.count());
+    const auto gain = float(m_gain), perPixel = 1 / m_patch.perUnit;
+    for (std::size_t i = 0; i < m_patch.size(); ++i) {
+        if (!(m_visible[i] > 0))
+            continue;
+        BlockSums& b = blocks[m_patch.block[i]];
+        const float p = m_expected[i] / gain, r = m_value[i] - m_expected[i];
+        const float slope = m_slope.empty() ? perPixel : perPixel * m_slope[i];
+        const float gx = m_patch.change[0][i] * slope, gy = m_patch.change[1][i] * slope;
+        ++b.count;
+        b.r += r;
+        b.rr += r * r;
+        b.gx += gx;
+        b.gy += gy;
+        b.gxx += gx * gx;
+        b.gxy += gx * gy;
+        b.gyy += gy * gy;
+        b.gxr += gx * r;
+        b.gyr += gy * r;
+        b.p += p;
+        b.pp += p * p;
+    }
+    return judge(blocks, grid, double(m_patch.size()), m_gain, m_noise, usualMismatch);
+}
+
+bool LevelAlignment::edgeDiffers(double depth) const
+{
+    std::array<double, 2> squares{}, weight{};
+    for (std::size_t i = 0; i < m_patch.size(); ++i) {
+        const std::size_t part = m_patch.depth[i] < depth;
+        const double residual = m_value[i] - m_expected[i], gain = m_gain / m_patch.perUnit;
+        const double gx = gain * m_patch.change[0][i], gy = gain * m_patch.change[1][i];
+        squares[part] += m_seen[i] * residual * residual / (m_noise * m_noise + edgeMismatch * (gx * gx + gy * gy));
+        weight[part] += m_seen[i];
+    }
+    return squares[1] * weight[0] > differingEdge * squares[0] * weight[1];
+}
+
+double LevelAlignment::uncertainty(int parameters, const std::array<Point, 4>& corners) const
+{
+    cv::Mat1d covariance;
+    cv::Mat1d normal = m_normal.clone();
+    if (normal.rows != parameters + 2)
+        return 1e9;
+    for (int i = 0; i < normal.rows; ++i)
+        normal(i, i) = normal(i, i) * (1 + 1e-9) + 1e-12;
+    if (cv::invert(normal, covariance, cv::DECOMP_CHOLESKY) == 0)
+        return 1e9;
+    covariance *= pixelsPerMeasurement * m_noise * m_noise / (m_gain * m_gain);
+    double worst = 0;
+    for (const Point c : corners) {
+        const cv::Mat1d change = (cv::Mat1d(2, mostParameters) << 1, 0, c.x, c.y, 0, 0, -c.x * c.x, -c.x * c.y, //
+                                  0, 1, 0, 0, c.x, c.y, -c.x * c.y, -c.y * c.y);
+        const cv::Mat1d of = change.colRange(0, parameters);
+        const cv::Mat1d spread = of * covariance(cv::Rect(0, 0, parameters, parameters)) * of.t();
+        worst = std::max(worst, spread(0, 0) + spread(1, 1));
+    }
+    return std::sqrt(worst);
+}
+
 Fit LevelAlignment::refine(const Matrix& start, int parameters, const Expectation& expectation,
                            const std::array<Point, 4>& corners, double tolerance, int mostSteps)
 {
     Matrix toFrame = start;
-    cv::Mat1d normal;
     std::vector<double> step(static_cast<std::size_t>(parameters));
     for (int count = 0; count < mostSteps; ++count) {
         look(toFrame);
         // Later the weights hardly change, and what is solved for is what is left, so an older matrix does.
         if (count < stepsWithNewMatrix)
-            normal = normalMatrix(parameters);
-        if (!solveStep(toFrame, normal, expectation, step))
+            m_normal = normalMatrix(parameters);
+        if (!solveStep(toFrame, m_normal, expectation, step))
             break;
         const Matrix next = toFrame * smallMotion(step).inverse();
         const Matrix before = m_toLevel * toFrame, after = m_toLevel * next;

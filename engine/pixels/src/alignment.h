@@ -2,7 +2,7 @@
 // frame looks most like the patch. What is maximised is the correlation coefficient, as ECC does.
 #pragma once
 
-#include "patch.h"
+#include "blocks.h"
 
 namespace pixels {
 
@@ -18,7 +18,8 @@ struct Fit
     Matrix toFrame; // from the patch's plane to the pixels of the whole frame
     double correlation = 0;
     double visible = 0; // share of the patch that lies in view
-    double regular = 0; // share of what is visible that looks as it should
+    double seen = 0;    // share of the patch that is in view and believed
+    double regular = 0; // share of what is seen that looks as it should
     double noise = 0;   // standard deviation of what is left
     std::size_t pixels = 0;
 };
@@ -33,6 +34,22 @@ public:
     // How well the frame fits the patch under a transform.
     Fit evaluate(const Matrix& toFrame);
 
+    // By block, what each pixel of it is to weigh; must outlive the alignment. Without it, all are believed.
+    void believe(const std::vector<float>& blocks) { m_belief = &blocks; }
+
+    // What lies nearer to the region's edge, in units of the patch's plane, weighs nothing.
+    void leaveEdge(double depth) { m_edge = float(depth); }
+
+    // At the place that was looked at last: whether what lies nearer to the edge than `depth` fits worse than the rest.
+    bool edgeDiffers(double depth) const;
+
+    // Likewise.
+    BlockLooks looks(const BlockGrid& grid, const std::vector<float>& usualMismatch) const;
+
+    // How far the corners may be from where the last fit has them, by what is seen: a standard deviation, in units of
+    // the patch's plane.
+    double uncertainty(int parameters, const std::array<Point, 4>& corners) const;
+
     // Improves `start` by steps of the first `parameters` parameters until none moves a corner by more than
     // `tolerance` pixels of the level.
     Fit refine(const Matrix& start, int parameters, const Expectation& expectation, const std::array<Point, 4>& corners,
@@ -44,6 +61,7 @@ private:
     bool isVisible(float x, float y) const;
     float interpolated(float x, float y) const;
     void fitBrightness();
+    void fitCurve();
     void weighResiduals();
     template <class Use>
     void forEachBlock(int parameters, const Use& use) const;
@@ -59,9 +77,15 @@ private:
     const cv::Mat& m_frame;
     Matrix m_toLevel; // from the frame's pixels to the sample positions of its level
     const cv::Mat& m_excluded;
-    std::vector<float> m_value;   // of the frame, per pixel of the patch
-    std::vector<float> m_visible; // weight by what can be seen
-    std::vector<float> m_weight;  // the same, less what looks irregular
+    std::vector<float> m_value; // of the frame, per pixel of the patch
+    const std::vector<float>* m_belief = nullptr;
+    float m_edge = 0;
+    std::vector<float> m_visible;  // weight by what is in view
+    std::vector<float> m_seen;     // the same, less what is not believed
+    std::vector<float> m_weight;   // the same, less what looks irregular
+    cv::Mat1d m_normal;            // of the last step that had one made
+    std::vector<float> m_expected; // of the frame, were it the patch
+    std::vector<float> m_slope;    // empty, or what m_expected changes by with the patch's value, in units of the gain
     double m_gain = 1;
     double m_offset = 0;
     double m_noise = 0;

@@ -3,6 +3,7 @@
 #include "patch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <opencv2/imgproc.hpp>
 
 namespace pixels {
@@ -12,6 +13,8 @@ constexpr std::size_t fewestPixels = 24;       // of a region
 constexpr std::size_t fewestCoarsePixels = 80; // of a level other than the finest
 constexpr float inRegion = 0.6f;               // from this share of a pixel on it is followed
 constexpr double leastContrast = 1e-4;         // of luminance
+constexpr double smallestBlock = 12;           // pixels
+constexpr double blocksAlong = 16;             // the longer side of a region
 
 // Along the edge of a surface the smoothing has mixed in what lies behind it, which moves otherwise. Where the region
 // is so small that the edge is most of it, it is kept.
@@ -49,6 +52,12 @@ int parameterCount(MotionModel model)
     return mostParameters;
 }
 
+int BlockGrid::at(double x, double y) const
+{
+    const auto index = [this](double distance, int count) { return std::clamp(int(distance / size), 0, count - 1); };
+    return index(y - origin.y, rows) * columns + index(x - origin.x, columns);
+}
+
 Patch::Patch(const FramePyramid& frame, const Image& region)
 {
     place(region);
@@ -75,17 +84,22 @@ void Patch::place(const Image& region)
     m_toReference = Matrix{{extent, 0, box.x + width / 2, 0, extent, box.y + height / 2, 0, 0, 1}};
     const double x = width / 2 / extent, y = height / 2 / extent;
     m_corners = {Point{-x, -y}, Point{x, -y}, Point{x, y}, Point{-x, y}};
+    const double size = std::max(smallestBlock, 2 * extent / blocksAlong);
+    const auto count = [size](double length) { return std::max(1, int(std::lround(length / size))); };
+    m_blocks = {m_corners[0], 2 * x / count(width), count(width), count(height)};
 }
 
 PatchLevel Patch::makeLevel(const cv::Mat& luminance, const cv::Mat& region, int level) const
 {
-    cv::Mat acrossX, acrossY;
+    cv::Mat acrossX, acrossY, depth;
     cv::Scharr(luminance, acrossX, CV_32F, 1, 0, 1 / 32.0);
     cv::Scharr(luminance, acrossY, CV_32F, 0, 1, 1 / 32.0);
+    cv::distanceTransform(region >= inRegion, depth, cv::DIST_L2, cv::DIST_MASK_3);
     const double step = double(1 << level);
     const auto perUnit = float(extent() / step); // pixels of this level per unit of the patch's plane
     PatchLevel made;
     made.level = level;
+    made.perUnit = perUnit;
     for (int row = 0; row < luminance.rows; ++row)
         for (int column = 0; column < luminance.cols; ++column) {
             const float weight = region.at<float>(row, column);
@@ -98,6 +112,8 @@ PatchLevel Patch::makeLevel(const cv::Mat& luminance, const cv::Mat& region, int
             const float changes[] = {gx, gy, gx * x, gx * y, gy * x, gy * y, -along * x, -along * y};
             made.x.push_back(x);
             made.y.push_back(y);
+            made.depth.push_back(depth.at<float>(row, column) / perUnit);
+            made.block.push_back(std::uint16_t(m_blocks.at(x, y)));
             made.value.push_back(luminance.at<float>(row, column));
             made.weight.push_back(std::min(weight, 1.0f));
             for (int i = 0; i < mostParameters; ++i)

@@ -13,6 +13,18 @@ constexpr int mostParameters = 8;
 
 int parameterCount(MotionModel model);
 
+// Squares that the region is judged in.
+struct BlockGrid
+{
+    Point origin; // in the patch's plane, as the size
+    double size = 1;
+    int columns = 1;
+    int rows = 1;
+
+    std::size_t count() const { return std::size_t(columns * rows); }
+    int at(double x, double y) const;
+};
+
 struct PatchLevel
 {
     int level = 0; // of the frame's pyramid
@@ -20,7 +32,10 @@ struct PatchLevel
     std::vector<float> x, y;   // in the patch's plane
     std::vector<float> value;  // luminance
     std::vector<float> weight; // how far the pixel belongs to the region
+    std::vector<float> depth;  // distance from the region's edge, in the patch's plane
+    std::vector<std::uint16_t> block;
     std::array<std::vector<float>, mostParameters> change;
+    float perUnit = 1; // pixels of the level per unit of the patch's plane
 
     std::size_t size() const { return value.size(); }
 };
@@ -37,6 +52,7 @@ public:
     const Matrix& toReference() const { return m_toReference; }
     double extent() const { return m_toReference(0, 0); }             // half the size of the region's box, in pixels
     const std::array<Point, 4>& corners() const { return m_corners; } // of the region's box, in the patch's plane
+    const BlockGrid& blocks() const { return m_blocks; }
 
 private:
     void place(const Image& region);
@@ -44,6 +60,7 @@ private:
 
     Matrix m_toReference;
     std::array<Point, 4> m_corners;
+    BlockGrid m_blocks;
     std::vector<PatchLevel> m_levels;
 };
 

@@ -227,18 +227,21 @@ struct TrackResult
     std::string problem; // why not, as part of a sentence: "the region has left the view"
     Matrix transform;    // from the reference frame to this one; of the last aligned frame where this one is not
     double quality = 0;  // correlation of the region's visible pixels with the reference's, 0 to 1
-    double visible = 0;  // the part of the region that lies in view, 0 to 1
+    double visible = 0;  // the part of the region that is seen, 0 to 1: in view, and hidden by nothing
+    // Of the frames just before, in place of what was said of them: where this one tells more. The latest is the last.
+    std::vector<TrackResult> before;
 };
 
 // Follows one region through a run of frames, forward or backward, starting beside the reference frame. Every frame is
-// aligned with the reference frame itself, so that errors do not add up.
+// aligned with the reference frame itself, so that errors do not add up. What hides a part of the region need not be
+// known.
 class Tracker
 {
 public:
     virtual ~Tracker() = default;
 
     // Aligns the next frame of the run. `excluded` is empty, or a mask of the frame's size of what hides the region in
-    // this frame. A frame that cannot be aligned leaves the tracker as it was: the run may end there or go on.
+    // this frame. A frame that cannot be aligned is a gap: the region is looked for again in the next one.
     virtual TrackResult advance(const SharedTrackingFrame& frame, const Image& excluded = {}) = 0;
 };
 

@@ -37,7 +37,15 @@ private:
 };
 
 // The parameters of a layer beside its transform.
-enum LayerValue { LayerOpacity, LayerBlendMode, LayerMotionModel, LayerValueCount };
+// `track` holds the last two of them.
+enum LayerValue {
+    LayerOpacity,
+    LayerBlendMode,
+    LayerMotionModel,
+    LayerTrackQuality,
+    LayerTrackVisible,
+    LayerValueCount
+};
 
 // Where the track has carried the surface: top left, top right, bottom right, bottom left.
 using Corners = std::array<Knob::Value, 4>;
@@ -47,6 +55,8 @@ struct TrackKey
 {
     double time;
     Corners corners;
+    double quality; // 0 to 1, as what is visible
+    double visible;
 };
 
 // What can be animated of a layer, and the branches below its own.
@@ -57,6 +67,7 @@ struct LayerAnimations
     std::array<Knob::Animation, LayerValueCount> values;
     std::array<Knob::Animation, 8> corners; // corner0_x, corner0_y, corner1_x ...
     Knob::TableBranch transform;
+    Knob::TableBranch track;
     std::unique_ptr<Knob::Branch> contours;
 };
 
