@@ -22,8 +22,8 @@ CONTENTS = """
 %s
 ```
 """
-GUIDES = ["tutorial", "questions", "traps", "commands", "scripting", "examples", "host", "footage", "engine", "farm",
-          "performance", "reliability", "building", "architecture"]
+GUIDES = ["tutorial", "questions", "traps", "commands", "scripting", "examples", "pictures", "host", "footage", "engine",
+          "farm", "performance", "reliability", "building", "architecture"]
 
 
 def add_contents(app, name, source):
