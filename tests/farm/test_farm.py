@@ -55,7 +55,7 @@ class FarmTest(unittest.TestCase):
     def setUpClass(cls):
         cls.folder = os.path.realpath(tempfile.mkdtemp())
         cls.environment = dict(os.environ, PYTHONPATH=os.path.dirname(os.path.abspath(__file__)))
-        subprocess.check_call([os.environ["VIREO_MAKE_FOOTAGE"], "--size", "160x90", "--frames", str(FRAMES), cls.folder])
+        subprocess.check_call([os.environ["VIREO_MAKE_FOOTAGE"], "--size", "320x180", "--frames", str(FRAMES), cls.folder])
         subprocess.check_call([PROGRAM, "-c", MAKE, cls.folder], env=cls.environment)
         cls.project = os.path.join(cls.folder, "shot.vireo")
 
