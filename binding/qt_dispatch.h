@@ -6,17 +6,24 @@
 #include "qt_converters.h"
 #include "virtual_dispatch.h"
 
+#include <QCoreApplication>
+
 namespace binding {
 
 // How objects of a class come into being and end: class_registration.h.
 template <class T, class = void>
 struct LifeOf;
 
+// For an object whose destruction begins: a deletion that was asked for must not begin another. What scripts are told
+// of the end may run an event loop.
+inline void cancelDeletion(QObject* object) { QCoreApplication::removePostedEvents(object, QEvent::DeferredDelete); }
+
 template <class T>
 class QtDispatch : public Wrapper<T>
 {
 public:
     using Wrapper<T>::Wrapper;
+    ~QtDispatch() override { cancelDeletion(this); }
 
     bool event(QEvent* event) override
     {

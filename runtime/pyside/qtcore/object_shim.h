@@ -40,6 +40,7 @@ public:
     explicit ObjectShim(const Parent& parent) : ShimPart(parent) {}
     ~ObjectShim() override
     {
+        cancelDeletion(this);
         objectDestroyed(static_cast<QObject*>(this)); // while there is the Python part
         this->setParent(nullptr);                     // which may be among the objects destroyed with it
     }

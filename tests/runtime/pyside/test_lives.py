@@ -35,6 +35,22 @@ class Lives(Case):
         del o
         self.assertEqual((alive(), shiboken.isValid(got[0]), holder.property('it')), (None, False, None))
 
+    def test_a_deletion_that_was_asked_for_does_not_begin_another(self):
+        application = QtCore.QCoreApplication.instance() or QtCore.QCoreApplication([])
+        for make in (QtCore.QObject, Own, QtCore.QTimer):
+            parent, child, told = QtCore.QObject(), make(), []
+            child.deleteLater()
+            child.setParent(parent)
+
+            def run_events(_):
+                told.append(make)
+                QtCore.QTimer.singleShot(0, application.quit)
+                application.exec_()
+
+            watch = weakref.ref(child, run_events)
+            del child, parent
+            self.assertEqual((told, watch()), ([make], None))
+
     def test_nothing_finds_an_object_that_is_being_freed(self):
         class Looking(object):
             def __del__(self):
