@@ -11,6 +11,7 @@
 #include <QString>
 #include <new>
 #include <string>
+#include <type_traits>
 
 namespace Fundo {
 namespace qt {
@@ -30,6 +31,10 @@ inline std::string toStdString(const QByteArray& bytes)
 {
     return std::string(bytes.constData(), std::size_t(bytes.size()));
 }
+
+// Whether values are swapped without throwing. Qt 4 does not say so of its types, which share what they hold.
+template <class T>
+constexpr bool isSwappedSafely = QT_VERSION < 0x050000 || std::is_nothrow_swappable_v<T>;
 
 namespace detail {
 

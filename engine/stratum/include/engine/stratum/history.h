@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <fundo/qt_version.h>
 #include <list>
 #include <memory>
 #include <type_traits>
@@ -57,7 +58,7 @@ public:
 template <class T>
 class Assignment : public Change
 {
-    static_assert(std::is_nothrow_swappable_v<T>);
+    static_assert(Fundo::qt::isSwappedSafely<T>);
 
 public:
     Assignment(T& place, T value, Notices notices)
