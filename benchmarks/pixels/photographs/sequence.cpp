@@ -97,8 +97,8 @@ Matrix Sequence::placed(double time) const
         pitch = strength * 0.5 * std::sin(3 * pi * time);
         break;
     case Motion::MotionBlur:
-        x = 0.1 * strength * std::sin(6 * pi * time);
-        y = 0.06 * std::sin(8 * pi * time);
+        x = 0.2 * strength * std::sin(6 * pi * time);
+        y = 0.12 * std::sin(8 * pi * time);
         break;
     case Motion::Bar:
         break;
